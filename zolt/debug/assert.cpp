@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// One slot holds the hook. While the hook runs it may replace or clear itself, so its target is
+// taken out of the slot's way into `retired` and destroyed when the call returns.
+#include <zolt/debug/assert.hpp>
+
+#include <cstdarg>
+#include <cstdio>
+#include <utility>
+
+namespace ZOLT_2_18::debug {
+namespace {
+
+struct hook_slot {
+    assert_hook installed;
+    assert_hook retired; // the running hook, after it was replaced
+    bool running = false;
+};
+
+constinit hook_slot slot;
+
+void remove_hook() noexcept {
+    if (slot.running && !slot.retired) slot.retired.swap(slot.installed);
+    slot.installed = assert_hook();
+}
+
+struct running_mark {
+    running_mark() noexcept { slot.running = true; }
+    ~running_mark() {
+        slot.running = false;
+        slot.retired = assert_hook();
+    }
+    running_mark(running_mark const&) = delete;
+    running_mark& operator=(running_mark const&) = delete;
+};
+
+} // namespace
+
+void set_assert_hook(assert_hook const& hook) {
+    assert_hook clone(hook); // before the removal: the argument may be the installed hook's own
+    remove_hook();
+    slot.installed.swap(clone);
+}
+
+void set_assert_hook(types::nil_t const&) { remove_hook(); }
+
+bool is_assert_hook_set() { return static_cast<bool>(slot.installed); }
+
+namespace _private {
+
+void ____________________ASSERT____________________(char const* expression, char const* file, unsigned int line,
+                                                    char const* function) {
+    if (!slot.installed) {
+        native_assert(expression, file, line, function);
+    } else if (!slot.running) {
+        running_mark const mark;
+        slot.installed.invoke(expression, file, line);
+    }
+}
+
+void _______________CONTEXT__ASSERT________________(char const* expression, char const* file, unsigned int line,
+                                                    char const* function, char const* format, ...) {
+    char text[256] = {};
+    int const written = std::snprintf(text, sizeof text, "%s : ", expression ? expression : "");
+    if (written >= 1 && written < static_cast<int>(sizeof text) && format) {
+        std::va_list arguments;
+        va_start(arguments, format);
+        std::vsnprintf(text + written, sizeof text - static_cast<std::size_t>(written), format, arguments);
+        va_end(arguments);
+    }
+    ____________________ASSERT____________________(text, file, line, function);
+}
+
+void native_assert(char const*, char const*, unsigned int&, char const*) {}
+
+} // namespace _private
+} // namespace ZOLT_2_18::debug

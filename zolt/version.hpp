@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// The library's version, in one place; the build reads it from here.
+//
+// Every public name lives in the namespace ZOLT_2_18, so that two minor versions can be loaded into
+// one process. <zolt/zolt.hpp> adds the short alias `zolt`.
+#pragma once
+
+#define ZOLT_VERSION_MAJOR 2
+#define ZOLT_VERSION_MINOR 18
+#define ZOLT_VERSION_PATCH 0

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// The umbrella: every public header, and the short name `zolt` for the versioned namespace.
+#pragma once
+
+#include <zolt/debug/assert.hpp>
+#include <zolt/exceptions/exception.hpp>
+#include <zolt/functor/delegate.hpp>
+#include <zolt/functor/function_type_interface.hpp>
+#include <zolt/functor/member_function.hpp>
+#include <zolt/fwd.hpp>
+#include <zolt/generic/abilities.hpp>
+#include <zolt/generic/clone_interface.hpp>
+#include <zolt/memory/rc_pointer.hpp>
+#include <zolt/memory/shared_pointer.hpp>
+#include <zolt/strings/ustring.hpp>
+#include <zolt/traits/function_traits.hpp>
+#include <zolt/types/nil.hpp>
+#include <zolt/types/radix.hpp>
+#include <zolt/version.hpp>
+
+namespace zolt = ZOLT_2_18;
