@@ -14,6 +14,9 @@
 #include <zolt/generic/clone_interface.hpp>
 #include <zolt/memory/rc_pointer.hpp>
 #include <zolt/memory/shared_pointer.hpp>
+#include <zolt/strings/code_page.hpp>
+#include <zolt/strings/string_utility.hpp>
+#include <zolt/strings/unicode.hpp>
 #include <zolt/strings/ustring.hpp>
 #include <zolt/traits/function_traits.hpp>
 #include <zolt/types/nil.hpp>
