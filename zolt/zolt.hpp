@@ -12,6 +12,9 @@
 #include <zolt/fwd.hpp>
 #include <zolt/generic/abilities.hpp>
 #include <zolt/generic/clone_interface.hpp>
+#include <zolt/generic/convert/bin_str.hpp>
+#include <zolt/generic/convert/str_to_x.hpp>
+#include <zolt/generic/convert/x_to_str.hpp>
 #include <zolt/memory/rc_pointer.hpp>
 #include <zolt/memory/shared_pointer.hpp>
 #include <zolt/strings/code_page.hpp>

@@ -1,0 +1,312 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// All integer functions are one template: a cursor hands out the text's units one by one, the head
+// of the text (blanks, sign, radix prefix) is read the same way for every type, then the magnitude
+// is gathered in an unsigned word of 32 or 64 bits. Two numbers, the quotient and the remainder of
+// the type's limit by the radix, tell before each digit whether it still fits, so that nothing
+// overflows and no wider type is needed.
+//
+// Floating-point text is read by a stream unless the locale is the classic one. Then from_chars and
+// the C library do the same without a stream; what they accept beyond it (infinities, not-a-number,
+// hexadecimal digits) or differently (an exponent mark without digits) is sorted out around them.
+#include <zolt/generic/convert/str_to_x.hpp>
+
+#include <zolt/exceptions/exception.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <clocale>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <locale>
+#include <sstream>
+#include <system_error>
+#include <type_traits>
+
+namespace ZOLT_2_18::generic::convert {
+namespace {
+
+using types::radix_t;
+
+// --- Failures --------------------------------------------------------------------------------------------
+
+enum class failure { invalid_radix, too_small, too_large, negative };
+
+/// The published label and lines of the raise sites.
+struct raise_sites {
+    char const* label;
+    unsigned int invalid_radix;
+    unsigned int too_small;
+    unsigned int too_large;
+    unsigned int negative; ///< a negative number within the range of its unsigned type
+};
+
+constexpr raise_sites signed_sites{"strtointx", 132, 174, 175, 0};
+constexpr raise_sites unsigned_sites{"strtouintx", 257, 300, 301, 316};
+
+[[noreturn]] void raise(raise_sites const& at, failure what) {
+    constexpr char const* file = "generic/convert/str_to_x";
+    switch (what) {
+    case failure::invalid_radix:
+        throw exceptions::invalid_argument_value("invalid radix value, values of 0, 2-36 are the only valid values",
+                                                 at.invalid_radix, file, at.label);
+    case failure::too_large:
+        throw exceptions::overflow_error("Number value is to large", at.too_large, file, at.label);
+    case failure::too_small:
+    case failure::negative:
+        break;
+    }
+    throw exceptions::underflow_error("Number value is to small",
+                                      what == failure::negative ? at.negative : at.too_small, file, at.label);
+}
+
+// --- Integers --------------------------------------------------------------------------------------------
+
+constexpr std::uint32_t code(char unit) { return static_cast<unsigned char>(unit); }
+constexpr std::uint32_t code(unsigned short unit) { return unit; }
+constexpr std::uint32_t code(wchar_t unit) { return static_cast<std::uint32_t>(unit); }
+
+/// Printable ASCII is a blank in no locale, so that the usual number asks the C library nothing.
+bool is_blank(std::uint32_t unit) {
+    if (unit > 0x20 && unit < 0x7F) return false;
+    return unit <= 0xFF && std::isspace(static_cast<int>(unit)) != 0;
+}
+
+/// The unit's value as a digit, at least 36 when it is none in any radix.
+constexpr std::uint32_t digit_value(std::uint32_t unit) {
+    std::uint32_t const digit = unit - '0';
+    if (digit < 10) return digit;
+    std::uint32_t const letter = (unit | 0x20) - 'a';
+    return letter < 26 ? letter + 10 : 36;
+}
+
+/// Hands out the units of a text of given length, or of one that ends before its NUL when that is 0.
+template <typename C>
+class cursor {
+public:
+    cursor(C const* text, unsigned long length)
+        : m_next(text),
+          m_left(length ? length : std::numeric_limits<unsigned long>::max()),
+          m_bounded(length != 0) {}
+
+    /// Goes on to the next unit; false at the end, which is not to be stepped over.
+    bool step() {
+        if (m_left == 0) return false;
+        unit = next();
+        return m_bounded || unit != 0;
+    }
+
+    /// The next unit, 0 at the end: for those who stop at a unit 0 anyway.
+    std::uint32_t next() { return m_left-- ? code(*m_next++) : 0; }
+
+    std::uint32_t unit = 0;
+
+private:
+    C const* m_next;
+    unsigned long m_left;
+    bool m_bounded;
+};
+
+/// Steps over the prefix and returns the radix that it selects, 0 when the text ends with it.
+template <typename C>
+std::uint32_t detect_radix(cursor<C>& at) {
+    if (at.unit != '0' && at.unit != '\\') return 10;
+    if (!at.step()) return 0;
+    std::uint32_t const letter = at.unit | 0x20;
+    if (letter != 'x' && letter != 'b') return 8;
+    if (!at.step()) return 0;
+    return letter == 'x' ? 16 : 2;
+}
+
+struct number_head {
+    bool negative = false;
+    std::uint32_t radix = 0; ///< 0: there is no number
+};
+
+/// Reads up to the first digit. Only empty text has no blanks to skip and comes to the radix check.
+template <typename C>
+number_head read_head(cursor<C>& at, radix_t::base radix, raise_sites const& sites) {
+    number_head head;
+    if (at.step()) {
+        while (is_blank(at.unit)) {
+            if (!at.step()) return head;
+        }
+    }
+    head.negative = at.unit == '-';
+    if ((head.negative || at.unit == '+') && !at.step()) return head;
+    if (radix == 1 || radix > 36) raise(sites, failure::invalid_radix);
+    head.radix = radix == radix_t::automatic ? detect_radix(at) : static_cast<std::uint32_t>(radix);
+    if (digit_value(at.unit) >= head.radix) head.radix = 0;
+    return head;
+}
+
+template <typename T>
+struct magnitude_t {
+    using word = std::conditional_t<sizeof(T) <= 4, std::uint32_t, std::uint64_t>;
+    static constexpr word max = std::numeric_limits<T>::max();
+    static constexpr word max_negative = max + std::is_signed_v<T>; ///< an unsigned type ignores the sign here
+
+    word value;
+    bool fits;
+};
+
+/// Gathers the digits from the current one on, up to one that makes the number too large for T. The
+/// radix is a constant or a number.
+template <typename T, typename Radix, typename C>
+magnitude_t<T> read_magnitude(cursor<C>& at, Radix radix, bool negative) {
+    using limits = magnitude_t<T>;
+    using word = typename limits::word;
+    word const cutoff = negative ? limits::max_negative / radix : limits::max / radix;
+    word const last_digit = (negative ? limits::max_negative : limits::max) - cutoff * radix;
+    word value = 0;
+    for (auto digit = digit_value(at.unit); digit < radix; digit = digit_value(at.next())) {
+        if (value > cutoff || (value == cutoff && digit > last_digit)) return {value, false};
+        value = value * radix + digit;
+    }
+    return {value, true};
+}
+
+template <typename T, typename C>
+T read_integer(C const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {
+    constexpr bool is_signed = std::is_signed_v<T>;
+    constexpr raise_sites const& sites = is_signed ? signed_sites : unsigned_sites;
+    using limits = magnitude_t<T>;
+
+    cursor<C> at(text, length);
+    auto const [negative, base] = read_head(at, radix, sites);
+    if (base == 0) return 0;
+    auto magnitude = base == 10 ? read_magnitude<T>(at, std::integral_constant<std::uint32_t, 10>(), negative)
+                                : read_magnitude<T>(at, base, negative);
+    if (!magnitude.fits) {
+        if (throw_on_overflow) raise(sites, negative ? failure::too_small : failure::too_large);
+        magnitude.value = negative ? limits::max_negative : limits::max;
+    }
+    if (!negative) return static_cast<T>(magnitude.value);
+    if constexpr (is_signed) return static_cast<T>(0 - magnitude.value);
+    if (magnitude.value != 0 && throw_on_overflow) raise(sites, failure::negative);
+    return 0;
+}
+
+// --- Floating point --------------------------------------------------------------------------------------
+
+constexpr bool is_classic_blank(char unit) { return unit == ' ' || (unit >= '\t' && unit <= '\r'); }
+constexpr bool is_exponent_mark(char unit) { return unit == 'e' || unit == 'E'; }
+
+/// from_chars is exact but for the 32-bit C++ library, whose x87 arithmetic rounds doubles twice; for
+/// long double it calls the C library by detours.
+template <typename T>
+#ifdef __i386__
+constexpr bool from_chars_serves = false;
+#else
+constexpr bool from_chars_serves = !std::is_same_v<T, long double>;
+#endif
+
+locale_t c_locale() {
+    static locale_t const locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+}
+
+void c_library_read(char const* text, char** stop, float& value) { value = ::strtof_l(text, stop, c_locale()); }
+void c_library_read(char const* text, char** stop, double& value) { value = ::strtod_l(text, stop, c_locale()); }
+void c_library_read(char const* text, char** stop, long double& value) {
+    value = ::strtold_l(text, stop, c_locale());
+}
+
+/// Reads the number by the C library. `digits` stands behind its sign. Hexadecimal digits, which a
+/// stream does not read, leave the zero in front of the "x".
+template <typename T>
+char const* c_library_number(char const* number, char const* digits, T& value) {
+    if (digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X')) {
+        value = *number == '-' ? -T{0} : T{0};
+        return digits + 1;
+    }
+    char* stop = nullptr;
+    c_library_read(number, &stop, value);
+    return stop;
+}
+
+/// A stream takes an exponent mark for a part of the number even when no digit follows, and fails.
+bool is_dangling_exponent(char const* number, char const* stop, char const* end) {
+    return stop != end && is_exponent_mark(*stop) && std::none_of(number, stop, is_exponent_mark);
+}
+
+template <typename T>
+T classic_number(strings::ustring8 const& text) {
+    char const* const end = text.data() + text.size();
+    char const* const number = std::find_if_not(text.data(), end, is_classic_blank);
+    char const* const digits = number + (number != end && (*number == '-' || *number == '+'));
+    if (digits == end || !(*digits == '.' || (*digits >= '0' && *digits <= '9'))) return 0;
+
+    T value = 0;
+    char const* stop = nullptr;
+    if constexpr (from_chars_serves<T>) {
+        auto const read = std::from_chars(*number == '-' ? number : digits, end, value);
+        if (read.ec == std::errc()) stop = read.ptr;
+    }
+    if (!stop) stop = c_library_number(number, digits, value);
+    bool const is_number = stop != number && value != std::numeric_limits<T>::infinity() &&
+                           value != -std::numeric_limits<T>::infinity();
+    return is_number && !is_dangling_exponent(number, stop, end) ? value : T{0};
+}
+
+template <typename T>
+T read_number(strings::ustring8 const& text, std::locale const& locale) {
+    if (locale == std::locale::classic()) return classic_number<T>(text);
+    std::istringstream stream(text);
+    stream.imbue(locale);
+    T value = 0;
+    return stream >> value ? value : T{0};
+}
+
+} // namespace
+
+bool is_space(char unit) { return is_blank(code(unit)); }
+bool is_space(unsigned short unit) { return is_blank(code(unit)); }
+bool is_space(wchar_t unit) { return is_blank(code(unit)); }
+
+#define ZOLT_STR_TO_INTEGER(name, result, range)                                                                   \
+    result name(char const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {             \
+        return read_integer<range>(text, length, radix, throw_on_overflow);                                        \
+    }                                                                                                              \
+    result name(unsigned short const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {   \
+        return read_integer<range>(text, length, radix, throw_on_overflow);                                        \
+    }                                                                                                              \
+    result name(wchar_t const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {          \
+        return read_integer<range>(text, length, radix, throw_on_overflow);                                        \
+    }
+
+ZOLT_STR_TO_INTEGER(str_to_int8, signed char, std::int8_t)
+ZOLT_STR_TO_INTEGER(str_to_int16, short, std::int16_t)
+ZOLT_STR_TO_INTEGER(str_to_short, short, std::int16_t)
+ZOLT_STR_TO_INTEGER(str_to_int32, int, std::int32_t)
+ZOLT_STR_TO_INTEGER(str_to_int, int, std::int32_t)
+ZOLT_STR_TO_INTEGER(str_to_signed, int, std::int32_t)
+ZOLT_STR_TO_INTEGER(str_to_long, long, std::int32_t)
+ZOLT_STR_TO_INTEGER(str_to_int64, long long, std::int64_t)
+ZOLT_STR_TO_INTEGER(str_to_uint8, unsigned char, std::uint8_t)
+ZOLT_STR_TO_INTEGER(str_to_uint16, unsigned short, std::uint16_t)
+ZOLT_STR_TO_INTEGER(str_to_uint32, unsigned int, std::uint32_t)
+ZOLT_STR_TO_INTEGER(str_to_unsigned, unsigned int, std::uint32_t)
+ZOLT_STR_TO_INTEGER(str_to_uint64, unsigned long long, std::uint64_t)
+
+#undef ZOLT_STR_TO_INTEGER
+
+float str_to_float(strings::ustring8 const& text) { return read_number<float>(text, std::locale()); }
+float str_to_float(strings::ustring8 const& text, std::locale const& locale) {
+    return read_number<float>(text, locale);
+}
+double str_to_double(strings::ustring8 const& text) { return read_number<double>(text, std::locale()); }
+double str_to_double(strings::ustring8 const& text, std::locale const& locale) {
+    return read_number<double>(text, locale);
+}
+long double str_to_long_double(strings::ustring8 const& text) {
+    return read_number<long double>(text, std::locale());
+}
+long double str_to_long_double(strings::ustring8 const& text, std::locale const& locale) {
+    return read_number<long double>(text, locale);
+}
+
+} // namespace ZOLT_2_18::generic::convert

@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// Text to numbers: integers of every width in radix 2 to 36 from 8-, 16- and 32-bit text, and
+// floating-point values from UTF-8 text. The way back is <zolt/generic/convert/x_to_str.hpp>.
+//
+//     generic::convert::str_to_int32("  -42xyz");                             // -42
+//     generic::convert::str_to_uint8("256");                                  // 255: saturated
+//     generic::convert::str_to_int64(L"zz", 2, types::radix_t::base_36);      // 1295
+//     generic::convert::str_to_double("1.5e3abc");                            // 1500
+//
+// Integers. All functions share one reader: blanks (is_space), one optional sign, digits. It stops
+// at the first unit that is no digit of the radix; what follows is ignored. Text without a digit in
+// that place reads as 0. Digits are ASCII only.
+//
+//   text    not null. With `length` 0 it ends before its first NUL, otherwise exactly `length` units
+//           belong to it; a NUL among them is an ordinary unit that is no digit.
+//   radix   2 to 36. `automatic` takes it from the prefix: "0x" or "0X" 16, "0b" or "0B" 2, "0" 8,
+//           anything else 10.
+//   throw_on_overflow
+//           false: a number outside the type's range gives the nearest limit.
+//           true: it throws exceptions::overflow_error "Number value is to large" or
+//           exceptions::underflow_error "Number value is to small". A negative non-zero number is
+//           too small for the unsigned types.
+//
+// A radix of 1 or above 36 throws exceptions::invalid_argument_value whatever the flag says.
+//
+// Kept: text of blanks only, or of blanks and a lone sign, is 0 before the radix is looked at; empty
+// text is not and throws for an invalid radix.
+// Kept: an explicit radix skips no prefix, so "0x1F" in radix 16 reads as 0.
+// Kept: for `automatic` a backslash stands for the leading zero: "\\x1F" reads as 31, "\\17" as 15.
+// Kept: "08" reads as 0 with `automatic`, since 8 is no octal digit; so do "0x" and "0b".
+//
+// Nothing is allocated unless an exception is thrown; each unit is read once. No function depends on
+// the locale but is_space, and through it the blanks in front of a number.
+#pragma once
+
+#include <zolt/export.hpp>
+#include <zolt/strings/ustring.hpp>
+#include <zolt/types/radix.hpp>
+
+#include <string> // declares std::locale; include <locale> to name one
+
+namespace ZOLT_2_18::generic::convert {
+
+/// True when the C library's isspace, in the C locale in force, calls the unit a blank. The value is
+/// taken as unsigned; units above 0xFF are no blanks.
+ZOLT_API bool is_space(char unit);
+ZOLT_API bool is_space(unsigned short unit);
+ZOLT_API bool is_space(wchar_t unit);
+
+/// -128 to 127.
+ZOLT_API signed char str_to_int8(char const* text, unsigned long length = 0,
+                                 types::radix_t::base radix = types::radix_t::automatic,
+                                 bool throw_on_overflow = false);
+ZOLT_API signed char str_to_int8(unsigned short const* text, unsigned long length = 0,
+                                 types::radix_t::base radix = types::radix_t::automatic,
+                                 bool throw_on_overflow = false);
+ZOLT_API signed char str_to_int8(wchar_t const* text, unsigned long length = 0,
+                                 types::radix_t::base radix = types::radix_t::automatic,
+                                 bool throw_on_overflow = false);
+
+/// -32768 to 32767.
+ZOLT_API short str_to_int16(char const* text, unsigned long length = 0,
+                            types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API short str_to_int16(unsigned short const* text, unsigned long length = 0,
+                            types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API short str_to_int16(wchar_t const* text, unsigned long length = 0,
+                            types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+
+/// Another name of str_to_int16.
+ZOLT_API short str_to_short(char const* text, unsigned long length = 0,
+                            types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API short str_to_short(unsigned short const* text, unsigned long length = 0,
+                            types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API short str_to_short(wchar_t const* text, unsigned long length = 0,
+                            types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+
+/// -2147483648 to 2147483647.
+ZOLT_API int str_to_int32(char const* text, unsigned long length = 0,
+                          types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_int32(unsigned short const* text, unsigned long length = 0,
+                          types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_int32(wchar_t const* text, unsigned long length = 0,
+                          types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+
+/// Another name of str_to_int32.
+ZOLT_API int str_to_int(char const* text, unsigned long length = 0,
+                        types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_int(unsigned short const* text, unsigned long length = 0,
+                        types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_int(wchar_t const* text, unsigned long length = 0,
+                        types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+
+/// Another name of str_to_int32 on every build.
+/// Kept: saturates or throws at the 32-bit limits also where long has 64 bits.
+ZOLT_API long str_to_long(char const* text, unsigned long length = 0,
+                          types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API long str_to_long(unsigned short const* text, unsigned long length = 0,
+                          types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API long str_to_long(wchar_t const* text, unsigned long length = 0,
+                          types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+
+/// Another name of str_to_int32.
+ZOLT_API int str_to_signed(char const* text, unsigned long length = 0,
+                           types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_signed(unsigned short const* text, unsigned long length = 0,
+                           types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_signed(wchar_t const* text, unsigned long length = 0,
+                           types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+
+/// -9223372036854775808 to 9223372036854775807.
+ZOLT_API long long str_to_int64(char const* text, unsigned long length = 0,
+                                types::radix_t::base radix = types::radix_t::automatic,
+                                bool throw_on_overflow = false);
+ZOLT_API long long str_to_int64(unsigned short const* text, unsigned long length = 0,
+                                types::radix_t::base radix = types::radix_t::automatic,
+                                bool throw_on_overflow = false);
+ZOLT_API long long str_to_int64(wchar_t const* text, unsigned long length = 0,
+                                types::radix_t::base radix = types::radix_t::automatic,
+                                bool throw_on_overflow = false);
+
+/// 0 to 255.
+ZOLT_API unsigned char str_to_uint8(char const* text, unsigned long length = 0,
+                                    types::radix_t::base radix = types::radix_t::automatic,
+                                    bool throw_on_overflow = false);
+ZOLT_API unsigned char str_to_uint8(unsigned short const* text, unsigned long length = 0,
+                                    types::radix_t::base radix = types::radix_t::automatic,
+                                    bool throw_on_overflow = false);
+ZOLT_API unsigned char str_to_uint8(wchar_t const* text, unsigned long length = 0,
+                                    types::radix_t::base radix = types::radix_t::automatic,
+                                    bool throw_on_overflow = false);
+
+/// 0 to 65535.
+ZOLT_API unsigned short str_to_uint16(char const* text, unsigned long length = 0,
+                                      types::radix_t::base radix = types::radix_t::automatic,
+                                      bool throw_on_overflow = false);
+ZOLT_API unsigned short str_to_uint16(unsigned short const* text, unsigned long length = 0,
+                                      types::radix_t::base radix = types::radix_t::automatic,
+                                      bool throw_on_overflow = false);
+ZOLT_API unsigned short str_to_uint16(wchar_t const* text, unsigned long length = 0,
+                                      types::radix_t::base radix = types::radix_t::automatic,
+                                      bool throw_on_overflow = false);
+
+/// 0 to 4294967295.
+ZOLT_API unsigned int str_to_uint32(char const* text, unsigned long length = 0,
+                                    types::radix_t::base radix = types::radix_t::automatic,
+                                    bool throw_on_overflow = false);
+ZOLT_API unsigned int str_to_uint32(unsigned short const* text, unsigned long length = 0,
+                                    types::radix_t::base radix = types::radix_t::automatic,
+                                    bool throw_on_overflow = false);
+ZOLT_API unsigned int str_to_uint32(wchar_t const* text, unsigned long length = 0,
+                                    types::radix_t::base radix = types::radix_t::automatic,
+                                    bool throw_on_overflow = false);
+
+/// Another name of str_to_uint32.
+ZOLT_API unsigned int str_to_unsigned(char const* text, unsigned long length = 0,
+                                      types::radix_t::base radix = types::radix_t::automatic,
+                                      bool throw_on_overflow = false);
+ZOLT_API unsigned int str_to_unsigned(unsigned short const* text, unsigned long length = 0,
+                                      types::radix_t::base radix = types::radix_t::automatic,
+                                      bool throw_on_overflow = false);
+ZOLT_API unsigned int str_to_unsigned(wchar_t const* text, unsigned long length = 0,
+                                      types::radix_t::base radix = types::radix_t::automatic,
+                                      bool throw_on_overflow = false);
+
+/// 0 to 18446744073709551615.
+ZOLT_API unsigned long long str_to_uint64(char const* text, unsigned long length = 0,
+                                          types::radix_t::base radix = types::radix_t::automatic,
+                                          bool throw_on_overflow = false);
+ZOLT_API unsigned long long str_to_uint64(unsigned short const* text, unsigned long length = 0,
+                                          types::radix_t::base radix = types::radix_t::automatic,
+                                          bool throw_on_overflow = false);
+ZOLT_API unsigned long long str_to_uint64(wchar_t const* text, unsigned long length = 0,
+                                          types::radix_t::base radix = types::radix_t::automatic,
+                                          bool throw_on_overflow = false);
+
+/// The number at the start of the text as std::istream's formatted input reads it in the given locale,
+/// by default the global one: blanks, sign, digits, decimal point, exponent; neither hexadecimal digits
+/// nor infinities nor not-a-number. What follows the number is ignored. Returns 0 when the stream would
+/// fail: no number, a dangling exponent ("1e"), too large for the type, groups in the wrong places. A
+/// number too small for the type gives the nearest denormal value or a zero of its sign.
+/// In the classic locale no stream is made and nothing is allocated.
+ZOLT_API float str_to_float(strings::ustring8 const& text);
+ZOLT_API float str_to_float(strings::ustring8 const& text, std::locale const& locale);
+ZOLT_API double str_to_double(strings::ustring8 const& text);
+ZOLT_API double str_to_double(strings::ustring8 const& text, std::locale const& locale);
+ZOLT_API long double str_to_long_double(strings::ustring8 const& text);
+ZOLT_API long double str_to_long_double(strings::ustring8 const& text, std::locale const& locale);
+
+} // namespace ZOLT_2_18::generic::convert
