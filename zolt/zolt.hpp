@@ -15,6 +15,7 @@
 #include <zolt/generic/convert/bin_str.hpp>
 #include <zolt/generic/convert/str_to_x.hpp>
 #include <zolt/generic/convert/x_to_str.hpp>
+#include <zolt/generic/varg_list.hpp>
 #include <zolt/memory/rc_pointer.hpp>
 #include <zolt/memory/shared_pointer.hpp>
 #include <zolt/strings/code_page.hpp>
@@ -22,8 +23,11 @@
 #include <zolt/strings/unicode.hpp>
 #include <zolt/strings/ustring.hpp>
 #include <zolt/traits/function_traits.hpp>
+#include <zolt/types/color.hpp>
 #include <zolt/types/nil.hpp>
 #include <zolt/types/radix.hpp>
+#include <zolt/types/unit.hpp>
+#include <zolt/types/variant.hpp>
 #include <zolt/version.hpp>
 
 namespace zolt = ZOLT_2_18;
