@@ -22,6 +22,8 @@
 #include <zolt/strings/string_utility.hpp>
 #include <zolt/strings/unicode.hpp>
 #include <zolt/strings/ustring.hpp>
+#include <zolt/system/file_utility.hpp>
+#include <zolt/system/io.hpp>
 #include <zolt/traits/function_traits.hpp>
 #include <zolt/types/color.hpp>
 #include <zolt/types/nil.hpp>

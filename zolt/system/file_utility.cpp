@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// Straight system calls, so that a file goes into its string with one allocation and without a second
+// buffer. File offsets have 64 bits on every build: the definition below has to stand first.
+#define _FILE_OFFSET_BITS 64
+
+#include <zolt/system/file_utility.hpp>
+
+#include <zolt/exceptions/exception.hpp>
+#include <zolt/generic/convert/x_to_str.hpp>
+#include <zolt/strings/unicode.hpp>
+#include <zolt/system/io_private.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ZOLT_2_18::system {
+namespace {
+
+constexpr long long max_size = 0x7FFFFFFF;
+
+// The call's result, after as many repetitions as signals interrupt it.
+template <typename Call>
+auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
+    return result;
+}
+
+class open_file {
+public:
+    open_file(strings::ustring8 const& name, int flags) {
+        if (!_private::is_whole_path(name)) return;
+        m_descriptor = uninterrupted([&] { return ::open(name.c_str(), flags | O_CLOEXEC, 0666); });
+    }
+    ~open_file() {
+        if (is_open()) ::close(m_descriptor);
+    }
+    open_file(open_file const&) = delete;
+    open_file& operator=(open_file const&) = delete;
+
+    bool is_open() const noexcept { return m_descriptor >= 0; }
+
+    bool is_directory() const noexcept {
+        struct stat status;
+        return ::fstat(m_descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+    }
+
+    /// Negative when the file cannot be seeked.
+    long long seek(int origin) const noexcept { return ::lseek(m_descriptor, 0, origin); }
+
+    /// The number of bytes read: less than asked for at the end of the file and after an error.
+    std::size_t read(char* target, std::size_t size) const noexcept {
+        std::size_t done = 0;
+        while (done < size) {
+            ssize_t const got = uninterrupted([&] { return ::read(m_descriptor, target + done, size - done); });
+            if (got <= 0) break;
+            done += static_cast<std::size_t>(got);
+        }
+        return done;
+    }
+
+    void write(char const* source, std::size_t size) const noexcept {
+        while (size > 0) {
+            ssize_t const written = uninterrupted([&] { return ::write(m_descriptor, source, size); });
+            if (written <= 0) return;
+            source += written;
+            size -= static_cast<std::size_t>(written);
+        }
+    }
+
+private:
+    int m_descriptor = -1;
+};
+
+[[noreturn]] void raise_too_large(long long size, unsigned int raise_line) {
+    char digits[66];
+    generic::convert::lltoa(size, digits, 10);
+    throw exceptions::runtime_error(std::string(digits) + " is large than a string can hold", raise_line,
+                                    "system/file_utility", "load_file");
+}
+
+void load_known_size(open_file const& file, std::size_t size, std::string& content) {
+    content.resize(size);
+    file.seek(SEEK_SET);
+    std::size_t const got = file.read(content.data(), size);
+    std::fill(content.begin() + static_cast<std::ptrdiff_t>(got), content.end(), '\0');
+}
+
+void load_to_end(open_file const& file, std::string& content, unsigned int raise_line) {
+    constexpr std::size_t first_block = 0x10000;
+    std::string bytes;
+    std::size_t filled = 0;
+    while (filled < max_size) {
+        bytes.resize(std::clamp<std::size_t>(2 * filled, first_block, max_size));
+        filled += file.read(bytes.data() + filled, bytes.size() - filled);
+        if (filled < bytes.size()) break;
+    }
+    char one_more;
+    if (filled == max_size && file.read(&one_more, 1) == 1) raise_too_large(max_size + 1, raise_line);
+    bytes.resize(filled);
+    content.swap(bytes);
+}
+
+unsigned int load(strings::ustring8 const& name, std::string& content, unsigned int raise_line) {
+    open_file const file(name, O_RDONLY);
+    if (!file.is_open() || file.is_directory()) return 1;
+    long long const size = file.seek(SEEK_END);
+    if (size > max_size) raise_too_large(size, raise_line);
+    if (size < 0) {
+        load_to_end(file, content, raise_line);
+    } else {
+        load_known_size(file, static_cast<std::size_t>(size), content);
+    }
+    return 0;
+}
+
+} // namespace
+
+// Each overload has its own published raise line.
+
+unsigned int load_file(strings::ustring8 const& name, strings::ustring8& content) {
+    return load(name, content, 99);
+}
+
+unsigned int load_file(strings::ustring16 const& name, strings::ustring8& content) {
+    return load(strings::utf16_to_utf8(name), content, 131);
+}
+
+unsigned int load_file(strings::ustring32 const& name, strings::ustring8& content) {
+    return load(strings::utf32_to_utf8(name), content, 162);
+}
+
+unsigned int load_file(strings::ustring8 const& name, std::string& content) { return load(name, content, 226); }
+
+unsigned int load_file(strings::ustring16 const& name, std::string& content) {
+    return load(strings::utf16_to_utf8(name), content, 258);
+}
+
+unsigned int load_file(strings::ustring32 const& name, std::string& content) {
+    return load(strings::utf32_to_utf8(name), content, 289);
+}
+
+unsigned int store_file(strings::ustring8 const& name, strings::ustring8 const& content) {
+    open_file const file(name, O_WRONLY | O_CREAT | O_TRUNC);
+    if (!file.is_open()) return 1;
+    file.write(content.data(), content.size());
+    return 0;
+}
+
+unsigned int store_file(strings::ustring16 const& name, strings::ustring8 const& content) {
+    return store_file(strings::utf16_to_utf8(name), content);
+}
+
+unsigned int store_file(strings::ustring32 const& name, strings::ustring8 const& content) {
+    return store_file(strings::utf32_to_utf8(name), content);
+}
+
+} // namespace ZOLT_2_18::system
