@@ -18,6 +18,8 @@
 #include <zolt/generic/varg_list.hpp>
 #include <zolt/memory/rc_pointer.hpp>
 #include <zolt/memory/shared_pointer.hpp>
+#include <zolt/parser/xml_parser.hpp>
+#include <zolt/parser/xml_token_stream.hpp>
 #include <zolt/strings/code_page.hpp>
 #include <zolt/strings/string_utility.hpp>
 #include <zolt/strings/unicode.hpp>

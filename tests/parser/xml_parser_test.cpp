@@ -1,0 +1,188 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include <zolt/parser/xml_parser.hpp>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using ZOLT_2_18::parser::xml_parser;
+using ZOLT_2_18::strings::ustring8;
+using parse_error = xml_parser::parse_error;
+
+namespace {
+
+// Writes down what is reported: "S:a|A:x=1|W: |T:text|C:comment|E:a|".
+struct recorder {
+    recorder() {
+        parser.on_element_start = [this](ustring8 const& name) { add("S:", name); };
+        parser.on_element_end = [this](ustring8 const& name) { add("E:", name); };
+        parser.on_attribute = [this](ustring8 const& name, ustring8 const& value) {
+            add("A:", name + "=" + value);
+        };
+        parser.on_space = [this](ustring8 const& text) { add("W:", text); };
+        parser.on_character = [this](ustring8 const& text) { add("T:", text); };
+        parser.on_comment = [this](ustring8 const& text) { add("C:", text); };
+    }
+    void add(char const* kind, std::string const& text) { events.append(kind).append(text).append("|"); }
+
+    xml_parser parser;
+    std::string events;
+};
+
+// "ok", or kind, line and text.
+std::string result_text(parse_error const& result) {
+    if (!result.kind) return "ok";
+    return std::to_string(result.kind) + " " + std::to_string(result.line) + " '" + result.text + "'";
+}
+
+// The events and the result. The text is parsed alone and inside longer ones that would go on with it,
+// so that reading past its end shows as a different outcome.
+std::string outcome(std::string const& text) {
+    std::string all;
+    for (std::string const suffix : {"", ">", "-->a='", "amp;"}) {
+        recorder record;
+        ustring8 const whole = text + suffix;
+        auto const result = record.parser.parse(whole.begin(), whole.end() - static_cast<long>(suffix.size()));
+        std::string const one = record.events + result_text(result);
+        EXPECT_TRUE(suffix.empty() || one == all) << one << " before " << suffix;
+        all = one;
+    }
+    return all;
+}
+
+ustring8 repeat(std::size_t count, std::string const& text) {
+    ustring8 result;
+    while (count--) result += text;
+    return result;
+}
+
+struct row {
+    std::string expected;
+    std::vector<std::string> inputs;
+};
+
+void expect_rows(std::string const& header, std::initializer_list<row> rows) {
+    for (row const& r : rows) {
+        for (std::string const& input : r.inputs) EXPECT_EQ(outcome(header + input), r.expected) << input;
+    }
+}
+
+} // namespace
+
+TEST(XmlParser, Header) {
+    // Kept: any three bytes may stand where the byte order mark does.
+    expect_rows(
+        "", {{"ok", {"<?xml?>", "<?xmlx ? \?>", "\xEF\xBB\xBF<?xml?>", "any<?xml?>"}},
+             {"3 0 ''", {"<?xml", "<?xml\n?"}},
+             {"4 0 ''", {"", "<?xm", " <?xml?>", "<a/>", "<?xml >?>", "<?xml <?>", "\xEF\xBB\xBF<", "\xEF<?xml?>"}},
+             {"W:\n|5 1 '>'", {"<?xml\n\n?>\n>"}}});
+}
+
+TEST(XmlParser, Events) {
+    std::string const nul(1, '\0');
+    expect_rows("<?xml?>", {{"S:a|E:a|ok", {"<a/>", "<a />", "<a></a>", "<a ></a \n>"}},
+                            {"S:a|E:a|T:" + nul + "|ok", {"<a/>" + nul}},
+                            {"S:a|A:x=1|A:y=<'>\n|T:t|E:a|ok", {"<a x='1'y = \"<'>\n\" >t</a>"}},
+                            {"S:a|W: \t |T:b|W:\r\n|T:c]]|E:a|ok", {"<a> \t b\r\nc]]</a>"}},
+                            {"T:x|C:1|S:a|E:a|W:\n|C:2|T:\xFF|ok", {"x<!--1--><a/>\n<!--2-->\xFF"}},
+                            {"S:a1_b|A:x=|S:c|A:x=|E:c|C:|C: > -- <b>& |E:a1_b|ok",
+                             {"<a1_b x=''><c x=''/><!----><!-- > -- <b>& --></a1_b>"}}});
+}
+
+TEST(XmlParser, References) {
+    // Kept: &nbsp; is a blank (which does not split the run), a leading zero means octal, numbers saturate.
+    expect_rows("<?xml?>", {{"T:&'><\"|ok", {"&amp;&apos;&gt;&lt;&quot;"}},
+                            {"T:a b|W: |T: |ok", {"a&nbsp;b &nbsp;"}},
+                            {"S:a|A:x=\"'\n|E:a|ok", {"<a x='&quot;&apos;&#10;'/>"}},
+                            {"T:AJ|ok", {"&#65;&#x4a;", "&#0101;&#x004A;"}},
+                            {"T:\xFF\xFF|ok", {"&#300;&#xFFF41;"}},
+                            {"T:" + std::string(1, '\0') + "|ok", {"&#0;", "&#08;", "&#x00;"}},
+                            {"5 0 '&'",
+                             {"&ap;", "&am\n", "&ampx", "&lt ;", "&n;", "&#;", "&#x;", "&#X41;", "&#4a;", "&#xg;",
+                              "&#65 ;", "&#-1;", "&#x 1;"}},
+                            {"7 0 ''", {"&x;", "&Amp;", "&;", "&&amp;", "& ", "&1;"}},
+                            {"S:a|5 0 '&'", {"<a x='&ap;'/>", "<a x='&#65'/>"}}});
+}
+
+TEST(XmlParser, Faults) {
+    expect_rows("<?xml?>", {{"1 0 ''", {"<", "<!-", "<!--\n--", "</", "&a", "&am", "&ap", "&#", "&#6", "&#x"}},
+                            {"S:a|1 0 ''", {"<a", "<a>", "<a></a", "<a x= ", "<a x='\n"}},
+                            {"W:\n|S:a|W:\n|1 2 ''", {"\n<a>\n"}},
+                            {"2 0 'b'", {"</b>", "</b"}},
+                            {"S:a|S:b|W:\n|2 1 'a'", {"<a><b>\n</a></b>", "<a><b>\n</a"}},
+                            {"S:a|2 0 ''", {"<a></>", "<a></ a>", "<a></1>"}},
+                            {"5 0 '<'", {"<1/>", "< a/>", "<!DOCTYPE a>", "<!-x", "<?pi?>", "<_a/>"}},
+                            {"5 0 '>'", {">", "ab>c"}},
+                            {"S:a|5 0 '<'", {"<a <b/>", "<a <!--c-->>"}},
+                            {"S:a|5 0 '/'", {"<a / >", "<a/ >", "<a//>"}},
+                            {"S:a|5 0 '-'", {"<a-b/>"}},
+                            {"S:a|5 0 'x'", {"<a></a x>"}},
+                            {"S:a|5 1 '='", {"<a\n='1'/>"}},
+                            {"S:a|5 0 '\xE2\x82\xAC'", {"<a \xE2\x82\xAC>"}}, // whole when it is UTF-8
+                            {"S:a|5 0 '\xE2'", {"<a \xE2\x82", "<a \xE2\x82>"}},
+                            {"S:a|6 1 'x'", {"<a x=\n1>", "<a x\n=>"}},
+                            {"S:a|8 0 'x'", {"<a x>", "<a x/>", "<a x-y='1'>"}},
+                            {"S:a|A:x=1|9 0 'x'", {"<a x='1' x='2'>", "<a x='1' x=2>"}},
+                            {"S:a|E:a|W:\n\n|10 2 ''", {"<a/>\n\n<b/>"}}});
+}
+
+TEST(XmlParser, EveryTruncationIsReported) {
+    std::string const text = "\xEF\xBB\xBF<?xml x='1'?><a x='&apos;' y=\"\"><!--c--> t&#x41;\xC3\xA9 <b/></a>";
+    for (std::size_t length = 0; length < text.size(); ++length) {
+        char const* const expected = length < 8     ? "4 0 ''"
+                                     : length < 16  ? "3 0 ''"
+                                     : length == 16 ? "ok"
+                                                    : "1 0 ''";
+        EXPECT_TRUE(outcome(text.substr(0, length)).ends_with(expected)) << length;
+    }
+}
+
+// All texts of up to five of these characters: what is accepted opens and closes elements in pairs.
+TEST(XmlParser, SmallTextsExhaustively) {
+    std::string const alphabet = "<>/a ='&!-;";
+    std::size_t accepted = 0;
+    for (unsigned int length = 0, count = 1; length <= 5; ++length, count *= 11) {
+        for (unsigned int number = 0; number < count; ++number) {
+            std::string text = "<?xml?>";
+            for (unsigned int digits = number, i = 0; i < length; ++i, digits /= 11) text += alphabet[digits % 11];
+            std::string const result = outcome(text);
+            if (!result.ends_with("ok")) continue;
+            ++accepted;
+            auto const start = result.find("S:"), end = result.find("E:");
+            ASSERT_TRUE(start == end || (start < end && end == result.rfind("E:"))) << text;
+        }
+    }
+    // Any text goes without "<", ">" and "&": 1 + 8 + ... + 8^5. The others are <a/>, the same with one of
+    // these before or behind it, <aa/> and <a />.
+    EXPECT_EQ(accepted, 37449u + 1 + 2 * 8 + 2);
+}
+
+TEST(XmlParser, DepthAndWidthAreUnlimited) {
+    std::size_t const count = 1000000;
+    xml_parser parser;
+    EXPECT_EQ(result_text(parser.parse("<?xml?>" + repeat(count, "<a>") + repeat(count, "</a>"))), "ok");
+    ustring8 wide = "<?xml?><a";
+    for (std::size_t i = 0; i < count; ++i) wide += " x" + std::to_string(i) + "=''";
+    EXPECT_EQ(result_text(parser.parse(wide + "/>")), "ok");
+    EXPECT_EQ(result_text(parser.parse(wide + " x3=''/>")), "9 0 'x3'");
+    EXPECT_EQ(result_text(parser.parse(wide + " x777777=''/>")), "9 0 'x777777'");
+}
+
+TEST(XmlParser, CallbacksMayThrowAndStartAnotherParse) {
+    recorder record;
+    record.parser.on_character = [&record](ustring8 const& text) {
+        if (text == "throw") throw std::runtime_error("thrown");
+        if (text == "stop") throw parse_error(parse_error::data_after_root, 77, "mine");
+        if (text == "nest") record.parser.parse("<?xml?><n>in</n>");
+        if (text == "self") record.parser.parse(text);
+        record.add("T:", text);
+    };
+    EXPECT_THROW(record.parser.parse("<?xml?><a>\n<b x=''>throw"), std::runtime_error);
+    EXPECT_EQ(result_text(record.parser.parse("<?xml?><a><b>stop</b></a>")), "10 77 'mine'");
+    record.events.clear();
+    EXPECT_EQ(result_text(record.parser.parse("<?xml?><a x=''>nest self</a>>")), "5 0 '>'");
+    EXPECT_EQ(record.events, "S:a|A:x=|S:n|T:in|E:n|T:nest|W: |T:self|E:a|");
+}
