@@ -16,6 +16,11 @@
 #include <zolt/generic/convert/str_to_x.hpp>
 #include <zolt/generic/convert/x_to_str.hpp>
 #include <zolt/generic/varg_list.hpp>
+#include <zolt/i18n/catalog.hpp>
+#include <zolt/i18n/format_value.hpp>
+#include <zolt/i18n/message.hpp>
+#include <zolt/i18n/message_catalogs.hpp>
+#include <zolt/i18n/message_item.hpp>
 #include <zolt/memory/rc_pointer.hpp>
 #include <zolt/memory/shared_pointer.hpp>
 #include <zolt/parser/xml_parser.hpp>
