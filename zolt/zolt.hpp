@@ -29,6 +29,10 @@
 #include <zolt/strings/string_utility.hpp>
 #include <zolt/strings/unicode.hpp>
 #include <zolt/strings/ustring.hpp>
+#include <zolt/system/date_time/date.hpp>
+#include <zolt/system/date_time/date_time.hpp>
+#include <zolt/system/date_time/duration.hpp>
+#include <zolt/system/date_time/time.hpp>
 #include <zolt/system/file_utility.hpp>
 #include <zolt/system/io.hpp>
 #include <zolt/traits/function_traits.hpp>

@@ -9,14 +9,12 @@
 #include <filesystem>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <unistd.h>
 
-using ZOLT_2_18::strings::ustring8;
-using ZOLT_2_18::strings::utf8_to_utf16;
-using ZOLT_2_18::strings::utf8_to_utf32;
-using ZOLT_2_18::system::load_file;
-using ZOLT_2_18::system::store_file;
+using namespace ZOLT_2_18::strings;
+using namespace ZOLT_2_18::system;
 
 namespace {
 
@@ -55,16 +53,6 @@ TEST_F(FileUtility, BytesComeBackAsTheyWere) {
     EXPECT_EQ(store_file("/dev/full", content), 0u); // kept: writing fails unnoticed
 }
 
-TEST_F(FileUtility, NamesOfEveryWidthSpellTheSameFile) {
-    ustring8 const name = path("\xC3\xA9\xE2\x82\xAC");
-    EXPECT_EQ(store_file(name, "8"), 0u);
-    EXPECT_EQ(loaded<ustring8>(utf8_to_utf16(name)) + loaded<std::string>(utf8_to_utf16(name)), "0 80 8");
-    EXPECT_EQ(store_file(utf8_to_utf16(name), "16"), 0u);
-    EXPECT_EQ(loaded<ustring8>(utf8_to_utf32(name)) + loaded<std::string>(utf8_to_utf32(name)), "0 160 16");
-    EXPECT_EQ(store_file(utf8_to_utf32(name), "32"), 0u);
-    EXPECT_EQ(loaded<ustring8>(name) + loaded<std::string>(name), "0 320 32");
-}
-
 TEST_F(FileUtility, WhatCannotBeOpenedLeavesTheContentAlone) {
     store_file(path("f"), "x");
     EXPECT_EQ(loaded<ustring8>(path("missing")), "1 kept");
@@ -75,18 +63,21 @@ TEST_F(FileUtility, WhatCannotBeOpenedLeavesTheContentAlone) {
     EXPECT_EQ(loaded<ustring8>(path("f")), "0 x");
 }
 
-TEST_F(FileUtility, TooLargeFilesThrow) {
-    ustring8 const name = path("sparse");
-    store_file(name, "");
-    ASSERT_EQ(::truncate64(name.c_str(), 0x80000000), 0);
+TEST_F(FileUtility, EveryFormLoadsTheSameFileOrThrowsAtItsOwnLine) {
+    ustring8 const name = path("\xC3\xA9\xE2\x82\xAC");
     auto const [name16, name32] = std::pair(utf8_to_utf16(name), utf8_to_utf32(name));
-    std::string const rest = "system/file_utilityload_file: 2147483648 is large than a string can hold";
-    EXPECT_EQ(loaded<ustring8>(name), "99" + rest);
-    EXPECT_EQ(loaded<ustring8>(name16), "131" + rest);
-    EXPECT_EQ(loaded<ustring8>(name32), "162" + rest);
-    EXPECT_EQ(loaded<std::string>(name), "226" + rest);
-    EXPECT_EQ(loaded<std::string>(name16), "258" + rest);
-    EXPECT_EQ(loaded<std::string>(name32), "289" + rest);
+    auto const loads = [&, &name16 = name16, &name32 = name32] {
+        return std::vector{loaded<ustring8>(name),    loaded<ustring8>(name16),    loaded<ustring8>(name32),
+                           loaded<std::string>(name), loaded<std::string>(name16), loaded<std::string>(name32)};
+    };
+    EXPECT_EQ(store_file(name16, "16"), 0u);
+    EXPECT_EQ(loads(), std::vector<std::string>(6, "0 16"));
+    EXPECT_EQ(store_file(name32, "32"), 0u);
+    EXPECT_EQ(loads(), std::vector<std::string>(6, "0 32"));
+    ASSERT_EQ(::truncate64(name.c_str(), 0x80000000), 0);
+    std::vector<std::string> faults = {"99", "131", "162", "226", "258", "289"};
+    for (auto& fault : faults) fault += "system/file_utilityload_file: 2147483648 is large than a string can hold";
+    EXPECT_EQ(loads(), faults);
 }
 
 TEST_F(FileUtility, PipesAreReadToTheirEnd) {

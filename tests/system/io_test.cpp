@@ -20,9 +20,7 @@
 
 namespace fs = std::filesystem;
 using namespace ZOLT_2_18::system;
-using ZOLT_2_18::strings::ustring8;
-using ZOLT_2_18::strings::utf8_to_utf16;
-using ZOLT_2_18::strings::utf8_to_utf32;
+using namespace ZOLT_2_18::strings;
 using paths = std::vector<ustring8>;
 
 namespace {
@@ -40,41 +38,9 @@ private:
     std::string m_directory = "/tmp/zolt_io_XXXXXX";
 };
 
-// The common result of the three forms of an operation.
-template <typename Operation>
-auto each_width(Operation operation, ustring8 const& path) {
-    auto const result = operation(path);
-    EXPECT_EQ(operation(utf8_to_utf16(path)), result) << path;
-    EXPECT_EQ(operation(utf8_to_utf32(path)), result) << path;
-    return result;
-}
-
-// What the 8-bit form of a listing gives; the wider ones give the same, converted.
-template <typename Listing>
-paths listed(Listing list, ustring8 const& directory) {
-    paths const found = list(directory);
-    auto const found16 = list(utf8_to_utf16(directory));
-    auto const found32 = list(utf8_to_utf32(directory));
-    for (std::size_t i = 0; i < found.size(); ++i) {
-        EXPECT_TRUE(found16.at(i) == utf8_to_utf16(found[i]) && found32.at(i) == utf8_to_utf32(found[i]));
-    }
-    EXPECT_TRUE(found16.size() == found.size() && found32.size() == found.size());
-    return found;
-}
-
-paths entries(ustring8 const& directory) {
-    return listed([](auto const& d) { return list_directory(d); }, directory);
-}
-
 paths files_below(ustring8 const& directory) {
-    auto const append_files = [](auto const& d) {
-        std::vector files = {d};
-        get_directory_files(d, files);
-        return files;
-    };
-    paths files = listed(append_files, directory);
-    EXPECT_EQ(files.front(), directory); // still there
-    files.erase(files.begin());
+    paths files;
+    get_directory_files(directory, files);
     return files;
 }
 
@@ -95,52 +61,68 @@ TEST_F(Io, Tests) {
     sockaddr_un const address = {AF_UNIX, "socket"};
     ASSERT_EQ(::bind(endpoint, reinterpret_cast<sockaddr const*>(&address), sizeof address), 0);
     ::close(endpoint);
-    auto const seen = [](auto const& path) {
+    auto const seen = [](ustring8 const& path) {
         return std::string(io::exists(path) ? "there" : "") + (io::is_file(path) ? " file" : "") +
                (io::is_directory(path) ? " directory" : "");
     };
-    for (char const* const path : {"dangling", "file/", ""}) EXPECT_EQ(each_width(seen, path), "") << path;
-    EXPECT_EQ(each_width(seen, with_nul), "");
-    EXPECT_EQ(each_width(seen, "file"), "there file");
-    EXPECT_EQ(each_width(seen, "link"), "there directory");
-    EXPECT_EQ(each_width(seen, "/dev/null"), "there");
-    EXPECT_EQ(each_width(seen, "socket"), "there file directory"); // kept: a socket's mode has both bits
-    for (unsigned const mode : {0400u, 0044u, 0377u}) {            // kept: nobody else's bits count
+    for (ustring8 const& path : paths{"dangling", "file/", "", with_nul}) EXPECT_EQ(seen(path), "") << path;
+    EXPECT_EQ(seen("file"), "there file");
+    EXPECT_EQ(seen("link"), "there directory");
+    EXPECT_EQ(seen("/dev/null"), "there");
+    EXPECT_EQ(seen("socket"), "there file directory");  // kept: a socket's mode has both bits
+    for (unsigned const mode : {0400u, 0044u, 0377u}) { // kept: nobody else's bits count
         ::chmod("file", mode);
-        EXPECT_EQ(each_width([](auto const& p) { return have_read_access(p); }, "file"), mode == 0400);
+        EXPECT_EQ(have_read_access("file"), mode == 0400);
     }
 }
 
-TEST_F(Io, RemoveMoveAndMkdir) {
-    auto const there = [](ustring8 const& path) { return io::exists(path); };
+template <typename Convert>
+void expect_every_operation(Convert convert) {
+    auto const top = convert("\xC3\xA4"), file = convert("\xC3\xA4/\xE2\x82\xAC"), moved = convert("\xC3\xA4/m");
+    int failures = 0;
+    ZOLT_2_18::debug::set_assert_hook([&failures](char const*, char const*, unsigned int&) { ++failures; });
+    io::mkdir(top);
+    ZOLT_2_18::debug::set_assert_hook(ZOLT_2_18::types::nil);
+    EXPECT_TRUE(failures == 1 && !io::exists(top));
+    EXPECT_EQ(create_directory(top), 1u);
+    store_file(file, "");
+    EXPECT_TRUE(io::is_directory(top) && io::exists(file) && io::is_file(file) && have_read_access(file));
+    EXPECT_FALSE(io::is_directory(file) || io::is_file(top) || have_read_access(moved));
+    EXPECT_TRUE(list_directory(top) == std::vector{file});
+    std::vector files = {top};
+    get_directory_files(top, files);
+    EXPECT_TRUE(files == (std::vector{top, file})) << "added to what is there";
+    io::move(moved, file); // kept: the new name first
+    EXPECT_TRUE(io::exists(moved) && !io::exists(file));
+    io::remove_file(moved);
+    io::remove_dir(top);
+    EXPECT_FALSE(io::exists(top));
+}
+
+TEST_F(Io, OperationsTakeNamesOfEveryWidth) {
+    expect_every_operation([](ustring8 const& name) { return name; });
+    expect_every_operation(utf8_to_utf16);
+    expect_every_operation(utf8_to_utf32);
+}
+
+TEST_F(Io, OnlyWhatWasMeantIsMovedOrRemoved) {
     fs::create_directories("full/inner");
-    store_file("a", "");
-    io::move("b", ustring8("a")); // kept: the new name first
-    io::move(utf8_to_utf16("c"), utf8_to_utf16("b"));
-    io::move(utf8_to_utf32("file"), utf8_to_utf32("c"));
+    store_file("file", "");
     io::move(with_nul, "file");
     io::move("d", with_nul);
     io::remove_file(with_nul);
     io::remove_dir("file");
     io::remove_dir("full");
     io::remove_file("full");
-    EXPECT_TRUE(there("file") && there("full/inner"));
-    io::remove_file(utf8_to_utf16("file"));
-    io::remove_file(utf8_to_utf32("full/inner")); // an empty directory goes, too
-    EXPECT_FALSE(there("file") || there("full/inner"));
-    io::remove_dir(utf8_to_utf16("full"));
-    int failures = 0;
-    ZOLT_2_18::debug::set_assert_hook([&failures](char const*, char const*, unsigned int&) { ++failures; });
-    each_width([](auto const& p) { return io::mkdir(p), 0; }, "full");
-    ZOLT_2_18::debug::set_assert_hook(ZOLT_2_18::types::nil);
-    EXPECT_EQ(failures, 3);
-    EXPECT_FALSE(there("full"));
+    EXPECT_TRUE(io::exists("file") && io::exists("full/inner"));
+    io::remove_file("full/inner"); // an empty directory goes, too
+    EXPECT_FALSE(io::exists("full/inner"));
 }
 
 TEST_F(Io, CreateDirectory) {
     mode_t const mask = ::umask(0);
     for (char const* const path : {"a", "a/b/c", "./d/e", "h//i/", ".hidden", ".hidden/x/y", "."}) {
-        EXPECT_EQ(each_width([](auto const& p) { return create_directory(p); }, path), 1u) << path;
+        EXPECT_EQ(create_directory(path), 1u) << path;
         EXPECT_TRUE(fs::is_directory(path)) << path;
     }
     ::umask(mask);
@@ -148,23 +130,22 @@ TEST_F(Io, CreateDirectory) {
     EXPECT_EQ(create_directory(fs::current_path().string() + "/j/k"), 1u);
     store_file("file", "");
     // Kept in the first: what stands before the first "/" is not created.
-    for (ustring8 const& path :
-         {ustring8(".other/x"), ustring8("file"), ustring8("file/x"), ustring8(), with_nul}) {
+    for (ustring8 const& path : paths{".other/x", "file/x", "file", "", with_nul}) {
         EXPECT_EQ(create_directory(path), 0u) << path;
     }
 }
 
 TEST_F(Io, ListingsKeepTheOrderOfTheFileSystem) {
-    EXPECT_EQ(entries("missing"), paths());
+    EXPECT_EQ(list_directory("missing"), paths());
     EXPECT_EQ(files_below("missing"), paths());
     for (std::string const name : {"a", "b", "c", "d", "\xFF"}) { // the last is no UTF-8
         fs::create_directories("top/" + name);
         store_file("top/." + name, "");
         store_file("top/" + name + "/x", "");
     }
-    EXPECT_EQ(sorted(entries("top/")), (paths{"top//.a", "top//.b", "top//.c", "top//.d", "top//.\xFF", "top//a",
-                                              "top//b", "top//c", "top//d", "top//\xFF"}));
-    paths expected = entries("top");
+    EXPECT_EQ(sorted(list_directory("top/")), (paths{"top//.a", "top//.b", "top//.c", "top//.d", "top//.\xFF",
+                                                     "top//a", "top//b", "top//c", "top//d", "top//\xFF"}));
+    paths expected = list_directory("top");
     for (ustring8& path : expected) path += io::is_directory(path) ? "/x" : "";
     EXPECT_EQ(files_below("top"), expected);
 }
