@@ -4,6 +4,15 @@
 // The umbrella: every public header, and the short name `zolt` for the versioned namespace.
 #pragma once
 
+#include <zolt/config/base_config_item.hpp>
+#include <zolt/config/commandline_item.hpp>
+#include <zolt/config/config_dispatch.hpp>
+#include <zolt/config/config_manager.hpp>
+#include <zolt/config/config_token.hpp>
+#include <zolt/config/config_tree.hpp>
+#include <zolt/config/enviroment_item.hpp>
+#include <zolt/config/file_item.hpp>
+#include <zolt/config/user_item.hpp>
 #include <zolt/debug/assert.hpp>
 #include <zolt/exceptions/exception.hpp>
 #include <zolt/functor/delegate.hpp>

@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include <zolt/config/config_manager.hpp>
+
+#include <algorithm>
+#include <ostream>
+#include <set>
+#include <string_view>
+
+namespace ZOLT_2_18::config {
+namespace {
+
+using strings::ustring8;
+using entry_type = config_tree::entry_type;
+
+constexpr unsigned int array_kind = 2;
+constexpr unsigned int first_element_bits = 3;
+constexpr unsigned int reference_bit = 4;
+
+bool is_reference(entry_type const& entry) { return (entry.first & reference_bit) != 0; }
+bool means_first_element(entry_type const& entry) {
+    return (entry.first & first_element_bits) == first_element_bits;
+}
+
+types::variant first_element(base_config_item const& source, ustring8 const& key) {
+    entry_type const* const element = source.get_value(key + ".0");
+    bool const is_plain = element && !is_reference(*element) && !means_first_element(*element);
+    return is_plain ? element->second : types::variant();
+}
+
+// Unformatted, so that the width of the stream plays no part.
+void write(std::ostream& stream, std::string_view text) {
+    stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+} // namespace
+
+config_manager::config_manager() = default;
+config_manager::~config_manager() = default;
+
+void config_manager::init(config_dispatch const& dispatch) {
+    std::unique_ptr<config_dispatch> copy(dispatch.clone()); // first: it may be the one held so far
+    m_items.clear();
+    m_dispatch = std::move(copy);
+    m_dispatch->setup(m_items);
+}
+
+void config_manager::load() {
+    if (m_dispatch) m_dispatch->load(m_items);
+}
+
+void config_manager::save() {
+    if (m_dispatch) m_dispatch->save(m_items);
+}
+
+void config_manager::unload() {
+    if (m_dispatch) m_dispatch->unload(m_items);
+}
+
+types::variant config_manager::get_value(ustring8 const& key, types::variant default_value) const {
+    std::set<ustring8> visited;
+    ustring8 current = key;
+    for (;;) {
+        entry_type const* entry = nullptr;
+        auto const holds_key = [&](auto const& item) {
+            entry = item ? item->get_value(current) : nullptr;
+            return entry != nullptr;
+        };
+        auto const source = std::find_if(m_items.begin(), m_items.end(), holds_key);
+        if (source == m_items.end()) return default_value;
+        if (means_first_element(*entry)) return first_element(**source, current);
+        if (!is_reference(*entry)) return entry->second;
+
+        visited.insert(std::move(current));
+        current = entry->second.as_utf8();
+        if (visited.count(current) != 0) return entry->second;
+    }
+}
+
+bool config_manager::value_exist(ustring8 const& key) const { return get_value(key, types::nil) != types::nil; }
+
+base_config_item const* config_manager::find_source(ustring8 const& key) const {
+    auto const has_node = [&key](auto const& item) { return item && item->tree().get_node(key); };
+    auto const found = std::find_if(m_items.begin(), m_items.end(), has_node);
+    return found != m_items.end() ? found->get() : nullptr;
+}
+
+bool config_manager::is_array(ustring8 const& key) const {
+    base_config_item const* const source = find_source(key);
+    return source && source->tree().get_node(key)->kind() == array_kind;
+}
+
+void config_manager::get_array(ustring8 const& key, std::vector<types::variant>& values) const {
+    config_tree::entry_list elements;
+    if (base_config_item const* const source = find_source(key)) source->get_array(key, elements);
+    values.clear();
+    values.reserve(elements.size());
+    for (auto const& element : elements) values.push_back(element.second.second);
+}
+
+void config_manager::get_key_value_array(ustring8 const& key,
+                                         std::vector<std::pair<ustring8, types::variant>>& values,
+                                         bool nested) const {
+    config_tree::entry_list pairs;
+    if (base_config_item const* const source = find_source(key)) source->get_value_pair_array(key, pairs, nested);
+    values.clear();
+    values.reserve(pairs.size());
+    for (auto& [name, entry] : pairs) values.emplace_back(std::move(name), entry.second);
+}
+
+memory::pointers::rc_pointer<base_config_item> config_manager::get_config_item(ustring8 const& id) const {
+    auto const has_id = [&id](auto const& item) { return item && item->get_id() == id; };
+    auto const found = std::find_if(m_items.begin(), m_items.end(), has_id);
+    return found != m_items.end() ? *found : nullptr;
+}
+
+void config_manager::dump(std::ostream& stream) const {
+    write(stream, "config_manager:\n");
+    for (auto const& item : m_items) {
+        write(stream, "\nconfig_item:\n");
+        if (item) item->dump(stream);
+    }
+    write(stream, "\nno more config_items!\n\nending output\n");
+}
+
+std::ostream& operator<<(std::ostream& stream, config_manager const& manager) {
+    manager.dump(stream);
+    return stream;
+}
+
+} // namespace ZOLT_2_18::config
