@@ -34,6 +34,11 @@
 #include <zolt/memory/shared_pointer.hpp>
 #include <zolt/parser/xml_parser.hpp>
 #include <zolt/parser/xml_token_stream.hpp>
+#include <zolt/serialization/labeled_serialize_buffer.hpp>
+#include <zolt/serialization/labeled_text_buffer.hpp>
+#include <zolt/serialization/serialize_binary_buf.hpp>
+#include <zolt/serialization/serialize_buffer.hpp>
+#include <zolt/serialization/serialize_text_buf.hpp>
 #include <zolt/strings/code_page.hpp>
 #include <zolt/strings/string_utility.hpp>
 #include <zolt/strings/unicode.hpp>

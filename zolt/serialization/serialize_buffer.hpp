@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// serialize_buffer, the interface of buffers into which values are appended in order and from which they
+// are read back in the same order. serialize_text_buf writes printable text, serialize_binary_buf fixed-width
+// images. For values found by name see <zolt/serialization/labeled_text_buffer.hpp>.
+//
+//     void store(serialization::serialize_buffer& to, point const& p) {
+//         to.append_int32(p.x);
+//         to.append_string(p.name);
+//     }
+//     point load(serialization::serialize_buffer const& from) {
+//         long const x = from.read_int32();
+//         return point{x, from.read_string()};
+//     }
+//
+// A buffer does not know what it holds: values are to be read by the counterparts of the operations that
+// appended them. Reading never fails; past the end every number reads as 0, every string as empty. Foreign
+// bytes are safe to read, whatever they are.
+//
+// Reading is const. The read position, which starts at 0, is no part of a buffer's value: copies and clones
+// read from their start, assignments replace the bytes and leave the position where it is.
+//
+// A buffer belongs to one thread at a time, even for reading. Its content and each string in it are limited
+// to 4294967295 bytes; what would exceed that throws exceptions::length_error and changes nothing.
+#pragma once
+
+#include <zolt/export.hpp>
+#include <zolt/generic/abilities.hpp>
+#include <zolt/memory/rc_pointer.hpp>
+
+#include <string>
+
+namespace ZOLT_2_18::serialization {
+
+/// The order of the virtual operations is part of the binary interface.
+class ZOLT_API serialize_buffer : public generic::abilities::create_ability,
+                                  public generic::abilities::clone_ability,
+                                  public generic::abilities::reference_count_pointer_ability<serialize_buffer> {
+public:
+    serialize_buffer() noexcept = default;
+    serialize_buffer(serialize_buffer const&) noexcept = default;
+    serialize_buffer& operator=(serialize_buffer const& other) { return assign(other); }
+    ~serialize_buffer() override;
+
+    /// Replaces the content by the other buffer's as_str(), of whatever kind it is. Assigning a buffer to
+    /// itself changes nothing.
+    virtual serialize_buffer& assign(serialize_buffer const& other) = 0;
+    /// Replaces the content by the bytes.
+    virtual serialize_buffer& assign(std::string const& bytes) = 0;
+    /// Replaces the content by `length` bytes. A null pointer or a negative length leaves it empty.
+    virtual serialize_buffer& assign(char const* bytes, int length) = 0;
+    /// The whole content, whatever has been read of it.
+    virtual std::string as_str() const = 0;
+
+    virtual void append_int8(signed char const& value) = 0;
+    virtual void append_int16(short const& value) = 0;
+    /// Appends the low 32 bits, where long has more.
+    virtual void append_int32(long const& value) = 0;
+    virtual void append_int64(long long const& value) = 0;
+    virtual void append_uint8(unsigned char const& value) = 0;
+    virtual void append_uint16(unsigned short const& value) = 0;
+    /// Appends the low 32 bits, where long has more.
+    virtual void append_uint32(unsigned long const& value) = 0;
+    virtual void append_uint64(unsigned long long const& value) = 0;
+    /// `precision` counts significant digits; a kind of buffer that keeps all of them ignores it.
+    virtual void append_float(float const& value, unsigned long const& precision) = 0;
+    virtual void append_double(double const& value, unsigned long const& precision) = 0;
+    /// Any bytes, zeros included.
+    virtual void append_string(std::string const& text) = 0;
+    /// The whole content of the other buffer as one string, to be read with read_buffer. A buffer may be
+    /// appended to itself.
+    virtual void append_buffer(serialize_buffer const& other) = 0;
+
+    virtual signed char read_int8() const = 0;
+    virtual short read_int16() const = 0;
+    virtual long read_int32() const = 0; ///< within 32 bits on every build
+    virtual long long read_int64() const = 0;
+    virtual unsigned char read_uint8() const = 0;
+    virtual unsigned short read_uint16() const = 0;
+    virtual unsigned long read_uint32() const = 0; ///< within 32 bits on every build
+    virtual unsigned long long read_uint64() const = 0;
+    virtual float read_float() const = 0;
+    virtual double read_double() const = 0;
+    virtual std::string read_string() const = 0;
+    /// A new buffer of the same kind, marked as heap-allocated; never a null pointer.
+    virtual memory::pointers::rc_pointer<serialize_buffer> read_buffer() const = 0;
+
+    /// True when nothing is left to read.
+    virtual bool at_end() const = 0;
+    /// Reading starts again from the first value.
+    virtual void reset_read() const = 0;
+
+    /// A new empty buffer of the same kind: count 0, marked as heap-allocated, for the caller to hand to a
+    /// pointer.
+    virtual serialize_buffer* create() const = 0;
+    /// A copy, made as create() makes its buffer.
+    virtual serialize_buffer* clone() const = 0;
+};
+
+} // namespace ZOLT_2_18::serialization
