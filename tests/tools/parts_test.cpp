@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "tools/json.hpp"
+#include "tools/languages.hpp"
+#include "tools/notation.hpp"
+#include "tools/program_messages.hpp"
+#include "tools/source_map.hpp"
+#include "tools/terminal.hpp"
+
+#include <zolt/i18n/message_catalogs.hpp>
+#include <zolt/parser/xml_parser.hpp>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <set>
+#include <utility>
+
+namespace {
+
+using namespace tools;
+using zolt::i18n::message_catalogs;
+using zolt::i18n::message_t;
+
+std::multiset<ustring8> placeholders(message_t const& message) {
+    std::multiset<ustring8> result;
+    for (auto const& item : message) {
+        if (item.type() == zolt::i18n::message_item::value) continue;
+        result.insert(item.data() + ":" + std::string(type_keyword(item.type())));
+    }
+    return result;
+}
+
+TEST(ProgramMessages, AreTheSameInEveryLanguage) {
+    for (char const* const language : {"en", "de"}) {
+        SCOPED_TRACE(language);
+        message_catalogs catalogs;
+        ustring8 const path = ZOLT_SOURCE_DIR "/tools/catalogs/zolt." + std::string(language) + ".xmc";
+        auto const result = catalogs.load_file(path, language);
+        ASSERT_EQ(message_catalogs::no_error, result.code()) << result.message();
+        EXPECT_EQ(static_cast<unsigned>(phrase::count_of_texts), catalogs.count("zolt"));
+        for (unsigned i = 0; i != static_cast<unsigned>(phrase::count_of_texts); ++i) {
+            auto const& built_in = program_messages::find(static_cast<phrase>(i));
+            SCOPED_TRACE(built_in.name);
+            message_t const& message = catalogs.message("zolt", ustring8(std::string(built_in.name)));
+            EXPECT_EQ(language, message._orginal_locale());
+            message_t const english(ustring8(), parse_notation(built_in.english));
+            EXPECT_EQ(placeholders(english), placeholders(message));
+            EXPECT_EQ(built_in.english, notation(english));
+            if (std::string_view(language) == "en") {
+                EXPECT_EQ(built_in.english, notation(message));
+            }
+        }
+    }
+}
+
+TEST(Notation, WritesOptions) {
+    message_t const message("m", {{"a{b}"},
+                                  {"n\1base\1hex\1fieldsize\0018", zolt::i18n::message_item::int_},
+                                  {"\1x\1\1y\1a \"b\"}", zolt::i18n::message_item::metric_unit},
+                                  {"odd\1key", zolt::i18n::message_item::memory}});
+    EXPECT_EQ("a{{b}}{n:int base=hex fieldsize=8}{:metric_unit x=\"\" y=\"a \"\"b\"\"}\"}{odd:memory key=\"\"}",
+              notation(message));
+}
+
+TEST(Languages, AreMadeUsable) {
+    std::pair<char const*, char const*> const rows[] = {
+        {"", "en"},      {"C", "en"},       {"POSIX", "en"}, {"C.UTF-8", "en"},
+        {"@euro", "en"}, {"de@euro", "de"}, {"Cs", "Cs"},    {"de_DE.UTF-8@x@y", "de_DE.UTF-8"},
+        {".", "."}};
+    for (auto const& [id, usable] : rows) EXPECT_EQ(usable, usable_language(id)) << id;
+    std::string bases;
+    for (char const* const id : {"de_AT_UTF_8", "de", "_x"})
+        for_each_base(id, [&](std::string_view base) { bases.append(base).append(" "); });
+    EXPECT_EQ("de_AT_UTF de_AT de ", bases);
+}
+
+TEST(Terminal, MeasuresAndWraps) {
+    EXPECT_EQ(0u, display_width(""));
+    for (char const* const text : {"e\xCC\x81", "ｱ"}) EXPECT_EQ(1u, display_width(text)) << text;
+    for (char const* const text : {"Ａ", "\xF0\x9F\x98\x80"}) EXPECT_EQ(2u, display_width(text)) << text;
+    for (char const* const text : {"日本", "한국", "a\xFF\xE6\x97"}) EXPECT_EQ(4u, display_width(text)) << text;
+    for (char const* const text : {"Zöltan", "Привет"}) EXPECT_EQ(6u, display_width(text)) << text;
+
+    EXPECT_EQ("aa bb\ncc\ndd", wrap("aa bb cc\ndd", 5));
+    EXPECT_EQ("日本\n語", wrap("日本 語", 6));
+    EXPECT_EQ("longer\nx", wrap("longer x", 3));
+    EXPECT_EQ("a\\x1B\\x7F\\x9B\\x0A\\x00", printable(std::string_view("a\033\x7F\xC2\x9B\n\0", 7)));
+    EXPECT_EQ("ä\nb\\x09", printable("ä\nb\t", line_feeds::keep));
+}
+
+TEST(Json, IsAlwaysValid) {
+    json_writer json;
+    json.begin_object();
+    json.begin_array("empty");
+    json.end_array();
+    json.member("a\"\\\n\x7F", "ä\xFF\xC0\xAF\xED\xA0\x80\xF4\x90\x80\x80\xF0\x9F\x98\x80");
+    json.end_object();
+    std::string const ten_bytes_replaced = R"(\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD)";
+    EXPECT_EQ("{\n  \"empty\": [],\n  \"a\\\"\\\\\\u000a\x7F\": \"ä" + ten_bytes_replaced + "\xF0\x9F\x98\x80\"\n}",
+              json.text());
+}
+
+// Every line of the text that ends in "@n" begins, apart from blanks, with start tag number n.
+TEST(SourceMap, FindsStartTags) {
+    std::string const text = "\xEF\xBB\xBF<?xml version='1.0'\n?><!-- <no> ' \n-->\n"
+                             "<a x='>\n<no>'   y=\"'\">don't @0\n"
+                             "  <b/> @1\n"
+                             "<!--\"--><c\n"
+                             "  ></c> </a>";
+    source_map const map(text);
+    unsigned const lines[] = {4, 6, 7, 1};
+    for (std::size_t n = 0; n != 4; ++n) EXPECT_EQ(lines[n], map.element_line(n));
+}
+
+// A fault put behind any piece of a text, here with the events up to there, is found in its own line.
+TEST(SourceMap, ConvertsFaultLines) {
+    std::pair<char const*, std::size_t> const pieces[] = {{"<?xml\nversion='1.0'?>\n\n", 0},
+                                                          {"<!-- \n\n -->", 1},
+                                                          {"\n<a\n", 1},
+                                                          {" x='\n1\n'", 2},
+                                                          {"\ny=\"\n\"\n", 3},
+                                                          {">text\ntext", 3},
+                                                          {"<b/>\n", 3},
+                                                          {"</a\n>", 3},
+                                                          {"<!--\n-->\n", 4}};
+    std::string before;
+    for (auto const& [piece, events] : pieces) {
+        before += piece;
+        ustring8 const text = before + "</wrong>\n\n";
+        SCOPED_TRACE(text);
+        zolt::parser::xml_parser parser;
+        auto const fault = parser.parse(text);
+        ASSERT_NE(zolt::parser::xml_parser::parse_error::no_error, fault.kind);
+        auto const line = 1 + std::count(before.begin(), before.end(), '\n');
+        EXPECT_EQ(line, source_map(text).fault_line(fault.line, events));
+    }
+}
+
+// Whatever the text, also cut off anywhere.
+TEST(SourceMap, ReadsAnything) {
+    std::string const text = "\xEF\xBB\xBF<?xml?><a b='c\n'><!-- \n --><d>'\"</d></a>\n";
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+        auto const exact = std::make_unique<char[]>(length);
+        std::copy_n(text.data(), length, exact.get());
+        source_map const map(std::string_view(exact.get(), length));
+        EXPECT_GE(map.fault_line(100, 100), 1u);
+        EXPECT_LE(map.fault_line(100, 100), 3u);
+    }
+}
+
+} // namespace

@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "tools/run_program.hpp"
+
+namespace {
+
+TEST(Program, Lists) {
+    std::string const all = "Catalog  Language  Messages\n"
+                            "app      de               5\n"
+                            "app      de-AT            1\n"
+                            "app      en               5\n"
+                            "names    .                1\n"
+                            "names    ja               2\n";
+    expect_run("catalog list clean", 0, all);
+    expect_run("catalog list clean/main.xmc", 0, all); // the other file is included
+    expect_run("catalog list clean --lang de_AT.UTF-8@euro", 0,
+               "Catalog  Languages  Messages\n"
+               "app      de, de-AT         5\n"
+               "names    .                 1\n");
+    EXPECT_EQ(R"({"catalogs": [{"name": "app","messages": 5,"languages": [{"language": "en","messages": 5}]},)"
+              R"({"name": "names","messages": 1,"languages": [{"language": ".","messages": 1}]}]})",
+              compact(run_program("catalog list clean --lang POSIX --json").out));
+    expect_run(
+        "catalog list absent", 2, "",
+        "zolt: message_catalogs::result_type - Entity (file or directory) \"absent\" was not found on disk\n");
+    expect_run("catalog list faults/one_language_only.xmc", 2, "",
+               "zolt: message_catalogs::result_type - XMC file is not valid\n"
+               " xmc_file_loader::load_error - Invalid attibute \"style\"\n"
+               " in message element: \"m\"\n"
+               " in catalog element: \"a\"\n"
+               " in file: \"faults/one_language_only.xmc\"\n");
+}
+
+TEST(Program, Shows) {
+    expect_run("catalog show clean app --lang de_AT", 0,
+               "Message   Language  Text\n"
+               "greeting  de-AT     Servus {user:string}!\n"
+               "loaded    de        {n:int} Dateien in {t:duration} geladen\n"
+               "off       de        Aus\n"
+               "size      de        {bytes:memory} {bytes:memory_unit}\n"
+               "today     de        {day:date}\n");
+    // notes, options, braces in the text, several lines
+    expect_run("catalog show clean app greeting", 0,
+               "Message   Language  Note            Text\n"
+               "greeting  en        Shown at start  Hello, {user:string}!\n");
+    expect_run("catalog show clean app loaded", 0,
+               "Message  Language  Text\n"
+               "loaded   en        Loaded {n:int} files\n"
+               "                   in {{{t:duration short_form=true}}}\n");
+    expect_run("catalog show clean names --lang ja", 0,
+               "Message  Language  Text\n"
+               "product  .         Zöltan\n"
+               "x        ja        短い\n"
+               "日本     ja        日本語 – にほんご\n");
+    expect_run("catalog show clean none", 1, "", "zolt: there is no catalog \"none\" in \"clean\"\n");
+    expect_run("catalog show clean app none", 1, "", "zolt: there is no message \"none\" in catalog \"app\"\n");
+    EXPECT_EQ(2, run_program("catalog show faults/wrong_root.xmc app").status);
+    // what could be control sequences of a terminal
+    expect_run("catalog show clean 'a\033[2J\nb'", 1, "",
+               "zolt: there is no catalog \"a\\x1B[2J\nb\" in \"clean\"\n");
+}
+
+void render(std::string const& arguments, int status, std::string const& out, std::string const& err = "") {
+    expect_run("catalog render clean app " + arguments, status, out, err.empty() ? "" : "zolt: " + err + "\n");
+}
+
+TEST(Program, Renders) {
+    render("off", 0, "Off\n");
+    render("greeting 'user=Ann=Bob: x'", 0, "Hello, Ann=Bob: x!\n");
+    render("greeting user:bool=Yes", 0, "Hello, 1!\n");
+    render("greeting user:double=2.5e3", 0, "Hello, 2500!\n");
+    render("greeting user:int=-9223372036854775808 unused=1", 0, "Hello, -9223372036854775808!\n");
+    render("greeting user:uint=0xFFFFFFFFFFFFFFFF", 0, "Hello, 18446744073709551615!\n");
+    render("loaded n=0x10 t:double=3725 --lang en_GB", 0, "Loaded 16 files\nin {1h 2m 5.00s}\n");
+    render("size bytes=5000", 0, "4 KB\n");
+    render("loaded t=1", 1, "Loaded ?invalid? files\nin {1.00s}\n", "warning: argument \"n\" is missing");
+    render("size", 1, "?invalid? ?invalid?\n", "warning: argument \"bytes\" is missing");
+    render("today day=1", 0, "?invalid?\n"); // dates are never rendered
+    render("off n:int=1x", 2, "", "argument \"n\": \"1x\" is not a value of type int");
+    render("off n:int=", 2, "", "argument \"n\": \"\" is not a value of type int");
+    render("off n:uint=-1", 2, "", "argument \"n\": \"-1\" is not a value of type uint");
+    render("off n:double=1,5", 2, "", "argument \"n\": \"1,5\" is not a value of type double");
+    render("off n:bool=maybe", 2, "", "argument \"n\": \"maybe\" is not a value of type bool");
+    render("off n:long=1", 2, "",
+           "argument \"n\" has the unknown type \"long\"; there are int, uint, double, bool and string");
+    render("off a:b:string=1 a:b:int=1", 2, "", "argument \"a:b\" is given twice");
+    render("off n", 2, "", "\"n\" is not an argument: write name=value or name:type=value");
+    render("off =1", 2, "", "\"=1\" is not an argument: write name=value or name:type=value");
+}
+
+TEST(Program, TakesItsLanguageFromTheEnvironment) {
+    auto const off = [](variables const& environment) {
+        return run_program("catalog render clean app off", {.environment = environment}).out;
+    };
+    EXPECT_EQ("Aus\n", off({{"LC_ALL", "de_DE.UTF-8"}, {"LANG", "en"}}));
+    EXPECT_EQ("Aus\n", off({{"LC_ALL", ""}, {"LC_MESSAGES", "de"}, {"LANG", "en"}}));
+    EXPECT_EQ("Aus\n", off({{"LC_ALL", ""}, {"LANG", "de_CH@x"}}));
+    EXPECT_EQ("Off\n", off({{"LC_ALL", ""}}));
+    EXPECT_EQ("Off\n", off({{"LC_ALL", "C.UTF-8"}, {"LANG", "de"}}));
+    expect_run("catalog show clean none", 1, "", "zolt: in „clean“ gibt es keinen Katalog „none“\n",
+               {.environment = {{"LC_ALL", "de_AT.UTF-8"}}});
+}
+
+// The program's messages: built in, from beside the program, from an installation, from a given place.
+class ProgramCatalogs : public in_directory {
+protected:
+    // Stores a catalog with another word for "Katalog".
+    void install(std::string const& place, std::string const& word) const {
+        std::filesystem::create_directories(directory + "/" + place);
+        std::string const text = content_of(ZOLT_SOURCE_DIR "/tools/catalogs/zolt.de.xmc");
+        store(std::regex_replace(text, std::regex("Katalog"), word), place + "/zolt.de.xmc");
+    }
+    std::string heading(std::string const& path = "") const {
+        program_options const options{.environment = {{"LC_ALL", "de"}, {"ZOLT_CATALOG_PATH", path}},
+                                      .program = directory + "/bin/zolt"};
+        return run_program("catalog list clean", options).out.substr(0, 9);
+    }
+};
+
+TEST_F(ProgramCatalogs, AreFound) {
+    std::filesystem::create_directory(directory + "/bin");
+    std::filesystem::copy(ZOLT_PROGRAM, directory + "/bin/zolt");
+    EXPECT_EQ("Catalog  ", heading());
+    install("share/zolt-2.18/catalogs", "Katalog");
+    EXPECT_EQ("Katalog  ", heading());
+    install("bin/catalogs", "Beside");
+    EXPECT_EQ("Beside  S", heading());
+    install("other", "Given");
+    EXPECT_EQ("Given  Sp", heading("/absent:" + directory + "/other"));
+    store("broken", "other/zolt.de.xmc");
+    EXPECT_EQ("Catalog  ", heading(directory + "/other"));
+}
+
+TEST(Program, HelpsEverywhere) {
+    for (std::string const command :
+         {"", "catalog ", "catalog list ", "catalog show ", "catalog render ", "catalog check ", "config ",
+          "config show ", "config get ", "config set ", "config unset ", "config check ", "inspect "}) {
+        EXPECT_EQ("zolt 2.18.0\n", run_program(command + "--version").out);
+        program_run const run = run_program(command + "--help");
+        EXPECT_EQ(0, run.status);
+        EXPECT_NE(std::string::npos, run.out.find("Usage: zolt"));
+        EXPECT_NE(std::string::npos, run.out.find("Print this help and exit"));
+        program_run const wrong = run_program(command + "--nonsense");
+        EXPECT_EQ(2, wrong.status);
+        EXPECT_EQ("", wrong.out);
+        EXPECT_EQ(0u, wrong.err.find("zolt: "));
+    }
+    EXPECT_EQ(2, run_program("").status);
+    EXPECT_EQ(2, run_program("catalog render clean app").status);
+}
+
+TEST(Program, NoticesThatItsOutputIsLost) {
+    program_options const shell{.program = "/bin/sh"};
+    expect_run("-c '" ZOLT_PROGRAM " catalog list clean >/dev/full'", 2, "",
+               "zolt: cannot write to standard output: No space left on device\n", shell);
+    expect_run("-c '" ZOLT_PROGRAM " catalog list clean >&-'", 2, "",
+               "zolt: cannot write to standard output: Bad file descriptor\n", shell);
+}
+
+} // namespace

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#pragma once
+
+#include "library.hpp"
+#include "session.hpp"
+
+#include <vector>
+
+namespace tools {
+
+struct check_options {
+    std::vector<ustring8> paths;
+    bool json = false;
+};
+
+/// `zolt catalog check`: runs the rules over the files and what they include.
+exit_status check_catalogs(session const& session, check_options const& options);
+
+} // namespace tools

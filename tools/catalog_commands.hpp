@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// `zolt catalog list`, `show` and `render`. Each loads a file or directory as an application would and
+// ends with exit_failed and the library's text when that fails.
+#pragma once
+
+#include "library.hpp"
+#include "session.hpp"
+
+#include <optional>
+#include <vector>
+
+namespace tools {
+
+struct list_options {
+    ustring8 path;
+    std::optional<ustring8> language; ///< none: every language that occurs
+    bool json = false;
+};
+
+struct show_options {
+    ustring8 path;
+    ustring8 language;
+    ustring8 catalog;
+    std::optional<ustring8> message; ///< none: all of the catalog
+};
+
+struct render_options {
+    ustring8 path;
+    ustring8 language;
+    ustring8 catalog;
+    ustring8 message;
+    std::vector<ustring8> values; ///< "name=value" or "name:type=value"
+};
+
+exit_status list_catalogs(session const& session, list_options const& options);
+/// exit_findings when there is no such catalog or message.
+exit_status show_messages(session const& session, show_options const& options);
+/// exit_findings when there is no such catalog or message, or an argument is missing.
+exit_status render_message(session const& session, render_options const& options);
+
+} // namespace tools

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// `zolt config show`, `get` and `check`, which read configuration. Those that change files are in
+// config_edit.hpp.
+#pragma once
+
+#include "config_settings.hpp"
+#include "library.hpp"
+#include "session.hpp"
+
+#include <optional>
+#include <vector>
+
+namespace tools {
+
+struct config_show_options {
+    source_options sources;
+    bool has_origin = false; ///< tell where each setting comes from
+    bool json = false;
+};
+
+struct config_get_options {
+    source_options sources;
+    ustring8 key;
+    std::optional<ustring8> default_value;
+};
+
+/// A file that cannot be read ends all of these with exit_failed.
+exit_status show_config(session const& session, config_show_options const& options);
+/// exit_findings when there is no such setting and no default.
+exit_status get_config(session const& session, config_get_options const& options);
+/// exit_findings when there are faults in the files.
+exit_status check_config(session const& session, std::vector<ustring8> const& files);
+
+} // namespace tools

@@ -1,0 +1,290 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "program_messages.hpp"
+
+#include "languages.hpp"
+#include "notation.hpp"
+
+#include <zolt/exceptions/exception.hpp>
+#include <zolt/strings/string_utility.hpp>
+#include <zolt/system/io.hpp>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iterator>
+#include <vector>
+
+namespace tools {
+namespace {
+
+constexpr char catalog[] = "zolt";
+
+constexpr program_messages::built_in texts[] = {
+    {phrase::program_about, "program.about", "Works with the files of the zolt library."},
+    {phrase::help_option, "option.help", "Print this help and exit"},
+    {phrase::version_option, "option.version", "Print the version and exit"},
+    {phrase::catalog_about, "catalog.about", "Message catalogs (.xmc files): list, show, render and check them"},
+    {phrase::list_about, "list.about", "Lists catalogs with their languages and message counts"},
+    {phrase::list_notes, "list.notes",
+     "Without --lang, every language that occurs is listed with the number of its messages. With --lang, the "
+     "messages are counted that an application gets for this language, and the languages that they come from "
+     "are named.\nExit status: 0, or 2 when the path cannot be loaded."},
+    {phrase::show_about, "show.about", "Shows messages with their placeholders and languages"},
+    {phrase::show_notes, "show.notes",
+     "A placeholder is written {{name:type option=value}}; braces that belong to the text are doubled.\nExit "
+     "status: 0; 1 when there is no such catalog or message; 2 when the path cannot be loaded."},
+    {phrase::render_about, "render.about", "Renders one message with the given arguments"},
+    {phrase::render_notes, "render.notes",
+     "An argument that is missing shows as ?invalid?.\nExit status: 0; 1 when an argument is missing or there is "
+     "no such catalog or message; 2 when the path cannot be loaded or an argument does not fit."},
+    {phrase::check_about, "check.about", "Checks catalog files and reports faults and gaps"},
+    {phrase::check_notes, "check.notes",
+     "Every file is loaded in every language that occurs in it, and so are the files that it includes. A "
+     "finding is written as file:line: error: text (or warning).\nExit status: 0 when nothing was found; 1 with "
+     "findings; 2 when something could not be read."},
+    {phrase::path_argument, "argument.path", "Catalog file, or directory of .xmc and .xml files"},
+    {phrase::paths_argument, "argument.paths", "Catalog files, or directories of .xmc and .xml files"},
+    {phrase::catalog_argument, "argument.catalog", "Name of the catalog"},
+    {phrase::message_argument, "argument.message", "Name of the message"},
+    {phrase::values_argument, "argument.values",
+     "Values for the placeholders: name=value for a text, or name:type=value with one of the types int, uint, "
+     "double, bool and string"},
+    {phrase::lang_option, "option.lang", "Language, such as de_AT; by default that of LC_ALL, LC_MESSAGES or LANG"},
+    {phrase::list_lang_option, "option.list_lang",
+     "Show what an application gets for this language, such as de_AT"},
+    {phrase::json_option, "option.json", "Write JSON"},
+
+    {phrase::catalog_heading, "heading.catalog", "Catalog"},
+    {phrase::language_heading, "heading.language", "Language"},
+    {phrase::languages_heading, "heading.languages", "Languages"},
+    {phrase::messages_heading, "heading.messages", "Messages"},
+    {phrase::message_heading, "heading.message", "Message"},
+    {phrase::note_heading, "heading.note", "Note"},
+    {phrase::text_heading, "heading.text", "Text"},
+
+    {phrase::no_catalog, "error.no_catalog", "there is no catalog \"{catalog:string}\" in \"{path:string}\""},
+    {phrase::no_message, "error.no_message",
+     "there is no message \"{message:string}\" in catalog \"{catalog:string}\""},
+    {phrase::missing_argument, "warning.missing_argument", "warning: argument \"{name:string}\" is missing"},
+    {phrase::bad_argument, "error.bad_argument",
+     "\"{argument:string}\" is not an argument: write name=value or name:type=value"},
+    {phrase::bad_type, "error.bad_type",
+     "argument \"{name:string}\" has the unknown type \"{type:string}\"; there are int, uint, double, bool and "
+     "string"},
+    {phrase::bad_value, "error.bad_value",
+     "argument \"{name:string}\": \"{value:string}\" is not a value of type {type:string}"},
+    {phrase::repeated_argument, "error.repeated_argument", "argument \"{name:string}\" is given twice"},
+    {phrase::no_path, "error.no_path", "there is no file or directory \"{path:string}\""},
+    {phrase::not_readable, "error.not_readable", "\"{path:string}\" cannot be read"},
+    {phrase::no_files, "error.no_files", "there are no .xmc or .xml files in \"{path:string}\""},
+    {phrase::write_failed, "error.write_failed", "cannot write to standard output: {reason:string}"},
+
+    {phrase::unknown_type, "finding.unknown_type",
+     "argument \"{argument:string}\" has the unknown type \"{type:string}\" and is shown as text"},
+    {phrase::lost_option, "finding.lost_option", "option \"{option:string}\" stands before \"name\" and is lost"},
+    {phrase::no_language, "finding.no_language",
+     "catalog \"{catalog:string}\" has no language and is never loaded"},
+    {phrase::duplicate_message, "finding.duplicate_message",
+     "message \"{message:string}\" is defined twice in language \"{language:string}\"; the one in line {line:int} "
+     "is used"},
+    {phrase::placeholder_unknown, "finding.placeholder_unknown",
+     "message \"{message:string}\": placeholder \"{name:string}\" does not occur in language "
+     "\"{language:string}\""},
+    {phrase::placeholder_missing, "finding.placeholder_missing",
+     "message \"{message:string}\": placeholder \"{name:string}\" of language \"{language:string}\" is missing"},
+    {phrase::missing_message, "finding.missing_message",
+     "catalog \"{catalog:string}\" has no message \"{message:string}\" in language \"{language:string}\""},
+
+    {phrase::files_one, "count.files.one", "{n:int} file"},
+    {phrase::files_other, "count.files.other", "{n:int} files"},
+    {phrase::catalogs_one, "count.catalogs.one", "{n:int} catalog"},
+    {phrase::catalogs_other, "count.catalogs.other", "{n:int} catalogs"},
+    {phrase::languages_one, "count.languages.one", "{n:int} language"},
+    {phrase::languages_other, "count.languages.other", "{n:int} languages"},
+    {phrase::errors_one, "count.errors.one", "{n:int} error"},
+    {phrase::errors_other, "count.errors.other", "{n:int} errors"},
+    {phrase::warnings_one, "count.warnings.one", "{n:int} warning"},
+    {phrase::warnings_other, "count.warnings.other", "{n:int} warnings"},
+    {phrase::check_summary, "check.summary",
+     "{files:string}, {catalogs:string}, {languages:string}: {errors:string}, {warnings:string}"},
+
+    {phrase::config_about, "config.about", "Configuration: show, get, set, unset and check settings"},
+    {phrase::config_show_about, "config.show.about", "Shows the settings that an application gets"},
+    {phrase::config_show_notes, "config.show.notes",
+     "The sources are those of an application: its command line (ARGUMENT), a file and the environment, each of "
+     "which hides those after it; an array hides all of another one. As in an application, -cfg_file=FILE among "
+     "the arguments chooses the file. Values are in quotes where a file needs them.\nExit status: 0, or 2 when "
+     "the file cannot be read."},
+    {phrase::config_get_about, "config.get.about", "Prints the value of one setting"},
+    {phrase::config_get_notes, "config.get.notes",
+     "The sources are those of \"zolt config show\". An array is printed with one element in each line.\nExit "
+     "status: 0; 1 when there is no such setting and no default; 2 when the file cannot be read."},
+    {phrase::config_set_about, "config.set.about", "Sets one key of a file"},
+    {phrase::config_set_notes, "config.set.notes",
+     "KEY[] or several values make an array; a file that is not there is made. The file is written anew with all"
+     " its other settings, but without its comments and section headers. On a terminal you are asked before "
+     "these are lost, elsewhere the file is left alone unless there is --force.\nExit status: 0; 1 when the file"
+     " was left alone; 2 when it cannot be read or written."},
+    {phrase::config_unset_about, "config.unset.about", "Removes one key or array from a file"},
+    {phrase::config_unset_notes, "config.unset.notes",
+     "The file is written anew as \"zolt config set\" does it.\nExit status: 0; 1 when there is no such key or "
+     "the file was left alone; 2 when it cannot be read or written."},
+    {phrase::config_check_about, "config.check.about", "Checks files for statements that set nothing"},
+    {phrase::config_check_notes, "config.check.notes",
+     "A finding is written as file:line: warning: text. Found are keys without \"=\" or without a value, arrays "
+     "that end in a comma, strings and sections that are not closed, and lines that such mistakes make a part of"
+     " another one.\nExit status: 0 when nothing was found; 1 with findings; 2 when a file cannot be read."},
+    {phrase::inspect_about, "inspect.about", "Shows what a stored buffer holds"},
+    {phrase::inspect_notes, "inspect.notes",
+     "Every line starts with a position in bytes. Without an option, a labeled buffer is known by its whole "
+     "content and a text buffer by its first number; all else is shown in hexadecimal. A text buffer does not "
+     "tell numbers from the lengths of strings: what can be a number is shown as one.\nA PATTERN says what a "
+     "binary buffer holds: u1, u2, u4, u8 are unsigned and i1, i2, i4, i8 signed numbers of so many bytes, f4, "
+     "f8 floating-point numbers, s strings, b buffers. \"*\" repeats an item, or several in parentheses, up to "
+     "the end, \"*3\" three times: \"u4 (i2 s)*\".\nExit status: 0; 1 when the content is damaged; 2 when it "
+     "cannot be read."},
+    {phrase::key_argument, "argument.key", "Key of the setting, such as net.port"},
+    {phrase::setting_values_argument, "argument.setting_values", "The value; several make an array"},
+    {phrase::config_file_argument, "argument.config_file", "Configuration file"},
+    {phrase::config_files_argument, "argument.config_files", "Configuration files"},
+    {phrase::application_argument, "argument.application", "The application's arguments, after --"},
+    {phrase::buffer_argument, "argument.buffer", "File with the buffer"},
+    {phrase::file_option, "option.file", "Configuration file of the application"},
+    {phrase::env_option, "option.env", "Take the environment, too"},
+    {phrase::origin_option, "option.origin", "Tell where each setting comes from"},
+    {phrase::default_option, "option.default", "What to print when there is no such setting"},
+    {phrase::force_option, "option.force", "Write the file even if comments or section headers are lost"},
+    {phrase::labeled_option, "option.labeled", "Read a labeled buffer"},
+    {phrase::text_option, "option.text", "Read a text buffer"},
+    {phrase::binary_option, "option.binary", "Read a binary buffer of this layout"},
+
+    {phrase::source_command_line, "source.command_line", "command line"},
+    {phrase::source_environment, "source.environment", "environment"},
+    {phrase::buffer_labeled, "buffer.labeled", "labeled buffer, {size:string}"},
+    {phrase::buffer_text, "buffer.text", "text buffer, {size:string}"},
+    {phrase::buffer_binary, "buffer.binary", "binary buffer, {size:string}"},
+    {phrase::buffer_unknown, "buffer.unknown", "unknown content, {size:string}"},
+
+    {phrase::no_setting, "error.no_setting", "there is no setting \"{key:string}\""},
+    {phrase::unwritable_setting, "error.unwritable_setting",
+     "\"{key:string}\" cannot be written like this: a file holds no empty values or arrays and no double quotes"},
+    {phrase::file_not_written, "error.file_not_written", "\"{path:string}\" cannot be written: {reason:string}"},
+    {phrase::written_incompletely, "error.written_incompletely", "not everything was stored"},
+    {phrase::bad_pattern, "error.bad_pattern",
+     "\"{pattern:string}\" is no pattern: it breaks at \"{rest:string}\""},
+    {phrase::rewrite_loses, "rewrite.loses", "writing \"{path:string}\" anew loses {list:string}"},
+    {phrase::rewrite_refused, "rewrite.refused", "nothing was written; use --force to write it"},
+    {phrase::rewrite_question, "rewrite.question", "Write it?"},
+    {phrase::yes_letter, "rewrite.yes", "y"},
+
+    {phrase::damaged_buffer, "error.damaged_buffer",
+     "\"{path:string}\" is damaged at byte {position:int}: {reason:string}"},
+    {phrase::damage_length, "damage.length", "a length and the byte 01 are missing"},
+    {phrase::damage_short, "damage.short", "a length of {length:int} bytes, but {left:int} are left"},
+    {phrase::damage_separator, "damage.separator", "the byte 01 after a string is missing"},
+    {phrase::damage_label, "damage.label", "the label has no value"},
+    {phrase::damage_field, "damage.field", "neither a number nor a string of the length before it"},
+    {phrase::damage_open_field, "damage.open_field", "the byte 01 after the last field is missing"},
+    {phrase::damage_missing, "damage.missing", "{type:string} takes {length:int} bytes, but {left:int} are left"},
+    {phrase::damage_rest, "damage.rest", "the pattern ends here, but {left:int} bytes are left"},
+
+    {phrase::config_bom, "finding.config_bom", "a byte order mark is a part of what follows it"},
+    {phrase::config_no_equals, "finding.config_no_equals", "\"{part:string}\" has no \"=\" and sets nothing"},
+    {phrase::config_no_value, "finding.config_no_value", "\"{key:string}\" has no value and is not set"},
+    {phrase::config_open_array, "finding.config_open_array",
+     "array \"{key:string}\" ends in a comma or an empty element and is not set"},
+    {phrase::config_open_string, "finding.config_open_string",
+     "the string is not closed and takes the rest of the file"},
+    {phrase::config_open_section, "finding.config_open_section",
+     "section \"{part:string}\" is not closed in its line"},
+    {phrase::config_joined_key, "finding.config_joined_key",
+     "\"{part:string}\" has no \"=\" and becomes a part of the key \"{key:string}\""},
+    {phrase::config_joined_array, "finding.config_joined_array",
+     "the comma before makes this line a part of array \"{key:string}\""},
+
+    {phrase::comments_one, "count.comments.one", "{n:int} comment"},
+    {phrase::comments_other, "count.comments.other", "{n:int} comments"},
+    {phrase::sections_one, "count.sections.one", "{n:int} section header"},
+    {phrase::sections_other, "count.sections.other", "{n:int} section headers"},
+    {phrase::dropped_one, "count.dropped.one", "{n:int} statement that sets nothing"},
+    {phrase::dropped_other, "count.dropped.other", "{n:int} statements that set nothing"},
+    {phrase::unwritable_one, "count.unwritable.one", "{n:int} setting that cannot be written"},
+    {phrase::unwritable_other, "count.unwritable.other", "{n:int} settings that cannot be written"},
+    {phrase::bytes_one, "count.bytes.one", "{n:int} byte"},
+    {phrase::bytes_other, "count.bytes.other", "{n:int} bytes"},
+    {phrase::config_check_summary, "config.check.summary", "{files:string}: {warnings:string}"},
+};
+
+constexpr bool are_in_order() {
+    for (std::size_t i = 0; i != std::size(texts); ++i) {
+        if (static_cast<std::size_t>(texts[i].id) != i) return false;
+    }
+    return std::size(texts) == static_cast<std::size_t>(phrase::count_of_texts);
+}
+static_assert(are_in_order());
+
+ustring8 program_directory() {
+    std::array<char, 4096> buffer;
+    ssize_t const size = ::readlink("/proc/self/exe", buffer.data(), buffer.size());
+    if (size <= 0 || static_cast<std::size_t>(size) == buffer.size()) return "";
+    ustring8 const path(buffer.data(), static_cast<std::size_t>(size));
+    return path.substr(0, path.find_last_of('/'));
+}
+
+std::vector<ustring8> catalog_directories() {
+    std::vector<ustring8> directories;
+    char const* const configured = std::getenv("ZOLT_CATALOG_PATH");
+    if (configured) directories = zolt::strings::split_string(ustring8(configured), ":");
+    ustring8 const program = program_directory();
+    if (!program.empty()) {
+        directories.push_back(program + "/catalogs");
+        directories.push_back(program + "/" ZOLT_TOOL_CATALOGS);
+    }
+    return directories;
+}
+
+// English and each part of the language: en, de, de_AT. What cannot be part of a file name is left out.
+std::vector<ustring8> file_languages(ustring8 const& language) {
+    std::vector<ustring8> result;
+    ustring8 const id = normalized_language(language);
+    if (id.find_first_of(std::string("/\0", 2)) == ustring8::npos) {
+        result.push_back(id);
+        for_each_base(id, [&](std::string_view base) { result.emplace_back(std::string(base)); });
+    }
+    result.emplace_back("en");
+    std::reverse(result.begin(), result.end());
+    return result;
+}
+
+} // namespace
+
+program_messages::built_in const& program_messages::find(phrase id) { return texts[static_cast<std::size_t>(id)]; }
+
+program_messages::program_messages(ustring8 const& language) {
+    std::vector<ustring8> const directories = catalog_directories();
+    for (ustring8 const& part : file_languages(language)) {
+        for (ustring8 const& directory : directories) {
+            ustring8 const path = directory + "/zolt." + part + ".xmc";
+            if (!zolt::system::io::is_file(path)) continue;
+            m_catalogs.load_file(path, language, catalog);
+            break;
+        }
+    }
+}
+
+ustring8 program_messages::get(phrase id, zolt::generic::varg_list const& arguments) const {
+    built_in const& entry = find(id);
+    zolt::i18n::message_t const& message = m_catalogs.message(catalog, ustring8(std::string(entry.name)));
+    if (message.size() != 0) return message.as_utf8(arguments);
+    return zolt::i18n::message_t(ustring8(), parse_notation(entry.english)).as_utf8(arguments);
+}
+
+ustring8 program_messages::counted(phrase one, std::size_t number) const {
+    phrase const id = number == 1 ? one : static_cast<phrase>(static_cast<unsigned>(one) + 1);
+    return get(id, {{"n", static_cast<unsigned long long>(number)}});
+}
+
+} // namespace tools

@@ -1,0 +1,186 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// program_messages: what the program says to people, in their language.
+//
+// The texts come from the catalog "zolt" in files named zolt.<language>.xmc. Directories are searched
+// in this order: those in ZOLT_CATALOG_PATH (separated by colons), "catalogs" beside the program, and
+// the data directory of the installation. English is built in for whatever is not found there.
+#pragma once
+
+#include "library.hpp"
+
+#include <zolt/generic/varg_list.hpp>
+#include <zolt/i18n/message_catalogs.hpp>
+
+#include <cstddef>
+#include <string_view>
+
+namespace tools {
+
+/// One enumerator for each text; program_messages.cpp has them in the same order.
+enum class phrase : unsigned {
+    program_about,
+    help_option,
+    version_option,
+    catalog_about,
+    list_about,
+    list_notes,
+    show_about,
+    show_notes,
+    render_about,
+    render_notes,
+    check_about,
+    check_notes,
+    path_argument,
+    paths_argument,
+    catalog_argument,
+    message_argument,
+    values_argument,
+    lang_option,
+    list_lang_option,
+    json_option,
+
+    catalog_heading,
+    language_heading,
+    languages_heading,
+    messages_heading,
+    message_heading,
+    note_heading,
+    text_heading,
+
+    no_catalog,
+    no_message,
+    missing_argument,
+    bad_argument,
+    bad_type,
+    bad_value,
+    repeated_argument,
+    no_path,
+    not_readable,
+    no_files,
+    write_failed,
+
+    unknown_type,
+    lost_option,
+    no_language,
+    duplicate_message,
+    placeholder_unknown,
+    placeholder_missing,
+    missing_message,
+
+    // For these the text for 1 is followed by the text for every other number.
+    files_one,
+    files_other,
+    catalogs_one,
+    catalogs_other,
+    languages_one,
+    languages_other,
+    errors_one,
+    errors_other,
+    warnings_one,
+    warnings_other,
+    check_summary,
+
+    config_about,
+    config_show_about,
+    config_show_notes,
+    config_get_about,
+    config_get_notes,
+    config_set_about,
+    config_set_notes,
+    config_unset_about,
+    config_unset_notes,
+    config_check_about,
+    config_check_notes,
+    inspect_about,
+    inspect_notes,
+    key_argument,
+    setting_values_argument,
+    config_file_argument,
+    config_files_argument,
+    application_argument,
+    buffer_argument,
+    file_option,
+    env_option,
+    origin_option,
+    default_option,
+    force_option,
+    labeled_option,
+    text_option,
+    binary_option,
+
+    source_command_line,
+    source_environment,
+    buffer_labeled,
+    buffer_text,
+    buffer_binary,
+    buffer_unknown,
+
+    no_setting,
+    unwritable_setting,
+    file_not_written,
+    written_incompletely,
+    bad_pattern,
+    rewrite_loses,
+    rewrite_refused,
+    rewrite_question,
+    yes_letter,
+
+    damaged_buffer,
+    damage_length,
+    damage_short,
+    damage_separator,
+    damage_label,
+    damage_field,
+    damage_open_field,
+    damage_missing,
+    damage_rest,
+
+    config_bom,
+    config_no_equals,
+    config_no_value,
+    config_open_array,
+    config_open_string,
+    config_open_section,
+    config_joined_key,
+    config_joined_array,
+
+    // As above, the text for 1 and the text for every other number.
+    comments_one,
+    comments_other,
+    sections_one,
+    sections_other,
+    dropped_one,
+    dropped_other,
+    unwritable_one,
+    unwritable_other,
+    bytes_one,
+    bytes_other,
+    config_check_summary,
+
+    count_of_texts
+};
+
+class program_messages {
+public:
+    /// A text's name in the catalogs, and its built-in English in the notation of notation.hpp.
+    struct built_in {
+        phrase id;
+        std::string_view name;
+        std::string_view english;
+    };
+    static built_in const& find(phrase id);
+
+    /// Loads what there is for the language.
+    explicit program_messages(ustring8 const& language);
+
+    ustring8 get(phrase id, zolt::generic::varg_list const& arguments = {}) const;
+    /// The text for a number of things; `one` is the text for a single one.
+    ustring8 counted(phrase one, std::size_t number) const;
+
+private:
+    zolt::i18n::message_catalogs m_catalogs;
+};
+
+} // namespace tools

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "source_map.hpp"
+
+#include <algorithm>
+
+namespace tools {
+namespace {
+
+unsigned line_feeds(std::string_view text) {
+    return static_cast<unsigned>(std::count(text.begin(), text.end(), '\n'));
+}
+
+bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+/// Walks over the text, counting lines.
+class reader {
+public:
+    explicit reader(std::string_view text) : m_rest(text) {}
+
+    bool at_end() const { return m_rest.empty(); }
+    unsigned line() const { return m_line; }
+    bool starts_with(std::string_view mark) const { return m_rest.substr(0, mark.size()) == mark; }
+    bool starts_with_letter() const { return !m_rest.empty() && is_letter(m_rest.front()); }
+
+    /// Moves to the first of the characters, or to the end; returns the character there, or NUL.
+    char find_any(std::string_view characters) {
+        skip(std::min(m_rest.size(), m_rest.find_first_of(characters)));
+        return m_rest.empty() ? '\0' : m_rest.front();
+    }
+
+    /// Moves behind the mark, or to the end.
+    void skip_past(std::string_view mark) {
+        auto const found = m_rest.find(mark);
+        skip(found == std::string_view::npos ? m_rest.size() : found + mark.size());
+    }
+
+    void skip(std::size_t count) {
+        m_line += line_feeds(m_rest.substr(0, count));
+        m_rest.remove_prefix(std::min(count, m_rest.size()));
+    }
+
+private:
+    std::string_view m_rest;
+    unsigned m_line = 1;
+};
+
+} // namespace
+
+source_map::source_map(std::string_view text) {
+    reader in(text);
+    // The parser passes over a byte order mark in the same way.
+    if (text.size() >= 4 && text[3] == '<') in.skip(3);
+    in.skip_past("?>");
+    m_uncounted.push_back(in.line() - 1);
+    auto const skip_event = [&](std::string_view end) {
+        unsigned const start = in.line();
+        in.skip_past(end);
+        m_uncounted.push_back(m_uncounted.back() + in.line() - start);
+    };
+
+    while (in.find_any("<") != '\0') {
+        if (in.starts_with("<!--")) {
+            skip_event("-->");
+            continue;
+        }
+        unsigned const line = in.line();
+        in.skip(1);
+        if (in.starts_with_letter()) m_element_lines.push_back(line);
+        for (char c = in.find_any("\"'>"); c != '\0'; c = in.find_any("\"'>")) {
+            in.skip(1);
+            if (c == '>') break;
+            skip_event({&c, 1});
+        }
+    }
+    bool const ends_in_line_feed = !text.empty() && text.back() == '\n';
+    m_last_line = std::max(1u, in.line() - (ends_in_line_feed ? 1 : 0));
+}
+
+unsigned source_map::element_line(std::size_t n) const {
+    return n < m_element_lines.size() ? m_element_lines[n] : 1;
+}
+
+unsigned source_map::fault_line(unsigned long counted, std::size_t events) const {
+    unsigned const uncounted = m_uncounted[std::min(events, m_uncounted.size() - 1)];
+    return std::min(m_last_line, 1 + uncounted + static_cast<unsigned>(counted));
+}
+
+} // namespace tools
