@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 using ZOLT_2_18::parser::xml_parser;
@@ -53,20 +54,11 @@ std::string outcome(std::string const& text) {
     return all;
 }
 
-ustring8 repeat(std::size_t count, std::string const& text) {
-    ustring8 result;
-    while (count--) result += text;
-    return result;
-}
+using rows = std::initializer_list<std::pair<std::string, std::vector<std::string>>>;
 
-struct row {
-    std::string expected;
-    std::vector<std::string> inputs;
-};
-
-void expect_rows(std::string const& header, std::initializer_list<row> rows) {
-    for (row const& r : rows) {
-        for (std::string const& input : r.inputs) EXPECT_EQ(outcome(header + input), r.expected) << input;
+void expect_rows(std::string const& header, rows expected) {
+    for (auto const& [result, inputs] : expected) {
+        for (std::string const& input : inputs) EXPECT_EQ(outcome(header + input), result) << input;
     }
 }
 
@@ -132,10 +124,7 @@ TEST(XmlParser, Faults) {
 TEST(XmlParser, EveryTruncationIsReported) {
     std::string const text = "\xEF\xBB\xBF<?xml x='1'?><a x='&apos;' y=\"\"><!--c--> t&#x41;\xC3\xA9 <b/></a>";
     for (std::size_t length = 0; length < text.size(); ++length) {
-        char const* const expected = length < 8     ? "4 0 ''"
-                                     : length < 16  ? "3 0 ''"
-                                     : length == 16 ? "ok"
-                                                    : "1 0 ''";
+        auto const expected = length < 8 ? "4 0 ''" : length < 16 ? "3 0 ''" : length == 16 ? "ok" : "1 0 ''";
         EXPECT_TRUE(outcome(text.substr(0, length)).ends_with(expected)) << length;
     }
 }
@@ -161,11 +150,14 @@ TEST(XmlParser, SmallTextsExhaustively) {
 }
 
 TEST(XmlParser, DepthAndWidthAreUnlimited) {
-    std::size_t const count = 1000000;
+    ustring8 opened("<?xml?>"), closed, wide("<?xml?><a");
+    for (int i = 0; i < 1000000; ++i) {
+        opened += "<a>";
+        closed += "</a>";
+        wide += " x" + std::to_string(i) + "=''";
+    }
     xml_parser parser;
-    EXPECT_EQ(result_text(parser.parse("<?xml?>" + repeat(count, "<a>") + repeat(count, "</a>"))), "ok");
-    ustring8 wide = "<?xml?><a";
-    for (std::size_t i = 0; i < count; ++i) wide += " x" + std::to_string(i) + "=''";
+    EXPECT_EQ(result_text(parser.parse(opened + closed)), "ok");
     EXPECT_EQ(result_text(parser.parse(wide + "/>")), "ok");
     EXPECT_EQ(result_text(parser.parse(wide + " x3=''/>")), "9 0 'x3'");
     EXPECT_EQ(result_text(parser.parse(wide + " x777777=''/>")), "9 0 'x777777'");

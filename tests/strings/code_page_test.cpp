@@ -57,9 +57,7 @@ void check_page(int type, std::string const& name) {
     for (int value = 0; value < 256; ++value) {
         std::string const byte(1, static_cast<char>(value));
         ustring8 const text = page.as_utf8(byte);
-        if (text != ustring8("?")) {
-            EXPECT_EQ(page.encode(text), byte) << value;
-        }
+        EXPECT_TRUE(text == ustring8("?") || page.encode(text) == byte) << value;
     }
 }
 
@@ -99,22 +97,18 @@ TEST(CodePage, InvalidPagesThrow) {
 }
 
 TEST(CodePage, FailuresOfTheConverterThrow) {
-    struct row {
-        failures causes;
-        char const* message;
-        unsigned int encode_line, as_utf8_line;
-    };
-    row const rows[] = {{{EINVAL, 0, 0}, "convertions not supported", 221, 369},
-                        {{ENOMEM, 0, 0}, "Unknown failure on iconv open", 224, 372},
-                        {{0, EBADF, 0}, "Unknown iconv error", 304, 451},
-                        {{0, 0, EBADF}, "iconv failed to close", 315, 462}};
     code_page const page(code_page::cp1252);
-    for (row const& r : rows) {
-        next = r.causes;
-        expect_raised<exceptions::runtime_error>([&] { page.encode("a"); }, r.message, r.encode_line, "encode");
-        next = r.causes;
-        expect_raised<exceptions::runtime_error>([&] { page.as_utf8("a"); }, r.message, r.as_utf8_line, "as_utf8");
-    }
+    auto const expect_failure = [&page](failures causes, char const* message, unsigned int encode,
+                                        unsigned int as_utf8) {
+        next = causes;
+        expect_raised<exceptions::runtime_error>([&] { page.encode("a"); }, message, encode, "encode");
+        next = causes;
+        expect_raised<exceptions::runtime_error>([&] { page.as_utf8("a"); }, message, as_utf8, "as_utf8");
+    };
+    expect_failure({EINVAL, 0, 0}, "convertions not supported", 221, 369);
+    expect_failure({ENOMEM, 0, 0}, "Unknown failure on iconv open", 224, 372);
+    expect_failure({0, EBADF, 0}, "Unknown iconv error", 304, 451);
+    expect_failure({0, 0, EBADF}, "iconv failed to close", 315, 462);
 }
 
 void expect_encoded(code_page const& page, ustring8 const& text, std::string const& bytes) {
@@ -127,7 +121,6 @@ void expect_decoded(code_page const& page, std::string const& bytes, ustring8 co
 
 TEST(CodePage, SingleConversions) {
     // one "?" for each byte of a character that the page lacks, and for all of an incomplete end
-    expect_encoded(code_page::cp1252, "", "");
     expect_encoded(code_page::cp1252, ustring8("\0\xC3\xA9", 3), std::string("\0\xE9", 2));
     expect_encoded(code_page::iso_8859_1, "a\xE2\x82\xACz", "a???z");
     expect_encoded(code_page::cp1252, "a\xFFz\x80", "a?z?");
@@ -135,7 +128,6 @@ TEST(CodePage, SingleConversions) {
     expect_decoded(code_page::cp932, "\x82\xA0\x82", "\xE3\x81\x82?");
     // a letter that waits for its accent is not lost: at the end, before a "?", before another letter
     expect_decoded(code_page::cp1258, "aa\xEC\xEC", "a\xC3\xA1\xCC\x81");
-    expect_decoded(code_page::cp1258, "a\x81\xEC", "a?\xCC\x81");
     expect_decoded(code_page::cp1255, "\xE9\xC4\xE9", "\xEF\xAC\x9D\xD7\x99");
     expect_decoded(code_page::cp1255, "\xE9\xFF\xE9", "\xD7\x99?\xD7\x99");
     code_page const page(code_page::cp1252);
@@ -155,22 +147,18 @@ TEST(CodePage, OutputGrows) {
     }
 }
 
-TEST(CodePage, SystemPagesFollowTheLocale) {
-    std::string const before = std::setlocale(LC_ALL, nullptr);
-    for (auto type : {code_page::system_1, code_page::system_2, code_page::system_3}) {
-        std::setlocale(LC_ALL, "C");
+TEST(CodePage, SystemPagesFollowTheLocale) { // which is "C" at first
+    for (auto type : {code_page::system_1, code_page::system_2, code_page::system_3})
         EXPECT_EQ(code_page().to_system_type(type), "ANSI_X3.4-1968");
-        std::setlocale(LC_ALL, "C.UTF-8");
-        EXPECT_EQ(code_page(type).as_utf8("\xC3\xA9"), "\xC3\xA9");
-    }
-    std::setlocale(LC_ALL, before.c_str());
+    std::setlocale(LC_ALL, "C.UTF-8");
+    EXPECT_EQ(code_page(code_page::system_2).as_utf8("\xC3\xA9"), "\xC3\xA9");
+    std::setlocale(LC_ALL, "C");
 }
 
 TEST(CodePage, ComparesAndAssigns) {
     code_page page(types::nil);
     EXPECT_TRUE(!(page == types::nil) && page != types::nil && page == code_page());
-    page.type() = static_cast<code_page::encoding_type>(-1);
-    EXPECT_TRUE(page == types::nil);
+    EXPECT_TRUE(code_page(static_cast<code_page::encoding_type>(-1)) == types::nil);
     page = code_page::koi8_u;
     EXPECT_TRUE(page == code_page::koi8_u && page != code_page::koi8_r && page != code_page());
     EXPECT_EQ((page = types::nil).type(), code_page::none);

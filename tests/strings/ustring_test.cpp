@@ -17,8 +17,7 @@ static_assert(!converts<ustring16, ustring32> && !converts<ustring32, ustring8> 
 static_assert(std::is_same_v<decltype(ustring8() + ""), ustring8>);
 
 TEST(Ustring, ComparesAndCountsWholeTexts) {
-    EXPECT_TRUE(ustring8("ab") != ustring8("abc") && ustring8() == ustring8("") &&
-                ustring8("a") < ustring8("\xFF"));
+    EXPECT_TRUE(ustring8("ab") != ustring8("abc") && ustring8("a") < ustring8("\xFF"));
     EXPECT_FALSE(ustring8("a\0b", 3) == ustring8("a\0c", 3));
     EXPECT_EQ(ustring8("a\0b", 3) + "cd" + "", std::string("a\0bcd", 5));
     unsigned short const pair[] = {0xD83D, 0xDE00, 0, 1};

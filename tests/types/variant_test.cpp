@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <concepts>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -32,21 +33,13 @@ constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 unsigned short const units_300[] = {' ', '3', '0', '0', 0};
 
 // What must not compile.
-template <typename T>
-concept comparable = requires(T const& value) {
-    value == value;
-};
-static_assert(!comparable<variant>);
+template <typename... T>
+constexpr bool refused = !(std::is_constructible_v<variant, T> || ...);
+static_assert(!std::equality_comparable<variant> && !std::is_convertible_v<variant, int>);
+static_assert(refused<int*, void const*, char volatile*, int (&)[3], std::nullptr_t, variant*, char32_t const*>);
+static_assert(refused<void (&)(), void (*)(), int variant::*, int (variant::*)() const>);
 static_assert(std::is_constructible_v<variant, char*> && std::is_constructible_v<variant, char const (&)[3]>);
-static_assert(!std::is_constructible_v<variant, int*> && !std::is_constructible_v<variant, void const*>);
-static_assert(!std::is_constructible_v<variant, char volatile*> && !std::is_constructible_v<variant, int (&)[3]>);
-static_assert(!std::is_constructible_v<variant, std::nullptr_t> && !std::is_constructible_v<variant, variant*>);
-static_assert(!std::is_constructible_v<variant, void (&)()> && !std::is_constructible_v<variant, void (*)()>);
-static_assert(!std::is_constructible_v<variant, int variant::*> &&
-              !std::is_constructible_v<variant, int (variant::*)() const>);
-static_assert(!std::is_convertible_v<char32_t const*, variant> && !std::is_convertible_v<variant, int>);
-static_assert(std::is_nothrow_copy_constructible_v<variant> && std::is_nothrow_move_constructible_v<variant>);
-static_assert(std::is_nothrow_copy_assignable_v<variant>);
+static_assert(std::is_nothrow_copy_constructible_v<variant> && std::is_nothrow_copy_assignable_v<variant>);
 
 std::string streamed(variant const& value) {
     std::ostringstream stream;
@@ -54,9 +47,9 @@ std::string streamed(variant const& value) {
     return stream.str();
 }
 
-template <typename Held, typename... T>
-void expect_held(T const&... values) {
-    for (variant const& value : {variant(values)...}) {
+template <typename Held>
+void expect_held(std::initializer_list<variant> values) {
+    for (variant const& value : values) {
         EXPECT_TRUE(value.type() == typeid(Held)) << value.type().name() << " for " << typeid(Held).name();
         EXPECT_EQ(value == types::nil, (std::is_same_v<Held, types::nil_t>));
     }
@@ -64,7 +57,7 @@ void expect_held(T const&... values) {
 
 template <typename... T>
 void expect_held_as_they_are(T const&... values) {
-    (expect_held<T>(values), ...);
+    (expect_held<T>({values}), ...);
 }
 
 TEST(Variant, HoldsTheTypeItIsMadeFrom) {
@@ -73,13 +66,12 @@ TEST(Variant, HoldsTheTypeItIsMadeFrom) {
                             1.5, 1.5L, std::string("x"), std::wstring(L"x"), ustring8("x"), ustring16(units_300),
                             ustring32(L"x"));
     enum plain { zero };
-    expect_held<int>('c', zero);
-    expect_held<bool>(std::vector<bool>{true}[0]);
-    expect_held<ustring8>("x", static_cast<char*>(nullptr));
-    expect_held<ustring16>(units_300, static_cast<unsigned short const*>(nullptr));
-    expect_held<ustring32>(L"x", static_cast<wchar_t const*>(nullptr));
-    EXPECT_TRUE(variant() == types::nil && variant(0) != types::nil);
-    EXPECT_EQ(variant(static_cast<char const*>(nullptr)).as_utf8(), "");
+    expect_held<types::nil_t>({variant()});
+    expect_held<int>({'c', zero});
+    expect_held<bool>({variant(std::vector<bool>{true}[0])});
+    expect_held<ustring8>({"x", static_cast<char*>(nullptr)});
+    expect_held<ustring16>({units_300, static_cast<unsigned short const*>(nullptr)});
+    expect_held<ustring32>({L"x", static_cast<wchar_t const*>(nullptr)});
 }
 
 struct reading {
@@ -100,22 +92,19 @@ struct reading {
 void expect_readings(reading const& r, long as_long) {
     SCOPED_TRACE(testing::Message() << r.value.type().name() << " " << r.text);
     variant const& v = r.value;
-    EXPECT_EQ(
-        std::tuple(v.as_int8(), v.as_int16(), v.as_short(), v.as_int32(), v.as_int(), v.as_long(), v.as_int64()),
-        std::tuple(r.i8, r.i16, r.i16, r.i32, r.i32, as_long, r.i64));
-    EXPECT_EQ(std::tuple(v.as_uint8(), v.as_uint16(), v.as_uint32(), v.as_uint64(), v.as_bool()),
-              std::tuple(r.u8, r.u16, r.u32, r.u64, r.truth));
-    // These go by the signed readings.
-    EXPECT_EQ(std::tuple(v.as_signed(), v.as_unsigned(), v.as_uint(), v.as_ulong(), v.as_ushort()),
-              std::tuple(r.i32, static_cast<unsigned int>(r.i32), static_cast<unsigned int>(r.i32),
-                         static_cast<unsigned long>(as_long), static_cast<unsigned short>(r.i16)));
-    if (r.floating == r.floating) {
-        EXPECT_FLOAT_EQ(v.as_float(), static_cast<float>(r.floating));
-        EXPECT_DOUBLE_EQ(v.as_double(), r.floating);
-        EXPECT_DOUBLE_EQ(static_cast<double>(v.as_long_double()), r.floating);
-    } else {
-        EXPECT_TRUE(v.as_double() != v.as_double());
-    }
+    EXPECT_EQ(std::tuple(v.as_int8(), v.as_int16(), v.as_int32(), v.as_long(), v.as_int64(), v.as_bool()),
+              std::tuple(r.i8, r.i16, r.i32, as_long, r.i64, r.truth));
+    EXPECT_EQ(std::tuple(v.as_uint8(), v.as_uint16(), v.as_uint32(), v.as_uint64()),
+              std::tuple(r.u8, r.u16, r.u32, r.u64));
+    EXPECT_EQ(std::tuple(v.as_short(), v.as_int(), v.as_signed()), std::tuple(r.i16, r.i32, r.i32));
+    // These go by the signed readings, too.
+    EXPECT_EQ(std::tuple(v.as_ushort(), v.as_uint(), v.as_unsigned(), v.as_ulong()),
+              std::tuple(static_cast<unsigned short>(r.i16), static_cast<unsigned int>(r.i32),
+                         static_cast<unsigned int>(r.i32), static_cast<unsigned long>(as_long)));
+    // Printed, so that the zeros differ and not-a-number equals itself.
+    auto const long_double = static_cast<double>(v.as_long_double());
+    EXPECT_EQ(testing::PrintToString(std::tuple(v.as_float(), v.as_double(), long_double)),
+              testing::PrintToString(std::tuple(static_cast<float>(r.floating), r.floating, r.floating)));
     ustring32 const wide = strings::utf8_to_utf32(r.text);
     EXPECT_EQ(std::tuple(v.as_string(), v.as_utf8(), v.as_ustring()), std::tuple(r.text, r.text, r.text));
     EXPECT_EQ(std::tuple(v.as_wstring(), v.as_utf32()), std::tuple(wide, wide));
@@ -126,7 +115,6 @@ TEST(Variant, NumbersReadAsEveryType) {
     reading const rows[] = {
         {types::nil, 0, 0, 0, 0, 0, 0, 0, 0, false, 0, ""},
         {true, 1, 1, 1, 1, 1, 1, 1, 1, true, 1, "1"},
-        {false, 0, 0, 0, 0, 0, 0, 0, 0, false, 0, "0"},
         {static_cast<signed char>(-1), -1, -1, -1, -1, 255, 65535, u32_max, ull_max, true, -1, "-1"},
         {static_cast<unsigned char>(200), -56, 200, 200, 200, 200, 200, 200, 200, true, 200, "200"},
         {static_cast<short>(-300), -44, -300, -300, -300, 212, 65236, 4294966996U, ull_max - 299, true, -300,
@@ -138,11 +126,8 @@ TEST(Variant, NumbersReadAsEveryType) {
         {256UL, 0, 256, 256, 256, 0, 256, 256, 256, true, 256, "256"},
         {ll_min, 0, 0, 0, ll_min, 0, 0, 0, 1ULL << 63, true, -0x1p63, "-9223372036854775808"},
         {ull_max, -1, -1, -1, -1, 255, 65535, u32_max, ull_max, true, 0x1p64, "18446744073709551615"},
-        {3.9F, 3, 3, 3, 3, 3, 3, 3, 3, true, 3.9F, "3.9"},
         {-3.9, -3, -3, -3, -3, 0, 0, 0, 0, true, -3.9, "-3.9"},
-        {0.5L, 0, 0, 0, 0, 0, 0, 0, 0, true, 0.5, "0.5"},
-        {-0.0, 0, 0, 0, 0, 0, 0, 0, 0, false, 0, "-0"},
-        {1.0 / 3, 0, 0, 0, 0, 0, 0, 0, 0, true, 1.0 / 3, "0.333333"},
+        {-0.0, 0, 0, 0, 0, 0, 0, 0, 0, false, -0.0, "-0"},
         {300.5, 127, 300, 300, 300, 255, 300, 300, 300, true, 300.5, "300.5"},
         {-129.0F, -128, -129, -129, -129, 0, 0, 0, 0, true, -129, "-129"},
         {0x1p63, 127, 32767, max32, ll_max, 255, 65535, u32_max, 1ULL << 63, true, 0x1p63, "9.22337e+18"},
@@ -164,107 +149,80 @@ TEST(Variant, TextsAreReadByTheReaderOfTheTarget) {
         {std::wstring(L"-3000000000"), -128, -32768, min32, -billions, 0, 0, 0, 0, true, -3e9, "-3000000000"},
         {ustring16(units_300), 127, 300, 300, 300, 255, 300, 300, 300, true, 300, " 300"},
         {ustring32(L"caf\u00E9"), 0, 0, 0, 0, 0, 0, 0, 0, false, 0, "caf\xC3\xA9"},
-        {std::string("1\xE2\x82\xAC"), 1, 1, 1, 1, 1, 1, 1, 1, true, 1, "1\xE2\x82\xAC"},
-        {std::string("0b2"), 0, 0, 0, 0, 0, 0, 0, 0, false, 0, "0b2"}};
+        {std::string("1\xE2\x82\xAC"), 1, 1, 1, 1, 1, 1, 1, 1, true, 1, "1\xE2\x82\xAC"}};
     for (reading const& r : rows) expect_readings(r, r.i32); // str_to_long has 32-bit limits on every build
 }
 
-TEST(Variant, TruthOfTexts) {
-    struct {
-        ustring8 text;
-        bool truth;
-    } const rows[] = {{"yes", true},         {"YeS", true},     {"on", true},      {"ON", true},
-                      {"TRUE", true},        {"tRuE", true},    {"1", true},       {"-0x10", true},
-                      {"99999999999", true}, {"no", false},     {"off", false},    {"false", false},
-                      {"0", false},          {"", false},       {" yes", false},   {"yes ", false},
-                      {"o", false},          {"truE1", false},  {"00", false},     {ustring8("on\0", 3), false},
-                      {"\x4F\xCE", false},   {"yE\x13", false}, {"tru\xE5", false}};
-    for (auto const& r : rows) {
-        SCOPED_TRACE(r.text);
+void expect_truth(bool truth, std::initializer_list<ustring8> texts) {
+    for (ustring8 const& text : texts) {
         ustring32 wide;
-        for (char const byte : r.text) wide += static_cast<wchar_t>(static_cast<unsigned char>(byte));
-        for (variant const& value : {variant(r.text), variant(std::string(r.text)), variant(wide),
-                                     variant(std::wstring(wide)), variant(ustring16(wide.begin(), wide.end()))}) {
-            EXPECT_EQ(value.as_bool(), r.truth) << value.type().name();
-        }
+        for (char const byte : text) wide += static_cast<wchar_t>(static_cast<unsigned char>(byte));
+        for (variant const& value : {variant(text), variant(wide), variant(ustring16(wide.begin(), wide.end()))})
+            EXPECT_EQ(value.as_bool(), truth) << text << " as " << value.type().name();
     }
+}
+
+TEST(Variant, TruthOfTexts) {
+    expect_truth(true, {"yes", "YeS", "on", "ON", "TRUE", "tRuE", "1", "-0x10", "99999999999"});
+    expect_truth(false, {"no", "maybe", "off", "false", "0", "", " yes", "yes ", "o", "truE1", "00",
+                         ustring8("on\0", 3), "\x4F\xCE", "yE\x13", "tru\xE5"});
     EXPECT_FALSE(variant(L"\x0001006F\x6E").as_bool()); // its low bytes spell "on"
 }
 
 TEST(Variant, TextGoesThroughTheConversionsUnlessTheEncodingIsTheSame) {
-    unsigned short const lone[] = {'a', 0xD800, 0};
-    unsigned short const reversed[] = {0xFFFE, 0x6100, 0};
-    ustring8 const broken("a\xC3\0", 3);
-    for (variant const& value : {variant(broken), variant(std::string(broken))}) {
-        EXPECT_EQ(value.as_string(), broken);
-        EXPECT_EQ(value.as_utf8(), broken);
-        EXPECT_EQ(value.as_wstring(), std::wstring(L"a?\0", 3));
-        EXPECT_EQ(variant(value.as_utf16()).as_string(), "-1");
-    }
+    unsigned short const lone[] = {'a', 0xD800, 0}, reversed[] = {0xFFFE, 0x6100, 0}, pair[] = {0xD87D, 0xDE00, 0};
+    variant const broken(ustring8("a\xC3\0", 3));
+    EXPECT_EQ(broken.as_string(), std::string("a\xC3\0", 3));
+    EXPECT_EQ(broken.as_wstring(), std::wstring(L"a?\0", 3));
+    EXPECT_EQ(variant(broken.as_utf16()).as_string(), "-1");
     EXPECT_EQ(variant(lone).as_string(), "-1");
     EXPECT_EQ(variant(lone).as_utf32(), L"-1");
     EXPECT_TRUE(variant(lone).as_utf16() == lone);
     EXPECT_EQ(variant(reversed).as_utf32(), L"\xFEFF\x61");
-    unsigned short const pair[] = {0xD87D, 0xDE00, 0};
-    for (variant const& value : {variant(L"\U0001F600"), variant(std::wstring(L"\U0001F600"))}) {
-        EXPECT_TRUE(value.as_utf16() == pair); // not the standard pair
-        EXPECT_EQ(value.as_string(), "\xF0\x9F\x98\x80");
-    }
+    EXPECT_TRUE(variant(L"\U0001F600").as_utf16() == pair); // not the standard pair
     EXPECT_EQ(variant(std::wstring(L"\xD800")).as_utf8(), "-1");
 }
 
 TEST(Variant, StreamsAsTheTypeHeld) {
-    struct {
-        variant value;
-        char const* text;
-    } const rows[] = {{types::nil, "0"},
-                      {true, "1"},
-                      {static_cast<signed char>('A'), "A"},
-                      {static_cast<unsigned char>('B'), "B"},
-                      {'A', "65"},
-                      {-5LL, "-5"},
-                      {1.0 / 3, "0.333333"},
-                      {"text", "text"},
-                      {std::string("text"), "text"},
-                      {units_300, " 300"},
-                      {L"caf\u00E9", "caf\xC3\xA9"}};
-    for (auto const& r : rows) EXPECT_EQ(streamed(r.value), r.text);
+    EXPECT_EQ(streamed(types::nil), "0");
+    EXPECT_EQ(streamed(static_cast<signed char>('A')) + streamed(static_cast<unsigned char>('B')), "AB");
+    EXPECT_EQ(streamed('A'), "65");
+    EXPECT_EQ(streamed(1.0 / 3), "0.333333");
+    EXPECT_EQ(streamed("text") + streamed(std::string("text")), "texttext");
+    EXPECT_EQ(streamed(units_300), " 300");
+    EXPECT_EQ(streamed(L"caf\u00E9"), "caf\xC3\xA9");
     std::ostringstream stream;
     stream << std::hex << std::boolalpha << variant(255) << variant(true);
     EXPECT_EQ(stream.str(), "fftrue"); // the stream's own format holds
 
     std::string const text = streamed(std::wstring(L"hidden"));
-    std::string const lead = std::string("< ") + typeid(std::wstring).name() + " instance at 0x";
-    EXPECT_EQ(text.substr(0, lead.size()), lead);
-    EXPECT_EQ(text.substr(text.size() - 2), " >");
+    EXPECT_TRUE(text.starts_with(std::string("< ") + typeid(std::wstring).name() + " instance at 0x")) << text;
+    EXPECT_TRUE(text.ends_with(" >")) << text;
 }
 
+// A wide string streams the address of its value, which tells payloads apart.
 TEST(Variant, CopiesShareThePayload) {
-    // A wide string streams the address of its value, which tells payloads apart.
     variant assigned(1);
     std::string address;
     {
         variant const source(std::wstring(L"shared"));
         address = streamed(source);
         variant copy(source);
-        assigned = copy;
-        EXPECT_EQ(streamed(assigned), address);
-        variant const moved(std::move(copy));
-        EXPECT_EQ(streamed(copy), address); // moving changes nothing
-        copy = types::nil;
-        EXPECT_TRUE(copy == types::nil);
+        variant moved(std::move(copy));
+        assigned = moved;
+        EXPECT_EQ(streamed(copy) + streamed(moved), address + address); // moving changes nothing
+        moved = types::nil;
+        EXPECT_TRUE(moved == types::nil);
     }
     variant const& same = assigned;
     assigned = same;
-    EXPECT_EQ(streamed(assigned), address);
-    EXPECT_EQ(assigned.as_string(), "shared");
+    EXPECT_EQ(streamed(assigned) + assigned.as_string(), address + "shared");
 }
 
 TEST(Variant, PayloadsCloneThemselves) {
     types::variant_value_t<std::wstring> original(L"text");
     memory::pointers::rc_pointer<types::variant_type> const clone(original.clone());
     EXPECT_TRUE(clone->heap_allocated && clone->reference_count == 1 && clone->convertible());
-    EXPECT_TRUE(clone->type() == typeid(std::wstring));
     EXPECT_EQ(clone->as_string(), "text");
     std::ostringstream first, second;
     original.ostream(first);
@@ -279,14 +237,12 @@ TEST(Variant, FloatingTextFollowsTheGlobalLocale) {
         std::string do_grouping() const override { return "\3"; }
     };
     std::locale const before = std::locale::global(std::locale(std::locale::classic(), new comma));
-    ustring16 const utf16 = variant(1234.5).as_utf16();
-    std::wstring const wide = variant(1234.5F).as_wstring();
     std::string const narrow = variant(1234.5L).as_string(), integer = variant(12345).as_string();
+    std::wstring const wide = variant(1234.5F).as_wstring();
     double const read = variant("0,5").as_double();
     std::locale::global(before);
     EXPECT_EQ(narrow, "1\xB7\62\63\64,5");
     EXPECT_EQ(wide, L"1\u00B7234,5"); // unit by unit
-    EXPECT_TRUE(utf16 == ustring16(wide.begin(), wide.end()));
     EXPECT_EQ(integer, "12345");
     EXPECT_EQ(read, 0.5);
 }
