@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: BSL-1.0
 #
 # Installs from Debian's packages what building and testing zolt needs and this machine lacks.
-# Asks nothing; works as root or through sudo.
+# Asks nothing; works as root or through sudo. Arguments are further packages to install.
 set -euo pipefail
 
 fail() {
@@ -24,6 +24,7 @@ packages=(
 if [ "$(dpkg --print-architecture)" = amd64 ]; then
     packages+=(g++-multilib)    # the 32-bit build
 fi
+packages+=("$@")
 
 installed() {
     [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
