@@ -20,6 +20,7 @@ packages=(
     clang libclang-rt-dev       # the second compiler and its sanitizer runtime
     libcli11-dev                # command line of the zolt program
     gettext libxml2-utils       # tests that compare with msgfmt and check XML
+    valgrind                    # counts instructions for the growth tests
 )
 if [ "$(dpkg --print-architecture)" = amd64 ]; then
     packages+=(g++-multilib)    # the 32-bit build
