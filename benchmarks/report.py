@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 the zolt authors
 # SPDX-License-Identifier: BSL-1.0
 """Reads the results of the benchmark programs and prints how zolt stands beside its peers.
