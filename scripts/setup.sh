@@ -15,7 +15,7 @@ command -v apt-get >/dev/null && command -v dpkg-query >/dev/null ||
     fail "this is not a Debian system: install the packages that scripts/setup.sh lists by your system's own means"
 
 packages=(
-    g++ cmake ninja-build       # the native build
+    g++ cmake ninja-build pkg-config  # the native build
     libgtest-dev googletest     # tests; the sources serve the 32-bit and sanitizer builds
     clang libclang-rt-dev       # the second compiler and its sanitizer runtime
     libcli11-dev                # command line of the zolt program

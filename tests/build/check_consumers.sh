@@ -21,16 +21,15 @@ cmake --build "$work/package" >/dev/null
 run "$work/package/consumer"
 run "$work/package/consumer_static"
 
-pc=$(find "$work/usr" -name 'zolt-2.18.pc')
-flags() { # the value of a field, with the prefix of this installation
-    sed -nE "s/^$1: //p" "$pc" |
-        sed "s|\${libdir}|$(dirname "$(dirname "$pc")")|; s|\${includedir}|$work/usr/include/zolt-2.18|"
-}
-# shellcheck disable=SC2046
-c++ -std=c++17 "$consumer/main.cpp" $(flags Cflags) $(flags Libs) -o "$work/by_flags"
+# The .pc file, after the tree has been moved.
+mv "$work/usr" "$work/moved"
+pc=$(find "$work/moved" -name 'zolt-2.18.pc')
+flags=$(PKG_CONFIG_PATH=$(dirname "$pc") pkg-config --cflags --libs zolt-2.18)
+# shellcheck disable=SC2086
+c++ -std=c++17 "$consumer/main.cpp" $flags -o "$work/by_flags"
 run env LD_LIBRARY_PATH="$(dirname "$(dirname "$pc")")" "$work/by_flags"
 
-if [ -n "$(find "$work/usr/include" -name '*_private.hpp')" ]; then
+if [ -n "$(find "$work/moved/include" -name '*_private.hpp')" ]; then
     echo 'FAILED: private headers are installed'
     exit 1
 fi
