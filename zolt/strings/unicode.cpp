@@ -1,23 +1,19 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// A conversion counts the units it will write, reserves them once and then works in pieces of about a
-// thousand units: a core turns one piece into a block on the stack, and the block is appended. So the
-// result is written once (no filling with zeros beforehand), and a core never asks whether its output
-// has room.
+// A conversion works in pieces of a few thousand units: a core turns one piece into a block on the stack,
+// which stays in the first-level cache, and the block is appended. So the result is written once (no
+// counting, no filling with zeros beforehand), and a core never asks whether its output has room. A text of
+// one piece is assigned as it is; of a longer one the first piece tells how much to reserve.
 //
-// There is one core for each direction, all of the same form:
-//
-//     cursor<In, Out> core(cursor<In, Out> at, In const* stop, In const* end)
-//
-// It converts the characters that begin in [at.from, stop), reads no further than `end`, and returns
-// where it has come to in its input and in its output, or `stuck` where the conversion gives up. It may
-// run past `stop` by less than one machine word of input. A core for another instruction set is a
-// function of this form too: it joins at `convert`.
+// The cores here are portable; unicode_private.hpp tells what a core is and chooses among them.
 #include <zolt/strings/unicode.hpp>
+
+#include "unicode_private.hpp"
 
 #include <zolt/debug/assert.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -26,6 +22,7 @@
 namespace ZOLT_2_18::strings {
 namespace {
 
+using namespace _private;
 using std::size_t;
 using std::uint32_t;
 using std::uint64_t;
@@ -123,18 +120,6 @@ unsigned short* put_pair(uint32_t high, uint32_t low, unsigned short* to) {
     return to + 2;
 }
 
-// Where a core has come to.
-template <typename In, typename Out>
-struct cursor {
-    In const* from;
-    Out* to;
-
-    size_t left(In const* end) const { return static_cast<size_t>(end - from); }
-};
-
-template <typename In, typename Out>
-constexpr cursor<In, Out> stuck{nullptr, nullptr};
-
 // ------------------------------------------------------------------------------------------------
 // Runs of ASCII, a word of 64 bits at a time
 
@@ -168,13 +153,6 @@ cursor<In, Out> copy_ascii(cursor<In, Out> at, In const* stop, In const* end) {
 
 // ------------------------------------------------------------------------------------------------
 // The cores
-
-using from_8_to_16 = cursor<char, unsigned short>;
-using from_8_to_32 = cursor<char, wchar_t>;
-using from_16_to_8 = cursor<unsigned short, char>;
-using from_16_to_32 = cursor<unsigned short, wchar_t>;
-using from_32_to_8 = cursor<wchar_t, char>;
-using from_32_to_16 = cursor<wchar_t, unsigned short>;
 
 from_8_to_16 utf8_to_utf16_core(from_8_to_16 at, char const* stop, char const* end) {
     for (;;) {
@@ -246,80 +224,35 @@ from_32_to_16 utf32_to_utf16_core(from_32_to_16 at, wchar_t const* stop, wchar_t
 }
 
 // ------------------------------------------------------------------------------------------------
-// How long a result will be. A hint for the allocation: malformed text may take more or less.
-
-constexpr uint64_t low_bits = 0x0101010101010101; // the lowest bit of each byte
-
-// Characters are counted by the bytes that are no continuation; a four-byte sequence counts as
-// `units_of_four` units.
-size_t count_characters(ustring8 const& text, unsigned int units_of_four) {
-    auto const count_word = [units_of_four](uint64_t word) {
-        uint64_t const starts = (~(word >> 7) | (word >> 6)) & low_bits;
-        uint64_t const fours = (word >> 7) & (word >> 6) & (word >> 5) & (word >> 4) & low_bits;
-        uint64_t const in_each_byte = starts + fours * (units_of_four - 1);
-        return static_cast<size_t>((in_each_byte * low_bits) >> 56);
-    };
-    char const* p = text.data();
-    size_t left = text.size();
-    size_t count = 0;
-    for (; left >= sizeof(uint64_t); p += sizeof(uint64_t), left -= sizeof(uint64_t)) {
-        count += count_word(load_word(p));
-    }
-    uint64_t last = low_bits << 7; // continuation bytes, which count nothing
-    std::memcpy(&last, p, left);
-    return count + count_word(last);
-}
-
-// The bytes of UTF-8 that a unit stands for; each half of a pair has two of its four.
-constexpr unsigned int utf8_share(unsigned short unit) {
-    return 1u + (unit >= 0x80) + (unit >= 0x800) - is_surrogate(unit);
-}
-
-constexpr unsigned int utf8_share(wchar_t unit) {
-    uint32_t const code = value(unit);
-    return code < code_end ? 1u + (code >= 0x80) + (code >= 0x800) + (code >= 0x10000) : 0;
-}
-
-template <typename Unit>
-size_t count_utf8(std::basic_string<Unit> const& text) {
-    constexpr size_t step = units_per_word<Unit>;
-    Unit const* p = text.data();
-    size_t left = text.size();
-    size_t count = 0;
-    for (; left >= step; p += step, left -= step) {
-        if (load_word(p) & non_ascii_bits<Unit>) {
-            for (size_t i = 0; i < step; ++i) count += utf8_share(p[i]);
-        } else {
-            count += step;
-        }
-    }
-    for (; left > 0; --left) count += utf8_share(*p++);
-    return count;
-}
-
-// ------------------------------------------------------------------------------------------------
 // The common frame
 
-// The units of output that one unit of input may need.
+// How much the rest of a text is likely to give, where `from` units have given `to`: a sixteenth more than
+// in proportion, but no more than it can.
 template <typename In, typename Out>
-constexpr size_t growth = sizeof(In) <= sizeof(Out) ? 1
-                          : sizeof(Out) == 2        ? 2
-                          : sizeof(In) == 2         ? 3
-                                                    : 4;
+size_t estimate(size_t left, size_t from, size_t to) {
+    uint64_t const likely = uint64_t{left} * to / from;
+    uint64_t const bound = uint64_t{left} * growth<In, Out>;
+    return static_cast<size_t>(std::min(likely + likely / 16, bound));
+}
 
-// Appends the converted text to `out`; false, with `out` unfinished, when the core gives up.
+// Appends the converted text to the empty `out`; false, with `out` unfinished, when the core gives up.
 template <typename In, typename Out>
-bool convert(std::basic_string<In> const& text, std::basic_string<Out>& out, size_t expected,
-             cursor<In, Out> (*core)(cursor<In, Out>, In const*, In const*)) {
-    constexpr size_t piece = 1024;
-    Out block[growth<In, Out> * (piece + units_per_word<char>)];
-    out.reserve(expected);
-    In const* const end = text.data() + text.size();
-    for (cursor<In, Out> at{text.data(), block}; at.from < end;) {
+bool convert(std::basic_string<In> const& text, std::basic_string<Out>& out, core<In, Out> core) {
+    constexpr size_t piece = 4096;
+    alignas(64) Out block[growth<In, Out> * (piece + overrun) + spill / sizeof(Out)];
+    In const* const begin = text.data();
+    In const* const end = begin + text.size();
+    for (cursor<In, Out> at{begin, block}; at.from < end;) {
+        In const* const stop = at.left(end) > piece ? at.from + piece : end;
         at.to = block;
-        at = core(at, at.left(end) > piece ? at.from + piece : end, end);
+        at = core(at, stop, end);
         if (!at.to) return false;
-        out.append(block, static_cast<size_t>(at.to - block));
+        auto const count = static_cast<size_t>(at.to - block);
+        if (out.empty() && at.from < end) {
+            auto const converted = static_cast<size_t>(at.from - begin);
+            out.reserve(std::min(out.max_size(), count + estimate<In, Out>(at.left(end), converted, count)));
+        }
+        out.append(block, count);
     }
     return true;
 }
@@ -335,7 +268,7 @@ bool is_reversed(ustring16 const& text) { return !text.empty() && text[0] == rev
 // These two take text in the machine's byte order.
 ustring8 native_utf16_to_utf8(ustring16 const& text) {
     ustring8 result;
-    if (!convert(text, result, count_utf8<unsigned short>(text), utf16_to_utf8_core)) return failed<ustring8>();
+    if (!convert(text, result, best_cores().utf16_to_utf8)) return failed<ustring8>();
     if (result.size() > 4 * text.size()) {
         debug::_private::____________________ASSERT____________________("k <= output.size()", "strings/unicode",
                                                                         226, __PRETTY_FUNCTION__);
@@ -345,7 +278,7 @@ ustring8 native_utf16_to_utf8(ustring16 const& text) {
 
 ustring32 native_utf16_to_utf32(ustring16 const& text) {
     ustring32 result;
-    if (!convert(text, result, text.size(), utf16_to_utf32_core)) return failed<ustring32>();
+    if (!convert(text, result, best_cores().utf16_to_utf32)) return failed<ustring32>();
     return result;
 }
 
@@ -357,12 +290,15 @@ Text without_mark(Text const& text, typename Text::value_type const (&mark)[Leng
 
 } // namespace
 
+core_set const _private::portable_cores{utf8_to_utf16_core,  utf8_to_utf32_core, utf16_to_utf8_core,
+                                        utf16_to_utf32_core, utf32_to_utf8_core, utf32_to_utf16_core};
+
 // ------------------------------------------------------------------------------------------------
 // Whole texts
 
 ustring16 utf8_to_utf16(ustring8 const& text) {
     ustring16 result;
-    if (!convert(text, result, count_characters(text, 2), utf8_to_utf16_core)) return failed<ustring16>();
+    if (!convert(text, result, best_cores().utf8_to_utf16)) return failed<ustring16>();
     if (result.size() > text.size()) {
         debug::_private::____________________ASSERT____________________("k <= length", "strings/unicode", 353,
                                                                         __PRETTY_FUNCTION__);
@@ -372,7 +308,7 @@ ustring16 utf8_to_utf16(ustring8 const& text) {
 
 ustring32 utf8_to_utf32(ustring8 const& text) {
     ustring32 result;
-    convert(text, result, count_characters(text, 1), utf8_to_utf32_core);
+    convert(text, result, best_cores().utf8_to_utf32);
     return result;
 }
 
@@ -388,13 +324,13 @@ ustring32 utf16_to_utf32(ustring16 const& text) {
 
 ustring8 utf32_to_utf8(ustring32 const& text) {
     ustring8 result;
-    if (!convert(text, result, count_utf8<wchar_t>(text), utf32_to_utf8_core)) return failed<ustring8>();
+    if (!convert(text, result, best_cores().utf32_to_utf8)) return failed<ustring8>();
     return result;
 }
 
 ustring16 utf32_to_utf16(ustring32 const& text) {
     ustring16 result;
-    if (!convert(text, result, text.size(), utf32_to_utf16_core)) return failed<ustring16>();
+    if (!convert(text, result, best_cores().utf32_to_utf16)) return failed<ustring16>();
     return result;
 }
 
