@@ -74,21 +74,6 @@ ZOLT_AVX512_INLINE __m512i all16(int x) { return _mm512_set1_epi16(static_cast<s
 // ------------------------------------------------------------------------------------------------
 // From UTF-8
 
-struct utf8_masks {
-    uint64_t leads;  // of two bytes or more
-    uint64_t leads3; // of three or more
-    uint64_t leads4; // of four
-
-    // Positions that stand `n` behind those of `now`, which follows `before`.
-    static constexpr uint64_t behind(uint64_t now, uint64_t before, int n) { return now << n | before >> (64 - n); }
-
-    // Bytes of the character that the window cuts off, 0 when it ends between characters.
-    size_t cut_off() const {
-        uint64_t const open = (leads & uint64_t{1} << 63) | (leads3 & uint64_t{3} << 62) | (leads4 & uint64_t{7} << 61);
-        return open ? static_cast<size_t>(std::countl_zero(open)) + 1 : 0;
-    }
-};
-
 struct utf8_window {
     __m512i bytes;
     __m512i before1; // the byte in front of each
@@ -232,24 +217,13 @@ ZOLT_AVX512_INLINE bool convert_window(cursor<char, Out>& at, size_t count, bool
     now.leads3 = _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xE0)));
     now.leads4 = _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xF0)));
     uint64_t const continuations = not_ascii & ~now.leads;
-    uint64_t const expected = utf8_masks::behind(now.leads, before.leads, 1) |
-                              utf8_masks::behind(now.leads3, before.leads3, 2) |
-                              utf8_masks::behind(now.leads4, before.leads4, 3);
-    if (expected != continuations) return false;
+    if (now.continuations(before) != continuations) return false;
     if (now.leads4 && _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xF8)))) return false;
     at.to = put_units(look_back(at.from, bytes, count, first), continuations, lanes, now, before, at.to);
     at.from += count;
     before = now;
     return true;
 }
-
-// Back to the begin of the character that the last window cut off.
-ZOLT_AVX512_INLINE void step_back(from_8_to_16& at, utf8_masks const& last) {
-    at.from -= last.cut_off();
-    if (last.leads4 >> 61 & 1) --at.to; // its high surrogate
-}
-
-ZOLT_AVX512_INLINE void step_back(from_8_to_32& at, utf8_masks const& last) { at.from -= last.cut_off(); }
 
 ZOLT_AVX512 from_8_to_16 utf8_to_utf16_core(from_8_to_16 at, char const* stop, char const* end) {
     utf8_masks before{};
@@ -323,18 +297,17 @@ ZOLT_AVX512_INLINE unit_classes classify(__m512i units, size_t count) {
     return {low_bits(count), _mm512_test_epi16_mask(units, all16(0xFF80)), _mm512_test_epi16_mask(units, all16(0xF800))};
 }
 
-ZOLT_AVX512_INLINE char* put_two(__m512i units, unit_classes const& c, char* to) {
-    __m512i const fields = _mm512_ternarylogic_epi32(all16(0x3F00), _mm512_slli_epi16(units, 8), _mm512_srli_epi16(units, 6), 0xCA);
-    __m512i const two = _mm512_mask_mov_epi16(units, c.not_ascii, _mm512_or_si512(fields, all16(0x80C0)));
-    return put_bytes(two, spread(c.lanes, 0x5555555555555555) | spread(c.not_ascii, 0xAAAAAAAAAAAAAAAA), to);
-}
-
 // The second and the third byte of a unit's three; the other forms corrected to stand at their end.
 ZOLT_AVX512_INLINE __m512i last_two_bytes(__m512i units, unit_classes const& c) {
-    __m512i const fields = _mm512_ternarylogic_epi32(all16(0x3F00), _mm512_slli_epi16(units, 8), _mm512_srli_epi16(units, 6), 0xCA);
+    __m512i const fields = _mm512_multishift_epi64_epi8(_mm512_set1_epi64(0x30'36'20'26'10'16'00'06), units);
     __m512i const marked = _mm512_ternarylogic_epi32(fields, all16(0x3F3F), all16(0x8080), 0xEA);
     __m512i const two = _mm512_mask_add_epi16(marked, ~c.three, marked, all16(0x0040));
     return _mm512_mask_slli_epi16(two, ~c.not_ascii, units, 8);
+}
+
+// Writes units of up to two bytes.
+ZOLT_AVX512_INLINE char* put_two(__m512i last_two, unit_classes const& c, char* to) {
+    return put_bytes(last_two, spread(c.not_ascii, 0x5555555555555555) | spread(c.lanes, 0xAAAAAAAAAAAAAAAA), to);
 }
 
 // Writes the units; `last_two` has right bytes also where `c` tells two for half a pair.
@@ -380,49 +353,52 @@ ZOLT_AVX512_INLINE __m512i units_before(__m512i units) {
     return _mm512_alignr_epi8(units, front, 14);
 }
 
-// Puts the first two of a pair's four bytes into the high surrogate's lane, the others into the low one's.
+// Puts the first two of a pair's four bytes into the high surrogate's lane, the others into the low one's,
+// where `last_two` lacks but two bits: it has them set, and the high surrogate's lowest bits are right.
 ZOLT_AVX512_INLINE __m512i encode_pairs(__m512i last_two, __m512i units, surrogates const& pairs) {
-    __m512i const top = _mm512_add_epi16(_mm512_and_si512(units, all16(0x3FF)), all16(0x40)); // code >> 10
+    __m512i const top = _mm512_add_epi16(units, all16(0x40 - 0xD800)); // code >> 10
     __m512i const fields = _mm512_ternarylogic_epi32(_mm512_slli_epi16(top, 6), all16(0x3F00), _mm512_srli_epi16(top, 8), 0xEA);
-    __m512i const first_two = _mm512_or_si512(fields, all16(0x80F0));
-    __m512i const last = _mm512_ternarylogic_epi32(all16(0x0030), _mm512_slli_epi16(units_before(units), 4), last_two, 0xCA);
-    return _mm512_mask_mov_epi16(_mm512_mask_mov_epi16(last_two, pairs.low, last), pairs.high, first_two);
+    __m512i const wrong = _mm512_andnot_si512(_mm512_slli_epi16(units_before(units), 4), all16(0x0030));
+    __m512i const last = _mm512_mask_sub_epi16(last_two, pairs.low, last_two, wrong);
+    return _mm512_mask_add_epi16(last, pairs.high, fields, all16(0x80F0));
 }
 
-// 64 units, false with nothing written when not all are ASCII.
-ZOLT_AVX512_INLINE bool put_ascii(unsigned short const* from, char* to) {
-    __m512i const first = load(from), second = load(from + 32);
-    if (_mm512_test_epi16_mask(_mm512_or_si512(first, second), all16(0xFF80))) return false;
+// A window of ASCII, and all pairs of such windows behind it.
+ZOLT_AVX512_INLINE void copy_ascii(from_16_to_8& at, window const& w, unsigned short const* stop,
+                                   unsigned short const* end) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.to), _mm512_cvtepi16_epi8(w.units));
+    at.from += w.count;
+    at.to += w.count;
     __m512i const order = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
-    store(to, _mm512_permutexvar_epi64(order, _mm512_packus_epi16(first, second)));
-    return true;
+    for (; at.from < stop && at.left(end) >= 64; at.from += 64, at.to += 64) {
+        __m512i const first = load(at.from), second = load(at.from + 32);
+        if (_mm512_test_epi16_mask(_mm512_or_si512(first, second), all16(0xFF80))) return;
+        store(at.to, _mm512_permutexvar_epi64(order, _mm512_packus_epi16(first, second)));
+    }
 }
 
 ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short const* stop, unsigned short const* end) {
     while (at.from < stop) {
         size_t const left = at.left(end);
-        if (left >= 64 && put_ascii(at.from, at.to)) {
-            at.from += 64;
-            at.to += 64;
-            continue;
-        }
         window w = load_window(at.from, left);
         unit_classes c = classify(w.units, w.count);
-        if (!c.three) {
-            at.to = put_two(w.units, c, at.to);
-        } else {
-            __m512i last_two = last_two_bytes(w.units, c);
+        if (!c.not_ascii) {
+            copy_ascii(at, w, stop, end);
+            continue;
+        }
+        __m512i last_two = last_two_bytes(w.units, c);
+        if (c.three) {
             uint32_t const found = find_surrogates(w.units);
             if (found) {
                 surrogates pairs;
                 if (!find_pairs(w, found, left, pairs)) return stuck<unsigned short, char>;
                 last_two = encode_pairs(last_two, w.units, pairs);
-                c.three &= ~found;
+                c.three &= ~found; // half a pair has two bytes
                 c.lanes &= low_bits(w.count);
                 c.not_ascii &= c.lanes;
             }
-            at.to = put_three(w.units, last_two, c, at.to);
         }
+        at.to = c.three ? put_three(w.units, last_two, c, at.to) : put_two(last_two, c, at.to);
         at.from += w.count;
     }
     return at;
@@ -498,7 +474,7 @@ ZOLT_AVX512_INLINE bool put_units(wchar_t const* from, char*& to) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), _mm512_cvtepi16_epi8(units));
         to += 32;
     } else if (!c.three) {
-        to = put_two(units, c, to);
+        to = put_two(last_two_bytes(units, c), c, to);
     } else {
         if (find_surrogates(units)) return false;
         to = put_three(units, last_two_bytes(units, c), c, to);

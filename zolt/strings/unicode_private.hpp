@@ -14,6 +14,7 @@
 // hands to them.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -49,6 +50,40 @@ inline constexpr std::size_t growth = sizeof(In) <= sizeof(Out) ? 1
                                       : sizeof(Out) == 2        ? 2
                                       : sizeof(In) == 2         ? 3
                                                                 : 4;
+
+// What the vector cores know of a window of 64 bytes of UTF-8: a bit for each byte. Windows follow each
+// other without gap, so a character may begin in one and end in the next.
+struct utf8_masks {
+    std::uint64_t leads;  // of two bytes or more
+    std::uint64_t leads3; // of three or more
+    std::uint64_t leads4; // of four
+
+    // The bytes that stand n places behind those of `now`, or of `before` in the window in front.
+    static constexpr std::uint64_t behind(std::uint64_t now, std::uint64_t before, int n) {
+        return now << n | before >> (64 - n);
+    }
+
+    // Where continuation bytes have to stand, and nowhere else.
+    constexpr std::uint64_t continuations(utf8_masks const& before) const {
+        return behind(leads, before.leads, 1) | behind(leads3, before.leads3, 2) | behind(leads4, before.leads4, 3);
+    }
+
+    // The bytes of the character that the window cuts off; 0 when it ends between characters.
+    constexpr std::size_t cut_off() const {
+        std::uint64_t const open = (leads & std::uint64_t{1} << 63) | (leads3 & std::uint64_t{3} << 62) |
+                                   (leads4 & std::uint64_t{7} << 61);
+        return open ? static_cast<std::size_t>(std::countl_zero(open)) + 1 : 0;
+    }
+};
+
+// From the end of the last window back to the begin of the character that it cuts off. The high half of a
+// pair was written where the character's third byte stands.
+inline void step_back(from_8_to_16& at, utf8_masks const& last) {
+    at.from -= last.cut_off();
+    if (last.leads4 >> 61 & 1) --at.to;
+}
+
+inline void step_back(from_8_to_32& at, utf8_masks const& last) { at.from -= last.cut_off(); }
 
 struct core_set {
     core<char, unsigned short> utf8_to_utf16;
