@@ -69,7 +69,16 @@ ZOLT_AVX512_INLINE __m512i widen_high(__m512i units) {
     return _mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(units, 1));
 }
 
+ZOLT_AVX512_INLINE __m512i all8(int x) { return _mm512_set1_epi8(static_cast<char>(x)); }
 ZOLT_AVX512_INLINE __m512i all16(int x) { return _mm512_set1_epi16(static_cast<short>(x)); }
+ZOLT_AVX512_INLINE __m512i all32(uint32_t x) { return _mm512_set1_epi32(static_cast<int>(x)); }
+
+// A constant that is made once in front of a loop. Left to itself, the compiler makes those of the rarer
+// branches anew each time, on the port that the shuffles need.
+ZOLT_AVX512_INLINE __m512i pinned(__m512i x) {
+    asm("" : "+v"(x));
+    return x;
+}
 
 // ------------------------------------------------------------------------------------------------
 // From UTF-8
@@ -98,29 +107,39 @@ struct unit_bytes {
 };
 
 ZOLT_AVX512_INLINE unit_bytes decode(utf8_window const& w, uint64_t continuations, uint64_t thirds) {
-    __m512i const low = _mm512_ternarylogic_epi32(_mm512_set1_epi8(0x3F), w.bytes, _mm512_slli_epi16(w.before1, 6), 0xCA);
-    __m512i const high = _mm512_and_si512(_mm512_srli_epi16(w.before1, 2), _mm512_set1_epi8(0x0F));
+    __m512i const low = _mm512_ternarylogic_epi32(all8(0x3F), w.bytes, _mm512_slli_epi16(w.before1, 6), 0xCA);
+    __m512i const high = _mm512_and_si512(_mm512_srli_epi16(w.before1, 2), all8(0x0F));
     unit_bytes result{_mm512_mask_mov_epi8(w.bytes, continuations, low), _mm512_maskz_mov_epi8(continuations, high)};
     if (thirds) {
-        __m512i const top = _mm512_ternarylogic_epi32(_mm512_set1_epi8(0x0F), high, _mm512_slli_epi16(w.before2, 4), 0xCA);
+        __m512i const top = _mm512_ternarylogic_epi32(all8(0x0F), high, _mm512_slli_epi16(w.before2, 4), 0xCA);
         result.high = _mm512_mask_mov_epi8(result.high, thirds, top);
     }
     return result;
 }
 
+struct pair_constants {
+    __m512i nibble = pinned(all8(0x0F));
+    __m512i carrying = pinned(all8(0x40));
+    __m512i low = pinned(all8(0xC0));
+    __m512i high = pinned(all8(0xD7));
+    __m512i high_carried = pinned(all8(0xD8));
+    __m512i last_bits = pinned(all8(0x03));
+    __m512i last = pinned(all8(0xDC));
+
+    ZOLT_AVX512_INLINE pair_constants() {}
+};
+
 // Where a four-byte character's third byte stands, the unit becomes 0xD7C0 + (unit >> 4), where its fourth
 // stands 0xDC00 + (unit & 0x3FF).
-ZOLT_AVX512_INLINE void make_pairs(unit_bytes& u, uint64_t high_units, uint64_t low_units) {
-    __m512i const nibble = _mm512_set1_epi8(0x0F);
-    __m512i const shifted = _mm512_ternarylogic_epi32(nibble, _mm512_srli_epi16(u.low, 4), _mm512_slli_epi16(u.high, 4), 0xCA);
-    __m512i const low = _mm512_add_epi8(shifted, _mm512_set1_epi8(static_cast<char>(0xC0)));
-    __mmask64 const carry = _mm512_cmpge_epu8_mask(shifted, _mm512_set1_epi8(0x40));
-    __m512i high = _mm512_and_si512(_mm512_srli_epi16(u.high, 4), nibble);
-    high = _mm512_add_epi8(high, _mm512_set1_epi8(static_cast<char>(0xD7)));
-    high = _mm512_mask_add_epi8(high, carry, high, _mm512_set1_epi8(1));
-    __m512i const last = _mm512_ternarylogic_epi32(u.high, _mm512_set1_epi8(3), _mm512_set1_epi8(static_cast<char>(0xDC)), 0xEA);
-    u.low = _mm512_mask_mov_epi8(u.low, high_units, low);
-    u.high = _mm512_mask_mov_epi8(_mm512_mask_mov_epi8(u.high, high_units, high), low_units, last);
+ZOLT_AVX512_INLINE void make_pairs(unit_bytes& u, uint64_t high_units, uint64_t low_units, pair_constants const& k) {
+    __m512i const shifted = _mm512_ternarylogic_epi32(k.nibble, _mm512_srli_epi16(u.low, 4), _mm512_slli_epi16(u.high, 4), 0xCA);
+    __mmask64 const carry = _mm512_cmpge_epu8_mask(shifted, k.carrying);
+    __m512i const top = _mm512_and_si512(_mm512_srli_epi16(u.high, 4), k.nibble);
+    __m512i const last = _mm512_ternarylogic_epi32(u.high, k.last_bits, k.last, 0xEA);
+    u.low = _mm512_mask_add_epi8(u.low, high_units, shifted, k.low);
+    u.high = _mm512_mask_mov_epi8(u.high, low_units, last);
+    u.high = _mm512_mask_add_epi8(u.high, high_units, top, k.high);
+    u.high = _mm512_mask_add_epi8(u.high, _kand_mask64(carry, high_units), top, k.high_carried);
 }
 
 // The two vectors' bytes at `ends`, moved together and interleaved: 64 units.
@@ -147,12 +166,12 @@ ZOLT_AVX512_INLINE void put_ascii(__m512i bytes, wchar_t* to) {
 // Units that the characters give which end in the window.
 ZOLT_AVX512_INLINE unsigned short* put_units(utf8_window const& w, uint64_t continuations, uint64_t lanes,
                                              utf8_masks const& now, utf8_masks const& before,
-                                             unsigned short* to) {
+                                             pair_constants const& k, unsigned short* to) {
     uint64_t const thirds = utf8_masks::behind(now.leads3, before.leads3, 2);
     uint64_t const fourths = utf8_masks::behind(now.leads4, before.leads4, 3);
     uint64_t const seconds = utf8_masks::behind(now.leads & ~now.leads3, before.leads & ~before.leads3, 1);
     unit_bytes u = decode(w, continuations, thirds | fourths);
-    if (fourths | now.leads4) make_pairs(u, utf8_masks::behind(now.leads4, before.leads4, 2), fourths);
+    if (fourths | now.leads4) make_pairs(u, utf8_masks::behind(now.leads4, before.leads4, 2), fourths, k);
     uint64_t const ends = (~(continuations | now.leads) | seconds | thirds | fourths) & lanes;
     __m512i first, second;
     interleave(u, ends, first, second);
@@ -167,7 +186,8 @@ ZOLT_AVX512_INLINE __m512i add_plane(__m512i units, __m128i plane) {
 }
 
 ZOLT_AVX512_INLINE wchar_t* put_units(utf8_window const& w, uint64_t continuations, uint64_t lanes,
-                                      utf8_masks const& now, utf8_masks const& before, wchar_t* to) {
+                                      utf8_masks const& now, utf8_masks const& before,
+                                      pair_constants const&, wchar_t* to) {
     uint64_t const thirds = utf8_masks::behind(now.leads3 & ~now.leads4, before.leads3 & ~before.leads4, 2);
     uint64_t const fourths = utf8_masks::behind(now.leads4, before.leads4, 3);
     uint64_t const seconds = utf8_masks::behind(now.leads & ~now.leads3, before.leads & ~before.leads3, 1);
@@ -179,8 +199,8 @@ ZOLT_AVX512_INLINE wchar_t* put_units(utf8_window const& w, uint64_t continuatio
     __m512i planes = _mm512_setzero_si512();
     if (fourths) {
         // bits 16 to 20: three of the lead, two of the second byte
-        __m512i const lead = _mm512_slli_epi16(_mm512_and_si512(w.before3, _mm512_set1_epi8(7)), 2);
-        __m512i const second_byte = _mm512_and_si512(_mm512_srli_epi16(w.before2, 4), _mm512_set1_epi8(3));
+        __m512i const lead = _mm512_slli_epi16(_mm512_and_si512(w.before3, all8(7)), 2);
+        __m512i const second_byte = _mm512_and_si512(_mm512_srli_epi16(w.before2, 4), all8(3));
         planes = _mm512_maskz_compress_epi8(ends, _mm512_maskz_mov_epi8(fourths, _mm512_or_si512(lead, second_byte)));
     }
     store(to, add_plane(widen_low(first), _mm512_castsi512_si128(planes)));
@@ -208,24 +228,26 @@ ZOLT_AVX512_INLINE bool copy_ascii(cursor<char, Out>& at, char const* stop, char
 
 // One window; false, with nothing written, where it holds a byte that no sequence explains.
 template <typename Out>
-ZOLT_AVX512_INLINE bool convert_window(cursor<char, Out>& at, size_t count, bool first, utf8_masks& before) {
+ZOLT_AVX512_INLINE bool convert_window(cursor<char, Out>& at, size_t count, bool first, utf8_masks& before,
+                                       pair_constants const& k) {
     uint64_t const lanes = low_bits_64(count);
     __m512i const bytes = load_bytes(at.from, count);
     uint64_t const not_ascii = _mm512_movepi8_mask(bytes);
     utf8_masks now{};
-    now.leads = _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xC0)));
-    now.leads3 = _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xE0)));
-    now.leads4 = _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xF0)));
+    now.leads = _mm512_cmpge_epu8_mask(bytes, all8(0xC0));
+    now.leads3 = _mm512_cmpge_epu8_mask(bytes, all8(0xE0));
+    now.leads4 = _mm512_cmpge_epu8_mask(bytes, all8(0xF0));
     uint64_t const continuations = not_ascii & ~now.leads;
     if (now.continuations(before) != continuations) return false;
-    if (now.leads4 && _mm512_cmpge_epu8_mask(bytes, _mm512_set1_epi8(static_cast<char>(0xF8)))) return false;
-    at.to = put_units(look_back(at.from, bytes, count, first), continuations, lanes, now, before, at.to);
+    if (now.leads4 && _mm512_cmpge_epu8_mask(bytes, all8(0xF8))) return false;
+    at.to = put_units(look_back(at.from, bytes, count, first), continuations, lanes, now, before, k, at.to);
     at.from += count;
     before = now;
     return true;
 }
 
 ZOLT_AVX512 from_8_to_16 utf8_to_utf16_core(from_8_to_16 at, char const* stop, char const* end) {
+    pair_constants const k;
     utf8_masks before{};
     bool first = true;
     while (at.from < stop && at.left(end) >= 64) {
@@ -233,11 +255,11 @@ ZOLT_AVX512 from_8_to_16 utf8_to_utf16_core(from_8_to_16 at, char const* stop, c
             first = false;
             continue;
         }
-        if (!convert_window(at, 64, first, before)) return stuck<char, unsigned short>;
+        if (!convert_window(at, 64, first, before, k)) return stuck<char, unsigned short>;
         first = false;
     }
     if (at.from < stop) {
-        if (!convert_window(at, at.left(end), first, before)) return stuck<char, unsigned short>;
+        if (!convert_window(at, at.left(end), first, before, k)) return stuck<char, unsigned short>;
     } else {
         step_back(at, before);
     }
@@ -245,6 +267,7 @@ ZOLT_AVX512 from_8_to_16 utf8_to_utf16_core(from_8_to_16 at, char const* stop, c
 }
 
 ZOLT_AVX512 from_8_to_32 utf8_to_utf32_core(from_8_to_32 at, char const* stop, char const* end) {
+    pair_constants const k;
     utf8_masks before{};
     bool first = true;
     while (at.from < stop) {
@@ -254,7 +277,7 @@ ZOLT_AVX512 from_8_to_32 utf8_to_utf32_core(from_8_to_32 at, char const* stop, c
         }
         size_t const count = at.left(end) < 64 ? at.left(end) : 64;
         char const* const window_end = at.from + count;
-        if (convert_window(at, count, first, before)) {
+        if (convert_window(at, count, first, before, k)) {
             first = false;
         } else {
             step_back(at, before);
@@ -297,12 +320,31 @@ ZOLT_AVX512_INLINE unit_classes classify(__m512i units, size_t count) {
     return {low_bits(count), _mm512_test_epi16_mask(units, all16(0xFF80)), _mm512_test_epi16_mask(units, all16(0xF800))};
 }
 
+struct encoder_constants {
+    __m512i fields = pinned(_mm512_set1_epi64(0x30'36'20'26'10'16'00'06));
+    __m512i field_bits = pinned(all16(0x3F3F));
+    __m512i marks = pinned(all16(0x8080));
+    __m512i two_mark = pinned(all16(0x0040));
+    __m512i lead_bits = pinned(all16(0x0F00));
+    __m512i lead_mark = pinned(all16(0xE000));
+    __m512i order = pinned(_mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7));
+    __m512i top_bits = pinned(all16(0xF800));
+    __m512i surrogate = pinned(all16(0xD800));
+    __m512i low_surrogate_bit = pinned(all16(0x0400));
+    __m512i to_top = pinned(all16(0x40 - 0xD800));
+    __m512i second_bits = pinned(all16(0x3F00));
+    __m512i third_bits = pinned(all16(0x0030));
+    __m512i pair_marks = pinned(all16(0x80F0));
+
+    ZOLT_AVX512_INLINE encoder_constants() {}
+};
+
 // The second and the third byte of a unit's three; the other forms corrected to stand at their end.
-ZOLT_AVX512_INLINE __m512i last_two_bytes(__m512i units, unit_classes const& c) {
-    __m512i const fields = _mm512_multishift_epi64_epi8(_mm512_set1_epi64(0x30'36'20'26'10'16'00'06), units);
-    __m512i const marked = _mm512_ternarylogic_epi32(fields, all16(0x3F3F), all16(0x8080), 0xEA);
-    __m512i const two = _mm512_mask_add_epi16(marked, ~c.three, marked, all16(0x0040));
-    return _mm512_mask_slli_epi16(two, ~c.not_ascii, units, 8);
+ZOLT_AVX512_INLINE __m512i last_two_bytes(__m512i units, unit_classes const& c, encoder_constants const& k) {
+    __m512i const fields = _mm512_multishift_epi64_epi8(k.fields, units);
+    __m512i const marked = _mm512_ternarylogic_epi32(fields, k.field_bits, k.marks, 0xEA);
+    __m512i const two = _mm512_mask_add_epi16(marked, _knot_mask32(c.three), marked, k.two_mark);
+    return _mm512_mask_slli_epi16(two, _knot_mask32(c.not_ascii), units, 8);
 }
 
 // Writes units of up to two bytes.
@@ -311,11 +353,11 @@ ZOLT_AVX512_INLINE char* put_two(__m512i last_two, unit_classes const& c, char* 
 }
 
 // Writes the units; `last_two` has right bytes also where `c` tells two for half a pair.
-ZOLT_AVX512_INLINE char* put_three(__m512i units, __m512i last_two, unit_classes const& c, char* to) {
-    __m512i const order = _mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7);
-    __m512i const lead = _mm512_ternarylogic_epi32(_mm512_srli_epi16(units, 4), all16(0x0F00), all16(0xE000), 0xEA);
-    __m512i const front = _mm512_permutexvar_epi64(order, lead);
-    __m512i const back = _mm512_permutexvar_epi64(order, last_two);
+ZOLT_AVX512_INLINE char* put_three(__m512i units, __m512i last_two, unit_classes const& c,
+                                   encoder_constants const& k, char* to) {
+    __m512i const lead = _mm512_ternarylogic_epi32(_mm512_srli_epi16(units, 4), k.lead_bits, k.lead_mark, 0xEA);
+    __m512i const front = _mm512_permutexvar_epi64(k.order, lead);
+    __m512i const back = _mm512_permutexvar_epi64(k.order, last_two);
     constexpr uint64_t seconds = 0x2222222222222222, thirds = 0x4444444444444444, fourths = 0x8888888888888888;
     uint64_t const first = spread(c.three & 0xFFFF, seconds) | spread(c.not_ascii & 0xFFFF, thirds) |
                            spread(c.lanes & 0xFFFF, fourths);
@@ -329,38 +371,41 @@ ZOLT_AVX512_INLINE char* put_three(__m512i units, __m512i last_two, unit_classes
 // From UTF-16
 
 struct surrogates {
-    uint32_t high;
-    uint32_t low;
+    __mmask32 high;
+    __mmask32 low;
 };
 
 // Takes a high surrogate at a full window's end out of it. False when a surrogate has no partner.
-ZOLT_AVX512_INLINE bool find_pairs(window& w, uint32_t found, size_t left, surrogates& pairs) {
-    pairs.high = found & ~_mm512_test_epi16_mask(w.units, all16(0x0400));
-    pairs.low = found & ~pairs.high;
-    if (pairs.high >> 31 && left > 32) [[unlikely]] {
+ZOLT_AVX512_INLINE bool find_pairs(window& w, __mmask32 found, size_t left, surrogates& pairs,
+                                   __m512i low_surrogate_bit) {
+    __mmask32 const of_low = _mm512_test_epi16_mask(w.units, low_surrogate_bit);
+    pairs = {_kandn_mask32(of_low, found), _kand_mask32(of_low, found)};
+    uint32_t high = _cvtmask32_u32(pairs.high);
+    if (high >> 31 && left > 32) [[unlikely]] {
         w.count = 31;
-        pairs.high &= 0x7FFFFFFF;
+        high &= 0x7FFFFFFF;
     }
-    return pairs.low == pairs.high << 1 && !(pairs.high >> 31);
+    return _cvtmask32_u32(pairs.low) == high << 1 && !(high >> 31);
 }
 
-ZOLT_AVX512_INLINE uint32_t find_surrogates(__m512i units) {
-    return _mm512_cmpeq_epi16_mask(_mm512_and_si512(units, all16(0xF800)), all16(0xD800));
+ZOLT_AVX512_INLINE uint32_t find_surrogates(__m512i units, __m512i top_bits, __m512i surrogate) {
+    return _mm512_cmpeq_epi16_mask(_mm512_and_si512(units, top_bits), surrogate);
 }
 
-ZOLT_AVX512_INLINE __m512i units_before(__m512i units) {
-    __m512i const front = _mm512_alignr_epi32(units, _mm512_setzero_si512(), 12);
-    return _mm512_alignr_epi8(units, front, 14);
+// The units in front of those of a window; not of the first, which may be the text's begin.
+ZOLT_AVX512_INLINE __m512i load_before(unsigned short const* from, size_t count) {
+    return _mm512_maskz_loadu_epi16(low_bits(count) & ~1u, from - 1);
 }
 
 // Puts the first two of a pair's four bytes into the high surrogate's lane, the others into the low one's,
 // where `last_two` lacks but two bits: it has them set, and the high surrogate's lowest bits are right.
-ZOLT_AVX512_INLINE __m512i encode_pairs(__m512i last_two, __m512i units, surrogates const& pairs) {
-    __m512i const top = _mm512_add_epi16(units, all16(0x40 - 0xD800)); // code >> 10
-    __m512i const fields = _mm512_ternarylogic_epi32(_mm512_slli_epi16(top, 6), all16(0x3F00), _mm512_srli_epi16(top, 8), 0xEA);
-    __m512i const wrong = _mm512_andnot_si512(_mm512_slli_epi16(units_before(units), 4), all16(0x0030));
+ZOLT_AVX512_INLINE __m512i encode_pairs(__m512i last_two, __m512i units, __m512i before,
+                                        surrogates const& pairs, encoder_constants const& k) {
+    __m512i const top = _mm512_add_epi16(units, k.to_top); // code >> 10
+    __m512i const fields = _mm512_ternarylogic_epi32(_mm512_slli_epi16(top, 6), k.second_bits, _mm512_srli_epi16(top, 8), 0xEA);
+    __m512i const wrong = _mm512_andnot_si512(_mm512_slli_epi16(before, 4), k.third_bits);
     __m512i const last = _mm512_mask_sub_epi16(last_two, pairs.low, last_two, wrong);
-    return _mm512_mask_add_epi16(last, pairs.high, fields, all16(0x80F0));
+    return _mm512_mask_add_epi16(last, pairs.high, fields, k.pair_marks);
 }
 
 // A window of ASCII, and all pairs of such windows behind it.
@@ -378,6 +423,7 @@ ZOLT_AVX512_INLINE void copy_ascii(from_16_to_8& at, window const& w, unsigned s
 }
 
 ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short const* stop, unsigned short const* end) {
+    encoder_constants const k;
     while (at.from < stop) {
         size_t const left = at.left(end);
         window w = load_window(at.from, left);
@@ -386,19 +432,19 @@ ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short cons
             copy_ascii(at, w, stop, end);
             continue;
         }
-        __m512i last_two = last_two_bytes(w.units, c);
+        __m512i last_two = last_two_bytes(w.units, c, k);
         if (c.three) {
-            uint32_t const found = find_surrogates(w.units);
+            uint32_t const found = find_surrogates(w.units, k.top_bits, k.surrogate);
             if (found) {
                 surrogates pairs;
-                if (!find_pairs(w, found, left, pairs)) return stuck<unsigned short, char>;
-                last_two = encode_pairs(last_two, w.units, pairs);
+                if (!find_pairs(w, found, left, pairs, k.low_surrogate_bit)) return stuck<unsigned short, char>;
+                last_two = encode_pairs(last_two, w.units, load_before(at.from, w.count), pairs, k);
                 c.three &= ~found; // half a pair has two bytes
                 c.lanes &= low_bits(w.count);
                 c.not_ascii &= c.lanes;
             }
         }
-        at.to = c.three ? put_three(w.units, last_two, c, at.to) : put_two(last_two, c, at.to);
+        at.to = c.three ? put_three(w.units, last_two, c, k, at.to) : put_two(last_two, c, at.to);
         at.from += w.count;
     }
     return at;
@@ -413,10 +459,11 @@ ZOLT_AVX512_INLINE wchar_t* put_codes(__m512i units, __m512i before, uint32_t lo
 }
 
 ZOLT_AVX512 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short const* stop, unsigned short const* end) {
+    __m512i const top_bits = all16(0xF800), surrogate = all16(0xD800), low_surrogate_bit = pinned(all16(0x0400));
     while (at.from < stop) {
         size_t const left = at.left(end);
         window w = load_window(at.from, left);
-        uint32_t const found = find_surrogates(w.units);
+        uint32_t const found = find_surrogates(w.units, top_bits, surrogate);
         __m512i const low = widen_low(w.units), high = widen_high(w.units);
         if (!found) {
             store(at.to, low);
@@ -424,11 +471,12 @@ ZOLT_AVX512 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short c
             at.to += w.count;
         } else {
             surrogates pairs;
-            if (!find_pairs(w, found, left, pairs)) return stuck<unsigned short, wchar_t>;
+            if (!find_pairs(w, found, left, pairs, low_surrogate_bit)) return stuck<unsigned short, wchar_t>;
             uint32_t const kept = low_bits(w.count) & ~pairs.high;
-            __m512i const before = units_before(w.units);
-            at.to = put_codes(low, widen_low(before), pairs.low & 0xFFFF, kept & 0xFFFF, at.to);
-            at.to = put_codes(high, widen_high(before), pairs.low >> 16, kept >> 16, at.to);
+            uint32_t const lows = pairs.low;
+            __m512i const before = load_before(at.from, w.count);
+            at.to = put_codes(low, widen_low(before), lows & 0xFFFF, kept & 0xFFFF, at.to);
+            at.to = put_codes(high, widen_high(before), lows >> 16, kept >> 16, at.to);
         }
         at.from += w.count;
     }
@@ -437,8 +485,6 @@ ZOLT_AVX512 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short c
 
 // ------------------------------------------------------------------------------------------------
 // From UTF-32
-
-ZOLT_AVX512_INLINE __m512i all32(uint32_t x) { return _mm512_set1_epi32(static_cast<int>(x)); }
 
 ZOLT_AVX512_INLINE bool holds_surrogate(__m512i codes) {
     __m512i const top_bits = _mm512_and_si512(codes, _mm512_set1_epi32(static_cast<int>(0xFFFFF800)));
@@ -464,7 +510,7 @@ ZOLT_AVX512_INLINE char* put_four(window const& w, char* to) {
 }
 
 // 32 codes, narrowed to UTF-16; false with nothing written when one has no single unit there.
-ZOLT_AVX512_INLINE bool put_units(wchar_t const* from, char*& to) {
+ZOLT_AVX512_INLINE bool put_units(wchar_t const* from, encoder_constants const& k, char*& to) {
     __m512i const first = load(from), second = load(from + 16);
     if (not_below(_mm512_max_epu32(first, second), 0x10000)) return false;
     __m512i const order = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
@@ -474,17 +520,18 @@ ZOLT_AVX512_INLINE bool put_units(wchar_t const* from, char*& to) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), _mm512_cvtepi16_epi8(units));
         to += 32;
     } else if (!c.three) {
-        to = put_two(last_two_bytes(units, c), c, to);
+        to = put_two(last_two_bytes(units, c, k), c, to);
     } else {
-        if (find_surrogates(units)) return false;
-        to = put_three(units, last_two_bytes(units, c), c, to);
+        if (find_surrogates(units, k.top_bits, k.surrogate)) return false;
+        to = put_three(units, last_two_bytes(units, c, k), c, k, to);
     }
     return true;
 }
 
 ZOLT_AVX512 from_32_to_8 utf32_to_utf8_core(from_32_to_8 at, wchar_t const* stop, wchar_t const* end) {
+    encoder_constants const k;
     while (at.from < stop) {
-        if (at.left(end) >= 32 && put_units(at.from, at.to)) {
+        if (at.left(end) >= 32 && put_units(at.from, k, at.to)) {
             at.from += 32;
             continue;
         }
