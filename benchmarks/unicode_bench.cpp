@@ -35,12 +35,17 @@ struct language {
 
 constexpr language languages[] = {
     {"ascii", "The quick brown fox jumps over the lazy dog, and then it sleeps. "},
-    {"latin", "Le c\u0153ur d\u00e9\u00e7u mais l'\u00e2me plut\u00f4t na\u00efve, Lou\u00ffs r\u00eava de crapa\u00fcter en cano\u00eb. "},
-    {"cyrillic", "\u0421\u044a\u0435\u0448\u044c \u0435\u0449\u0451 \u044d\u0442\u0438\u0445 \u043c\u044f\u0433\u043a\u0438\u0445 "
-                 "\u0444\u0440\u0430\u043d\u0446\u0443\u0437\u0441\u043a\u0438\u0445 \u0431\u0443\u043b\u043e\u043a. "},
-    {"cjk", "\u5929\u5730\u7384\u9ec4\u5b87\u5b99\u6d2a\u8352\u65e5\u6708\u76c8\u6603\u8fb0\u5bbf\u5217\u5f20\u3002"},
+    {"latin", "Le c\u0153ur d\u00e9\u00e7u mais l'\u00e2me plut\u00f4t na\u00efve, Lou\u00ffs r\u00eava de "
+              "crapa\u00fcter en cano\u00eb. "},
+    {"cyrillic",
+     "\u0421\u044a\u0435\u0448\u044c \u0435\u0449\u0451 \u044d\u0442\u0438\u0445 "
+     "\u043c\u044f\u0433\u043a\u0438\u0445 "
+     "\u0444\u0440\u0430\u043d\u0446\u0443\u0437\u0441\u043a\u0438\u0445 \u0431\u0443\u043b\u043e\u043a. "},
+    {"cjk",
+     "\u5929\u5730\u7384\u9ec4\u5b87\u5b99\u6d2a\u8352\u65e5\u6708\u76c8\u6603\u8fb0\u5bbf\u5217\u5f20\u3002"},
     {"emoji", "\U0001F600\U0001F680\U0001F30D\U0001F389\U0001F914"},
-    {"mixed", "plain text, d\u00e9j\u00e0 vu, \u043f\u0440\u0438\u0432\u0435\u0442, \u65e5\u672c\u8a9e, \U0001F600 (100%) "},
+    {"mixed",
+     "plain text, d\u00e9j\u00e0 vu, \u043f\u0440\u0438\u0432\u0435\u0442, \u65e5\u672c\u8a9e, \U0001F600 (100%) "},
 };
 
 // Whole characters of the sample in a random order of its pieces of up to 40, to `size` bytes at most.
@@ -91,7 +96,8 @@ template <typename Unit, typename From, typename In>
 auto by_glib(From* convert, In const& text) {
     return [convert, &text] {
         glib_text<Unit> result;
-        result.units.reset(reinterpret_cast<Unit*>(convert(text.data(), static_cast<glong>(text.size()), nullptr, &result.length, nullptr)));
+        result.units.reset(reinterpret_cast<Unit*>(
+            convert(text.data(), static_cast<glong>(text.size()), nullptr, &result.length, nullptr)));
         return result;
     };
 }
@@ -104,7 +110,8 @@ UChar const* units(ustring16 const& text) { return reinterpret_cast<UChar const*
 int32_t length(std::size_t size) { return static_cast<int32_t>(size); }
 
 std::string as_bytes(icu::UnicodeString const& text) {
-    return std::string(reinterpret_cast<char const*>(text.getBuffer()), static_cast<std::size_t>(text.length()) * 2);
+    return std::string(reinterpret_cast<char const*>(text.getBuffer()),
+                       static_cast<std::size_t>(text.length()) * 2);
 }
 
 std::string icu_utf8(ustring16 const& text) {
@@ -201,7 +208,9 @@ void add_8_and_16(std::string const& input, texts const& t) {
     encode.side("copy", copy_of(t.bytes));
     encode.side("iconv", by_iconv<ustring8>("UTF-8", "UTF-16LE", t.units, t.units.size() * 3));
 #if PEER_ICU
-    auto const from_utf8 = [&t] { return icu::UnicodeString::fromUTF8(icu::StringPiece(t.bytes.data(), length(t.bytes.size()))); };
+    auto const from_utf8 = [&t] {
+        return icu::UnicodeString::fromUTF8(icu::StringPiece(t.bytes.data(), length(t.bytes.size())));
+    };
     decode.side("ICU", from_utf8, [=] { return as_bytes(from_utf8()); });
     encode.side("ICU", [&t] { return icu_utf8(t.units); });
 #endif
@@ -209,13 +218,15 @@ void add_8_and_16(std::string const& input, texts const& t) {
     decode.side("GLib", by_glib<unsigned short>(g_utf8_to_utf16, t.bytes));
     encode.side("GLib", [&t] {
         glib_text<char> result;
-        result.units.reset(g_utf16_to_utf8(t.units.data(), static_cast<glong>(t.units.size()), nullptr, &result.length, nullptr));
+        result.units.reset(
+            g_utf16_to_utf8(t.units.data(), static_cast<glong>(t.units.size()), nullptr, &result.length, nullptr));
         return result;
     });
 #endif
 }
 
-void add_32([[maybe_unused]] std::string const& input, [[maybe_unused]] texts const& t, [[maybe_unused]] bool small) {
+void add_32([[maybe_unused]] std::string const& input, [[maybe_unused]] texts const& t,
+            [[maybe_unused]] bool small) {
 #if PEER_ICU
     std::string const who = small ? "macros" : "ICU";
     bench::comparison from_8("utf8_to_utf32/" + input, t.bytes.size());
@@ -228,7 +239,8 @@ void add_32([[maybe_unused]] std::string const& input, [[maybe_unused]] texts co
     from_16.side("zolt", [&t] { return strings::utf16_to_utf32(t.units); });
     from_16.side(who, [&t] { return macros_16_to_32(t.units); });
     bench::comparison to_16("utf32_to_utf16/" + input, t.bytes.size());
-    to_16.side("zolt", [&t] { return strings::utf32_to_utf16(t.codes); }, [&t] { return t.units; });
+    to_16.side(
+        "zolt", [&t] { return strings::utf32_to_utf16(t.codes); }, [&t] { return t.units; });
     to_16.side(who, [&t] { return macros_32_to_16(t.codes); }); // above U+FFFF our pairs differ on purpose
     if (!small) return;
     bench::comparison decode("utf8_to_utf16/" + input, t.bytes.size());

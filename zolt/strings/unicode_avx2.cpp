@@ -42,12 +42,14 @@ constexpr std::array<shuffle, 256> make_shuffles(Keeps keeps) {
 }
 
 // Eight lanes of two bytes: the selected lanes.
-alignas(64) constexpr auto selected_units =
-    make_shuffles([](unsigned int index, unsigned int byte) { return index >> byte / 2 & 1; });
+alignas(64) constexpr auto selected_units = make_shuffles([](unsigned int index, unsigned int byte) {
+    return index >> byte / 2 & 1;
+});
 
 // Eight lanes of two bytes: the first of each, the second of the selected lanes.
-alignas(64) constexpr auto one_or_two_bytes =
-    make_shuffles([](unsigned int index, unsigned int byte) { return byte % 2 == 0 || (index >> byte / 2 & 1); });
+alignas(64) constexpr auto one_or_two_bytes = make_shuffles([](unsigned int index, unsigned int byte) {
+    return byte % 2 == 0 || (index >> byte / 2 & 1);
+});
 
 // Four lanes of four bytes: the last of each, the third where the index has one of its upper bits, the
 // second where it has one of its lower bits.
@@ -270,7 +272,7 @@ ZOLT_AVX2 from_8_to_32 utf8_to_utf32_core(from_8_to_32 at, char const* stop, cha
 
 // Masks of the classes of 16 units.
 struct unit_classes {
-    __m256i two;   // two bytes or fewer
+    __m256i two; // two bytes or fewer
     __m256i ascii;
 };
 
@@ -280,7 +282,8 @@ ZOLT_AVX2_INLINE unit_classes classify(__m256i units) {
 
 // The lower six bits of a unit in its lane's second byte, the six above in its first.
 ZOLT_AVX2_INLINE __m256i two_fields(__m256i units) {
-    return select(all16(0x3F00), _mm256_slli_epi16(units, 8), _mm256_and_si256(_mm256_srli_epi16(units, 6), all16(0x3F)));
+    return select(all16(0x3F00), _mm256_slli_epi16(units, 8),
+                  _mm256_and_si256(_mm256_srli_epi16(units, 6), all16(0x3F)));
 }
 
 ZOLT_AVX2_INLINE char* put_two(__m256i units, unit_classes const& c, char* to) {
@@ -308,7 +311,8 @@ ZOLT_AVX2_INLINE char* put_four_units(__m128i x, uint32_t three, uint32_t two, c
 
 // `three` and `two` have a bit for each unit of three, and of two or more, bytes.
 ZOLT_AVX2_INLINE char* put_three(__m256i units, __m256i last_two, uint32_t three, uint32_t two, char* to) {
-    __m256i const lead = _mm256_or_si256(_mm256_and_si256(_mm256_srli_epi16(units, 4), all16(0x0F00)), all16(0xE000));
+    __m256i const lead =
+        _mm256_or_si256(_mm256_and_si256(_mm256_srli_epi16(units, 4), all16(0x0F00)), all16(0xE000));
     __m256i const x1 = _mm256_unpacklo_epi16(lead, last_two), x2 = _mm256_unpackhi_epi16(lead, last_two);
     to = put_four_units(low_half(x1), three, two, to);
     to = put_four_units(low_half(x2), three >> 4, two >> 4, to);
@@ -375,7 +379,8 @@ ZOLT_AVX2 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short const*
 // ------------------------------------------------------------------------------------------------
 // Between UTF-16 and UTF-32, and from UTF-32 to UTF-8
 
-ZOLT_AVX2 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short const* stop, unsigned short const* end) {
+ZOLT_AVX2 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short const* stop,
+                                            unsigned short const* end) {
     while (at.from < stop && at.left(end) >= 16) {
         __m256i const units = load(at.from);
         if (all_zero(find_surrogates(units))) {

@@ -61,9 +61,7 @@ ZOLT_AVX512_INLINE __m512i load_bytes(char const* from, size_t count) {
     return count == 64 ? load(from) : _mm512_maskz_loadu_epi8(low_bits_64(count), from);
 }
 
-ZOLT_AVX512_INLINE __m512i widen_low(__m512i units) {
-    return _mm512_cvtepu16_epi32(_mm512_castsi512_si256(units));
-}
+ZOLT_AVX512_INLINE __m512i widen_low(__m512i units) { return _mm512_cvtepu16_epi32(_mm512_castsi512_si256(units)); }
 
 ZOLT_AVX512_INLINE __m512i widen_high(__m512i units) {
     return _mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(units, 1));
@@ -109,7 +107,8 @@ struct unit_bytes {
 ZOLT_AVX512_INLINE unit_bytes decode(utf8_window const& w, uint64_t continuations, uint64_t thirds) {
     __m512i const low = _mm512_ternarylogic_epi32(all8(0x3F), w.bytes, _mm512_slli_epi16(w.before1, 6), 0xCA);
     __m512i const high = _mm512_and_si512(_mm512_srli_epi16(w.before1, 2), all8(0x0F));
-    unit_bytes result{_mm512_mask_mov_epi8(w.bytes, continuations, low), _mm512_maskz_mov_epi8(continuations, high)};
+    unit_bytes result{_mm512_mask_mov_epi8(w.bytes, continuations, low),
+                      _mm512_maskz_mov_epi8(continuations, high)};
     if (thirds) {
         __m512i const top = _mm512_ternarylogic_epi32(all8(0x0F), high, _mm512_slli_epi16(w.before2, 4), 0xCA);
         result.high = _mm512_mask_mov_epi8(result.high, thirds, top);
@@ -131,8 +130,10 @@ struct pair_constants {
 
 // Where a four-byte character's third byte stands, the unit becomes 0xD7C0 + (unit >> 4), where its fourth
 // stands 0xDC00 + (unit & 0x3FF).
-ZOLT_AVX512_INLINE void make_pairs(unit_bytes& u, uint64_t high_units, uint64_t low_units, pair_constants const& k) {
-    __m512i const shifted = _mm512_ternarylogic_epi32(k.nibble, _mm512_srli_epi16(u.low, 4), _mm512_slli_epi16(u.high, 4), 0xCA);
+ZOLT_AVX512_INLINE void make_pairs(unit_bytes& u, uint64_t high_units, uint64_t low_units,
+                                   pair_constants const& k) {
+    __m512i const shifted =
+        _mm512_ternarylogic_epi32(k.nibble, _mm512_srli_epi16(u.low, 4), _mm512_slli_epi16(u.high, 4), 0xCA);
     __mmask64 const carry = _mm512_cmpge_epu8_mask(shifted, k.carrying);
     __m512i const top = _mm512_and_si512(_mm512_srli_epi16(u.high, 4), k.nibble);
     __m512i const last = _mm512_ternarylogic_epi32(u.high, k.last_bits, k.last, 0xEA);
@@ -186,8 +187,8 @@ ZOLT_AVX512_INLINE __m512i add_plane(__m512i units, __m128i plane) {
 }
 
 ZOLT_AVX512_INLINE wchar_t* put_units(utf8_window const& w, uint64_t continuations, uint64_t lanes,
-                                      utf8_masks const& now, utf8_masks const& before,
-                                      pair_constants const&, wchar_t* to) {
+                                      utf8_masks const& now, utf8_masks const& before, pair_constants const&,
+                                      wchar_t* to) {
     uint64_t const thirds = utf8_masks::behind(now.leads3 & ~now.leads4, before.leads3 & ~before.leads4, 2);
     uint64_t const fourths = utf8_masks::behind(now.leads4, before.leads4, 3);
     uint64_t const seconds = utf8_masks::behind(now.leads & ~now.leads3, before.leads & ~before.leads3, 1);
@@ -201,7 +202,8 @@ ZOLT_AVX512_INLINE wchar_t* put_units(utf8_window const& w, uint64_t continuatio
         // bits 16 to 20: three of the lead, two of the second byte
         __m512i const lead = _mm512_slli_epi16(_mm512_and_si512(w.before3, all8(7)), 2);
         __m512i const second_byte = _mm512_and_si512(_mm512_srli_epi16(w.before2, 4), all8(3));
-        planes = _mm512_maskz_compress_epi8(ends, _mm512_maskz_mov_epi8(fourths, _mm512_or_si512(lead, second_byte)));
+        planes =
+            _mm512_maskz_compress_epi8(ends, _mm512_maskz_mov_epi8(fourths, _mm512_or_si512(lead, second_byte)));
     }
     store(to, add_plane(widen_low(first), _mm512_castsi512_si128(planes)));
     store(to + 16, add_plane(widen_high(first), _mm512_extracti32x4_epi32(planes, 1)));
@@ -317,7 +319,8 @@ struct unit_classes {
 };
 
 ZOLT_AVX512_INLINE unit_classes classify(__m512i units, size_t count) {
-    return {low_bits(count), _mm512_test_epi16_mask(units, all16(0xFF80)), _mm512_test_epi16_mask(units, all16(0xF800))};
+    return {low_bits(count), _mm512_test_epi16_mask(units, all16(0xFF80)),
+            _mm512_test_epi16_mask(units, all16(0xF800))};
 }
 
 struct encoder_constants {
@@ -361,8 +364,8 @@ ZOLT_AVX512_INLINE char* put_three(__m512i units, __m512i last_two, unit_classes
     constexpr uint64_t seconds = 0x2222222222222222, thirds = 0x4444444444444444, fourths = 0x8888888888888888;
     uint64_t const first = spread(c.three & 0xFFFF, seconds) | spread(c.not_ascii & 0xFFFF, thirds) |
                            spread(c.lanes & 0xFFFF, fourths);
-    uint64_t const second = spread(c.three >> 16, seconds) | spread(c.not_ascii >> 16, thirds) |
-                            spread(c.lanes >> 16, fourths);
+    uint64_t const second =
+        spread(c.three >> 16, seconds) | spread(c.not_ascii >> 16, thirds) | spread(c.lanes >> 16, fourths);
     to = put_bytes(_mm512_unpacklo_epi16(front, back), first, to);
     return put_bytes(_mm512_unpackhi_epi16(front, back), second, to);
 }
@@ -399,10 +402,11 @@ ZOLT_AVX512_INLINE __m512i load_before(unsigned short const* from, size_t count)
 
 // Puts the first two of a pair's four bytes into the high surrogate's lane, the others into the low one's,
 // where `last_two` lacks but two bits: it has them set, and the high surrogate's lowest bits are right.
-ZOLT_AVX512_INLINE __m512i encode_pairs(__m512i last_two, __m512i units, __m512i before,
-                                        surrogates const& pairs, encoder_constants const& k) {
+ZOLT_AVX512_INLINE __m512i encode_pairs(__m512i last_two, __m512i units, __m512i before, surrogates const& pairs,
+                                        encoder_constants const& k) {
     __m512i const top = _mm512_add_epi16(units, k.to_top); // code >> 10
-    __m512i const fields = _mm512_ternarylogic_epi32(_mm512_slli_epi16(top, 6), k.second_bits, _mm512_srli_epi16(top, 8), 0xEA);
+    __m512i const fields =
+        _mm512_ternarylogic_epi32(_mm512_slli_epi16(top, 6), k.second_bits, _mm512_srli_epi16(top, 8), 0xEA);
     __m512i const wrong = _mm512_andnot_si512(_mm512_slli_epi16(before, 4), k.third_bits);
     __m512i const last = _mm512_mask_sub_epi16(last_two, pairs.low, last_two, wrong);
     return _mm512_mask_add_epi16(last, pairs.high, fields, k.pair_marks);
@@ -422,7 +426,8 @@ ZOLT_AVX512_INLINE void copy_ascii(from_16_to_8& at, window const& w, unsigned s
     }
 }
 
-ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short const* stop, unsigned short const* end) {
+ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short const* stop,
+                                            unsigned short const* end) {
     encoder_constants const k;
     while (at.from < stop) {
         size_t const left = at.left(end);
@@ -458,7 +463,8 @@ ZOLT_AVX512_INLINE wchar_t* put_codes(__m512i units, __m512i before, uint32_t lo
     return to + std::popcount(kept);
 }
 
-ZOLT_AVX512 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short const* stop, unsigned short const* end) {
+ZOLT_AVX512 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short const* stop,
+                                              unsigned short const* end) {
     __m512i const top_bits = all16(0xF800), surrogate = all16(0xD800), low_surrogate_bit = pinned(all16(0x0400));
     while (at.from < stop) {
         size_t const left = at.left(end);
@@ -500,7 +506,8 @@ ZOLT_AVX512_INLINE char* put_four(window const& w, char* to) {
     __m512i const shifts = _mm512_set1_epi64(0x20'26'2C'32'00'06'0C'12);
     __m512i const fields = _mm512_multishift_epi64_epi8(shifts, w.units);
     __m512i x = _mm512_ternarylogic_epi32(fields, all32(0x3F3F3F3F), all32(0x808080F0), 0xEA);
-    uint32_t const four = not_below(w.units, 0x10000), three = not_below(w.units, 0x800), two = not_below(w.units, 0x80);
+    uint32_t const four = not_below(w.units, 0x10000), three = not_below(w.units, 0x800),
+                   two = not_below(w.units, 0x80);
     x = _mm512_mask_or_epi32(x, _cvtu32_mask16(three & ~four), x, all32(0x6000));
     x = _mm512_mask_or_epi32(x, _cvtu32_mask16(two & ~three), x, all32(0x400000));
     x = _mm512_mask_slli_epi32(x, _cvtu32_mask16(~two), w.units, 24);
@@ -559,8 +566,9 @@ ZOLT_AVX512 from_32_to_16 utf32_to_utf16_core(from_32_to_16 at, wchar_t const* s
             if (not_below(w.units, 0x110000)) return stuck<wchar_t, unsigned short>;
             __m512i const high = _mm512_srli_epi32(w.units, 10);
             __m512i const low = _mm512_and_si512(_mm512_slli_epi32(w.units, 16), _mm512_set1_epi32(0x03FF0000));
-            __m512i const pair = _mm512_or_si512(_mm512_add_epi32(high, _mm512_set1_epi32(0xD800)),
-                                                 _mm512_or_si512(low, _mm512_set1_epi32(static_cast<int>(0xDC000000))));
+            __m512i const pair =
+                _mm512_or_si512(_mm512_add_epi32(high, _mm512_set1_epi32(0xD800)),
+                                _mm512_or_si512(low, _mm512_set1_epi32(static_cast<int>(0xDC000000))));
             __m512i const x = _mm512_mask_mov_epi32(w.units, pairs, pair);
             uint32_t const kept = (_mm512_test_epi16_mask(x, x) | 0x55555555) & low_bits(2 * w.count);
             store(at.to, _mm512_maskz_compress_epi16(kept, x));
