@@ -227,12 +227,11 @@ from_32_to_16 utf32_to_utf16_core(from_32_to_16 at, wchar_t const* stop, wchar_t
 // The common frame
 
 // How much the rest of a text is likely to give, where `from` units have given `to`: a sixteenth more than
-// in proportion, but no more than it can.
+// in proportion, but no more than it can. It may be more than a size_t holds.
 template <typename In, typename Out>
-size_t estimate(size_t left, size_t from, size_t to) {
-    uint64_t const likely = uint64_t{left} * to / from;
-    uint64_t const bound = uint64_t{left} * growth<In, Out>;
-    return static_cast<size_t>(std::min(likely + likely / 16, bound));
+uint64_t estimate(uint64_t left, size_t from, size_t to) {
+    uint64_t const likely = left * to / from;
+    return std::min(likely + likely / 16, left * growth<In, Out>);
 }
 
 // Appends the converted text to the empty `out`; false, with `out` unfinished, when the core gives up.
@@ -250,7 +249,8 @@ bool convert(std::basic_string<In> const& text, std::basic_string<Out>& out, cor
         auto const count = static_cast<size_t>(at.to - block);
         if (out.empty() && at.from < end) {
             auto const converted = static_cast<size_t>(at.from - begin);
-            out.reserve(std::min(out.max_size(), count + estimate<In, Out>(at.left(end), converted, count)));
+            uint64_t const expected = count + estimate<In, Out>(at.left(end), converted, count);
+            out.reserve(static_cast<size_t>(std::min<uint64_t>(expected, out.max_size())));
         }
         out.append(block, count);
     }
@@ -363,6 +363,11 @@ unsigned long character_index(ustring8 const& text, unsigned long n) {
     if (n >= text.size()) return no_index;
     size_t index = 0;
     for (; n > 0; --n) {
+        constexpr size_t step = units_per_word<char>;
+        while (n > step && text.size() - index > step && !(load_word(&text[index]) & non_ascii_bits<char>)) {
+            index += step;
+            n -= step;
+        }
         if (index >= text.size()) return no_index;
         unsigned int const length = decode_utf8(text.data() + index, text.size() - index).length;
         if (!length) return no_index;
@@ -402,7 +407,16 @@ ustring16 swap_string_bytes_order(ustring16 const& text) {
 }
 
 void modify_swap_string_bytes_order(ustring16& text) {
-    for (unsigned short& unit : text) unit = static_cast<unsigned short>(unit << 8 | unit >> 8);
+    constexpr size_t step = units_per_word<unsigned short>;
+    constexpr uint64_t low_bytes = 0x00FF00FF00FF00FF;
+    unsigned short* p = text.data();
+    size_t left = text.size();
+    for (; left >= step; left -= step, p += step) {
+        uint64_t const word = load_word(p);
+        uint64_t const swapped = (word & low_bytes) << 8 | (word >> 8 & low_bytes);
+        std::memcpy(p, &swapped, sizeof swapped);
+    }
+    for (; left > 0; --left, ++p) *p = static_cast<unsigned short>(*p << 8 | *p >> 8);
 }
 
 ustring16 check_BOM_and_swap(ustring16 const& text) {
