@@ -214,6 +214,25 @@ ZOLT_AVX512_INLINE wchar_t* put_units(utf8_window const& w, uint64_t continuatio
     return to + count;
 }
 
+// 16 characters of four bytes as two numbers a character: the upper 9 of its 21 bits and the lower 12.
+ZOLT_AVX512_INLINE __m512i join_fours(__m512i bytes) {
+    __m512i const bits = _mm512_and_si512(bytes, all32(0x3F3F3F07));
+    return _mm512_maddubs_epi16(bits, all16(0x0140));
+}
+
+ZOLT_AVX512_INLINE unsigned short* put_fours(__m512i bytes, unsigned short* to) {
+    __m512i const parts = join_fours(bytes);
+    __m512i const low = _mm512_ternarylogic_epi32(parts, all32(0x03FF0000), _mm512_srli_epi32(parts, 26), 0xEA);
+    __m512i const high = _mm512_and_si512(_mm512_slli_epi32(parts, 2), all32(0x7FC));
+    store(to, _mm512_add_epi32(_mm512_or_si512(low, high), all32(0xDC00D7C0)));
+    return to + 32;
+}
+
+ZOLT_AVX512_INLINE wchar_t* put_fours(__m512i bytes, wchar_t* to) {
+    store(to, _mm512_madd_epi16(join_fours(bytes), all32(0x00011000)));
+    return to + 16;
+}
+
 // Whole windows of ASCII, up to where one begins at `stop` or behind it or another character stands.
 template <typename Out>
 ZOLT_AVX512_INLINE bool copy_ascii(cursor<char, Out>& at, char const* stop, char const* end) {
@@ -242,7 +261,11 @@ ZOLT_AVX512_INLINE bool convert_window(cursor<char, Out>& at, size_t count, bool
     uint64_t const continuations = not_ascii & ~now.leads;
     if (now.continuations(before) != continuations) return false;
     if (now.leads4 && _mm512_cmpge_epu8_mask(bytes, all8(0xF8))) return false;
-    at.to = put_units(look_back(at.from, bytes, count, first), continuations, lanes, now, before, k, at.to);
+    if (now.leads4 == 0x1111111111111111 && now.leads == now.leads4) {
+        at.to = put_fours(bytes, at.to);
+    } else {
+        at.to = put_units(look_back(at.from, bytes, count, first), continuations, lanes, now, before, k, at.to);
+    }
     at.from += count;
     before = now;
     return true;
@@ -478,6 +501,14 @@ ZOLT_AVX512 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short c
         } else {
             surrogates pairs;
             if (!find_pairs(w, found, left, pairs, low_surrogate_bit)) return stuck<unsigned short, wchar_t>;
+            if (_cvtmask32_u32(pairs.high) == 0x55555555) {
+                __m512i const top = _mm512_slli_epi32(_mm512_and_si512(w.units, all32(0x3FF)), 10);
+                __m512i const rest = _mm512_and_si512(_mm512_srli_epi32(w.units, 16), all32(0x3FF));
+                store(at.to, _mm512_add_epi32(_mm512_or_si512(top, rest), all32(0x10000)));
+                at.from += 32;
+                at.to += 16;
+                continue;
+            }
             uint32_t const kept = low_bits(w.count) & ~pairs.high;
             uint32_t const lows = pairs.low;
             __m512i const before = load_before(at.from, w.count);
@@ -535,21 +566,32 @@ ZOLT_AVX512_INLINE bool put_units(wchar_t const* from, encoder_constants const& 
     return true;
 }
 
+// A window of any codes; false where one is a surrogate.
+ZOLT_AVX512_INLINE bool convert_window(from_32_to_8& at, wchar_t const* end) {
+    window const w = load_window(at.from, at.left(end));
+    if (holds_surrogate(w.units)) return false;
+    if (not_below(w.units, 0x110000)) {
+        at = portable_cores.utf32_to_utf8(at, at.from + w.count, end);
+    } else {
+        at.to = put_four(w, at.to);
+        at.from += w.count;
+    }
+    return at.to != nullptr;
+}
+
 ZOLT_AVX512 from_32_to_8 utf32_to_utf8_core(from_32_to_8 at, wchar_t const* stop, wchar_t const* end) {
-    encoder_constants const k;
+    if (at.left(end) >= 32) { // else the constants are not worth making
+        encoder_constants const k;
+        while (at.from < stop && at.left(end) >= 32) {
+            if (put_units(at.from, k, at.to)) {
+                at.from += 32;
+            } else if (!convert_window(at, end) || !convert_window(at, end)) {
+                return stuck<wchar_t, char>;
+            }
+        }
+    }
     while (at.from < stop) {
-        if (at.left(end) >= 32 && put_units(at.from, k, at.to)) {
-            at.from += 32;
-            continue;
-        }
-        window const w = load_window(at.from, at.left(end));
-        if (holds_surrogate(w.units)) return stuck<wchar_t, char>;
-        if (not_below(w.units, 0x110000)) {
-            at = portable_cores.utf32_to_utf8(at, at.from + w.count, end);
-        } else {
-            at.to = put_four(w, at.to);
-            at.from += w.count;
-        }
+        if (!convert_window(at, end)) return stuck<wchar_t, char>;
     }
     return at;
 }
