@@ -11,9 +11,10 @@
 //     latin.as_utf8("caf\xE9");         // "caf\xC3\xA9"
 //     latin.encode("\xE4\xB8\xAD");     // "???": U+4E2D has three bytes
 //
-// Every conversion opens and closes a converter of its own, so one code_page may serve several
-// threads at once. Exceptions carry "strings/code_page" as their file and "to_system_type", "encode"
-// or "as_utf8" as their function.
+// A conversion opens and closes a converter of its own, or uses what the C library has once told about
+// a page of single bytes, which never changes; so one code_page may serve several threads at once.
+// Exceptions carry "strings/code_page" as their file and "to_system_type", "encode" or "as_utf8" as
+// their function.
 #pragma once
 
 #include <zolt/export.hpp>
