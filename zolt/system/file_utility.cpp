@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// Straight system calls, so that a file goes into its string with one allocation and without a second
-// buffer. File offsets have 64 bits on every build: the definition below has to stand first.
+// Straight system calls, and no more of them than needed: a file of a few pages costs less to read than two of
+// them. Its beginning goes through a buffer, which tells a directory before the content is touched; the rest
+// goes into its string with one allocation and, where the C++ library lets it, without writing zeros there
+// first. File offsets have 64 bits on every build: the definition below has to stand first.
 #define _FILE_OFFSET_BITS 64
 
 #include <zolt/system/file_utility.hpp>
@@ -15,6 +17,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstring>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -52,18 +55,20 @@ public:
         return ::fstat(m_descriptor, &status) == 0 && S_ISDIR(status.st_mode);
     }
 
-    /// Negative when the file cannot be seeked.
-    long long seek(int origin) const noexcept { return ::lseek(m_descriptor, 0, origin); }
+    /// Where seeking finds the end; negative when the file cannot be seeked.
+    long long size() const noexcept { return ::lseek(m_descriptor, 0, SEEK_END); }
 
-    /// The number of bytes read: less than asked for at the end of the file and after an error.
+    /// The number of bytes read from where the file stands: less than asked for at its end and after an error.
     std::size_t read(char* target, std::size_t size) const noexcept {
-        std::size_t done = 0;
-        while (done < size) {
-            ssize_t const got = uninterrupted([&] { return ::read(m_descriptor, target + done, size - done); });
-            if (got <= 0) break;
-            done += static_cast<std::size_t>(got);
-        }
-        return done;
+        return fill(target, size,
+                    [this](char* rest, std::size_t left, std::size_t) { return ::read(m_descriptor, rest, left); });
+    }
+
+    /// The same from a place in a file that can be seeked.
+    std::size_t read_at(std::size_t place, char* target, std::size_t size) const noexcept {
+        return fill(target, size, [this, place](char* rest, std::size_t left, std::size_t done) {
+            return ::pread(m_descriptor, rest, left, static_cast<off_t>(place + done));
+        });
     }
 
     void write(char const* source, std::size_t size) const noexcept {
@@ -76,6 +81,17 @@ public:
     }
 
 private:
+    template <typename Read>
+    static std::size_t fill(char* target, std::size_t size, Read read) noexcept {
+        std::size_t done = 0;
+        while (done < size) {
+            ssize_t const got = uninterrupted([&] { return read(target + done, size - done, done); });
+            if (got <= 0) break;
+            done += static_cast<std::size_t>(got);
+        }
+        return done;
+    }
+
     int m_descriptor = -1;
 };
 
@@ -86,11 +102,31 @@ private:
                                     "system/file_utility", "load_file");
 }
 
-void load_known_size(open_file const& file, std::size_t size, std::string& content) {
+/// Makes the string `size` bytes long and has `write(data)` write all of them.
+template <typename Write>
+void overwrite(std::string& content, std::size_t size, Write write) {
+#ifdef __cpp_lib_string_resize_and_overwrite
+    content.resize_and_overwrite(size, [&write](char* data, std::size_t length) {
+        write(data);
+        return length;
+    });
+#else
     content.resize(size);
-    file.seek(SEEK_SET);
-    std::size_t const got = file.read(content.data(), size);
-    std::fill(content.begin() + static_cast<std::ptrdiff_t>(got), content.end(), '\0');
+    write(content.data());
+#endif
+}
+
+/// False for a directory.
+bool load_known_size(open_file const& file, std::size_t size, std::string& content) {
+    char beginning[0x2000];
+    std::size_t const begun = file.read_at(0, beginning, std::min(size, sizeof beginning));
+    if (begun == 0 && file.is_directory()) return false;
+    overwrite(content, size, [&](char* data) {
+        std::memcpy(data, beginning, begun);
+        std::size_t const got = begun + file.read_at(begun, data + begun, size - begun);
+        std::memset(data + got, 0, size - got); // it has become shorter, or cannot be read
+    });
+    return true;
 }
 
 void load_to_end(open_file const& file, std::string& content, unsigned int raise_line) {
@@ -110,13 +146,15 @@ void load_to_end(open_file const& file, std::string& content, unsigned int raise
 
 unsigned int load(strings::ustring8 const& name, std::string& content, unsigned int raise_line) {
     open_file const file(name, O_RDONLY);
-    if (!file.is_open() || file.is_directory()) return 1;
-    long long const size = file.seek(SEEK_END);
+    if (!file.is_open()) return 1;
+    long long const size = file.size();
+    if (size > 0 && size <= max_size) return load_known_size(file, static_cast<std::size_t>(size), content) ? 0 : 1;
+    if (file.is_directory()) return 1;
     if (size > max_size) raise_too_large(size, raise_line);
     if (size < 0) {
         load_to_end(file, content, raise_line);
     } else {
-        load_known_size(file, static_cast<std::size_t>(size), content);
+        content.clear();
     }
     return 0;
 }
