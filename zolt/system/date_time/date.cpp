@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// Day numbers count in years that begin on 1 March, so that the leap day is a year's last, and within
-// a year in pairs of months: all pairs have 61 days but July and August, which have 62. Each pair's first
-// month has 31 days, in September and October and in November and December it has 30.
+// Day numbers count in years that begin on 1 March, so that the leap day is a year's last. Within such a year
+// the lengths of the months repeat after five: 31, 30, 31, 30, 31 days; so a straight line, rounded down, runs
+// through the months' first days. Divisions by the lengths of centuries and years become multiplications
+// with days in quarters: a century has 146097 of them, a year 1461.
 #include <zolt/system/date_time/date.hpp>
 
 #include <zolt/exceptions/exception.hpp>
@@ -28,22 +29,10 @@ constexpr range_fault no_day_before{"date value out of valid range", 146, "minus
     throw exceptions::out_of_range(fault.message, fault.line, "system/date_time/date", fault.label);
 }
 
-constexpr unsigned int days_of_400_years = 146097;
-constexpr unsigned int days_of_century = 36524;
-constexpr unsigned int days_of_4_years = 1461;
-constexpr unsigned int days_of_year = 365;
-constexpr unsigned int days_of_pair = 61;
-constexpr unsigned int august = 2; // the pair that ends with August and has one day more
-constexpr unsigned int last_of_august = 184;
+/// From 1 March to the first of each month; a date without a month counts as December.
+constexpr unsigned short days_before_month[13] = {275, 306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275};
 
-constexpr unsigned int first_month_length(unsigned int pair) noexcept { return pair == 3 || pair == 4 ? 30 : 31; }
-
-/// How often the length fits; leaves what remains.
-unsigned int take_out(unsigned int& rest, unsigned int length) noexcept {
-    unsigned int const count = rest / length;
-    rest %= length;
-    return count;
-}
+constexpr unsigned int leap_day = 365; // of the year that begins on 1 March
 
 void move_to(date& target, unsigned int number) {
     date moved;
@@ -66,6 +55,7 @@ date date::local_date() { return _private::read_seconds_clock(_private::clock_zo
 date date::UTC_date() { return _private::read_seconds_clock(_private::clock_zone::utc).date(); }
 
 unsigned int date::day() const noexcept {
+    if (m_day <= 28) return m_day;
     unsigned int length = 31;
     if (m_month == 4 || m_month == 6 || m_month == 9 || m_month == 11) length = 30;
     if (m_month == 2) length = is_leap_year() ? 29 : 28;
@@ -85,33 +75,26 @@ unsigned int date::day(unsigned int value) {
 bool date::is_leap_year() const noexcept { return (m_year % 4 == 0 && m_year % 100 != 0) || m_year % 400 == 0; }
 
 unsigned int date::pJulian_day_number() const noexcept {
-    bool const ends_year = m_month < 3;
-    unsigned int const year = ends_year ? m_year - 1 : m_year;
-    unsigned int const month = (ends_year ? m_month + 12 : m_month) - 3;
-    unsigned int const pair = month / 2;
-    unsigned int const leap_days = year / 4 - (year / 100 - year / 400);
-    unsigned int const first_month = month % 2 != 0 ? first_month_length(pair) : 0;
-    return days_of_year * year + leap_days + days_of_pair * pair + (pair > august ? 1 : 0) + first_month + m_day;
+    unsigned int const year = m_month < 3 ? m_year - 1 : m_year;
+    unsigned int const century = year / 100;
+    return 365 * year + year / 4 - century + century / 4 + days_before_month[m_month] + m_day;
 }
 
 void date::pJulian_day_number(unsigned int number) noexcept {
-    // The counts of centuries and of years are not held below 4; that is what passes over the leap day.
-    unsigned int rest = number - 1;
-    unsigned int year = 400 * take_out(rest, days_of_400_years);
-    year += 100 * take_out(rest, days_of_century);
-    year += 4 * take_out(rest, days_of_4_years);
-    year += take_out(rest, days_of_year);
+    constexpr unsigned int days_of_400_years = 146097, quarters_of_century = 146097, quarters_of_year = 1461;
+    unsigned int const quarters = 4 * ((number - 1) % days_of_400_years) + 3;
+    unsigned int const century = 4 * ((number - 1) / days_of_400_years) + quarters / quarters_of_century;
+    unsigned int const rest = quarters % quarters_of_century | 3; // the last quarter of its day
+    unsigned int const year = rest / quarters_of_year;
+    unsigned int const day = rest % quarters_of_year / 4;
 
-    unsigned int const day_of_year = rest + 1;
-    unsigned int const pair = (rest - (day_of_year >= last_of_august ? 1 : 0)) / days_of_pair;
-    unsigned int const day_of_pair = day_of_year - days_of_pair * pair - (pair > august ? 1 : 0);
-    unsigned int const first_month = first_month_length(pair);
-    bool const in_second = day_of_pair > first_month;
-    unsigned int const month = 2 * pair + (in_second ? 1 : 0); // 0 is March, 10 January
-
-    m_day = in_second ? day_of_pair - first_month : day_of_pair;
+    // The leap day is the first of the next year, as if it were counted in years of 365 days.
+    bool const ends_year = day >= days_before_month[1];
+    unsigned int const line = day == leap_day ? 0 : 5 * day + 2; // 153 for five months
+    unsigned int const month = line / 153;
+    m_day = line % 153 / 5 + 1;
     m_month = month < 10 ? month + 3 : month - 9;
-    m_year = month < 10 ? year : year + 1;
+    m_year = 100 * century + year + (ends_year ? 1 : 0);
 }
 
 date& date::assign(date const& other) noexcept {
