@@ -1,10 +1,5 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
-//
-// Day numbers count in years that begin on 1 March, so that the leap day is a year's last. Within such a year
-// the lengths of the months repeat after five: 31, 30, 31, 30, 31 days; so a straight line, rounded down, runs
-// through the months' first days. Divisions by the lengths of centuries and years become multiplications
-// with days in quarters: a century has 146097 of them, a year 1461.
 #include <zolt/system/date_time/date.hpp>
 
 #include <zolt/exceptions/exception.hpp>
@@ -29,10 +24,9 @@ constexpr range_fault no_day_before{"date value out of valid range", 146, "minus
     throw exceptions::out_of_range(fault.message, fault.line, "system/date_time/date", fault.label);
 }
 
-/// From 1 March to the first of each month; a date without a month counts as December.
-constexpr unsigned short days_before_month[13] = {275, 306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275};
-
-constexpr unsigned int leap_day = 365; // of the year that begins on 1 March
+// These are inline, but programs may call them here, too.
+[[gnu::used]] unsigned int (date::*const reading[])() const noexcept = {&date::day, &date::pJulian_day_number};
+[[gnu::used]] void (date::*const writing)(unsigned int) noexcept = &date::pJulian_day_number;
 
 void move_to(date& target, unsigned int number) {
     date moved;
@@ -54,14 +48,6 @@ date date::local_date() { return _private::read_seconds_clock(_private::clock_zo
 
 date date::UTC_date() { return _private::read_seconds_clock(_private::clock_zone::utc).date(); }
 
-unsigned int date::day() const noexcept {
-    if (m_day <= 28) return m_day;
-    unsigned int length = 31;
-    if (m_month == 4 || m_month == 6 || m_month == 9 || m_month == 11) length = 30;
-    if (m_month == 2) length = is_leap_year() ? 29 : 28;
-    return m_day < length ? m_day : length;
-}
-
 unsigned int date::month(unsigned int value) {
     if (!is_valid_month(value)) raise(invalid_month);
     return m_month = value;
@@ -73,29 +59,6 @@ unsigned int date::day(unsigned int value) {
 }
 
 bool date::is_leap_year() const noexcept { return (m_year % 4 == 0 && m_year % 100 != 0) || m_year % 400 == 0; }
-
-unsigned int date::pJulian_day_number() const noexcept {
-    unsigned int const year = m_month < 3 ? m_year - 1 : m_year;
-    unsigned int const century = year / 100;
-    return 365 * year + year / 4 - century + century / 4 + days_before_month[m_month] + m_day;
-}
-
-void date::pJulian_day_number(unsigned int number) noexcept {
-    constexpr unsigned int days_of_400_years = 146097, quarters_of_century = 146097, quarters_of_year = 1461;
-    unsigned int const quarters = 4 * ((number - 1) % days_of_400_years) + 3;
-    unsigned int const century = 4 * ((number - 1) / days_of_400_years) + quarters / quarters_of_century;
-    unsigned int const rest = quarters % quarters_of_century | 3; // the last quarter of its day
-    unsigned int const year = rest / quarters_of_year;
-    unsigned int const day = rest % quarters_of_year / 4;
-
-    // The leap day is the first of the next year, as if it were counted in years of 365 days.
-    bool const ends_year = day >= days_before_month[1];
-    unsigned int const line = day == leap_day ? 0 : 5 * day + 2; // 153 for five months
-    unsigned int const month = line / 153;
-    m_day = line % 153 / 5 + 1;
-    m_month = month < 10 ? month + 3 : month - 9;
-    m_year = 100 * century + year + (ends_year ? 1 : 0);
-}
 
 date& date::assign(date const& other) noexcept {
     m_year = other.m_year;

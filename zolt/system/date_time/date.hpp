@@ -36,7 +36,7 @@ public:
     unsigned int year() const noexcept { return m_year; }
     unsigned int month() const noexcept { return m_month; }
     /// The stored day or, where the stored month is shorter, the last day of that month.
-    unsigned int day() const noexcept;
+    ZOLT_API unsigned int day() const noexcept;
 
     /// Each setter returns the value that it stored; any year is accepted.
     /// @throws exceptions::out_of_range unless is_valid_month or is_valid_day; the date is unchanged.
@@ -57,11 +57,11 @@ public:
     /// counts, so 31 February is the day of 3 March (2 March in a leap year).
     /// Kept: the count is taken modulo 2^32. January and February of year 0 share numbers with dates of the
     /// year 2851611, and from 21 March 11759221 on the numbers start again at 1.
-    unsigned int pJulian_day_number() const noexcept;
+    ZOLT_API unsigned int pJulian_day_number() const noexcept;
     /// Sets all fields from such a count.
     /// Kept: the number of a 29 February sets 1 March of that year, as the last day of each cycle of four and
     /// of 400 years is taken for the first one of the next. The number 0 sets 20 March 11759221.
-    void pJulian_day_number(unsigned int number) noexcept;
+    ZOLT_API void pJulian_day_number(unsigned int number) noexcept;
 
     date& operator=(date const& other) noexcept { return assign(other); }
     date& operator+=(date_duration const& duration) { return plus_assign(duration); }
@@ -94,5 +94,49 @@ private:
     unsigned int m_month = 0;
     unsigned int m_day = 0;
 };
+
+// ------------------------------------------------------------------------------------------------
+// Inline, since a call into the library would take longer than the work itself.
+//
+// Day numbers count in years that begin on 1 March, so that the leap day is a year's last. Within such a
+// year the lengths of the months repeat after five: 31, 30, 31, 30, 31 days; so a straight line, rounded
+// down, runs through the months' first days. Counted in quarters of days, all centuries are equally long,
+// and so are all years.
+
+inline unsigned int date::day() const noexcept {
+    if (m_day <= 28) return m_day;
+    unsigned int length = 31;
+    if (m_month == 4 || m_month == 6 || m_month == 9 || m_month == 11) length = 30;
+    if (m_month == 2) length = is_leap_year() ? 29 : 28;
+    return m_day < length ? m_day : length;
+}
+
+inline unsigned int date::pJulian_day_number() const noexcept {
+    unsigned int const year = m_month < 3 ? m_year - 1 : m_year;
+    unsigned int const month = m_month < 3 ? m_month + 9 : m_month - 3;
+    unsigned int const century = year / 100;
+    return 365 * year + year / 4 - century + century / 4 + (153 * month + 2) / 5 + m_day;
+}
+
+inline void date::pJulian_day_number(unsigned int number) noexcept {
+    constexpr unsigned int quarters_of_century = 146097;
+    unsigned long long const quarters = 4ULL * (number - 1) + 3;
+    unsigned int const century = static_cast<unsigned int>(quarters / quarters_of_century);
+    unsigned int const rest = static_cast<unsigned int>(quarters % quarters_of_century) | 3;
+
+    // The quotient by 1461 stands above 32 bits, the rest, stretched, in them.
+    constexpr unsigned int stretch = 2939745; // 2^32 / 1461, rounded up
+    unsigned long long const years = static_cast<unsigned long long>(stretch) * rest;
+    unsigned int const year = static_cast<unsigned int>(years >> 32);
+    unsigned int const day = static_cast<unsigned int>(years) / stretch / 4;
+
+    // The line in the same way: 2141 is 2^16 * 5 / 153. A leap day, 365, counts as the first day of the next
+    // year, as if years had only 365.
+    unsigned int const line = day == 365 ? 1305 : 2141 * day + 1305;
+    unsigned int const month = line >> 16; // 0 is March, 10 January
+    m_day = (line & 0xFFFF) / 2141 + 1;
+    m_month = month < 10 ? month + 3 : month - 9;
+    m_year = 100 * century + year + (day >= 306 ? 1 : 0);
+}
 
 } // namespace ZOLT_2_18::system::date_time
