@@ -13,8 +13,10 @@
 #include <zolt/generic/convert/str_to_x.hpp>
 
 #include <zolt/exceptions/exception.hpp>
+#include <zolt/generic/convert/digit_block_private.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <charconv>
 #include <clocale>
@@ -169,8 +171,9 @@ magnitude_t<T> read_magnitude(cursor<C>& at, Radix radix, bool negative) {
     return {value, true};
 }
 
+/// Reads any text.
 template <typename T, typename C>
-T read_integer(C const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {
+[[gnu::noinline]] T read_any(C const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {
     constexpr bool is_signed = std::is_signed_v<T>;
     constexpr raise_sites const& sites = is_signed ? signed_sites : unsigned_sites;
     using limits = magnitude_t<T>;
@@ -188,6 +191,175 @@ T read_integer(C const* text, unsigned long length, radix_t::base radix, bool th
     if constexpr (is_signed) return static_cast<T>(0 - magnitude.value);
     if (magnitude.value != 0 && throw_on_overflow) raise(sites, failure::negative);
     return 0;
+}
+
+// The usual number is read by one of three functions below: no blanks in front, nothing behind, few enough
+// digits to gather them unchecked, within the range of its type. Whatever else turns up, read_any starts again
+// from the beginning.
+
+constexpr auto digit_values = [] {
+    std::array<unsigned char, 256> values{};
+    for (std::uint32_t unit = 0; unit < values.size(); ++unit) {
+        values[unit] = static_cast<unsigned char>(unit < 0x80 ? digit_value(unit) : 36);
+    }
+    return values;
+}();
+
+template <typename C>
+std::uint64_t listed_value(C unit) {
+    return sizeof(C) == 1 || code(unit) < digit_values.size() ? digit_values[code(unit)] : 36;
+}
+
+/// By radix: how many digits make a number of 64 bits whatever they are.
+constexpr auto safe_counts = [] {
+    std::array<unsigned char, 37> counts{};
+    for (std::uint64_t radix = 2; radix < counts.size(); ++radix) {
+        std::uint64_t largest = 0;
+        for (; largest <= (std::numeric_limits<std::uint64_t>::max() - (radix - 1)) / radix; ++counts[radix]) {
+            largest = largest * radix + (radix - 1);
+        }
+    }
+    return counts;
+}();
+
+/// What a sign and a magnitude make of a T.
+template <typename T>
+struct signed_number {
+    bool negative;
+
+    bool can_be(std::uint64_t magnitude) const {
+        constexpr auto max = static_cast<std::uint64_t>(std::numeric_limits<T>::max());
+        if constexpr (std::is_signed_v<T>) return magnitude <= max + negative;
+        return magnitude <= max && !negative;
+    }
+    T of(std::uint64_t magnitude) const {
+        return static_cast<T>((magnitude ^ (0 - std::uint64_t{negative})) + negative);
+    }
+};
+
+template <typename C>
+C const* behind_sign(C const* text) {
+    return text + ((*text == '-') | (*text == '+'));
+}
+
+/// The text ends before its NUL.
+template <typename T, typename C>
+[[gnu::noinline]] T read_terminated(C const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {
+    auto const unusual = [&] { return read_any<T>(text, length, radix, throw_on_overflow); };
+    std::uint64_t const base = radix;
+    if (base - 2 > 34) return unusual();
+    signed_number<T> const number{*text == '-'};
+    C const* const digits = behind_sign(text);
+    C const* at = digits;
+    std::uint64_t magnitude = 0;
+    for (std::uint64_t digit = 0; (digit = listed_value(*at)) < base; ++at) magnitude = magnitude * base + digit;
+    auto const count = static_cast<std::size_t>(at - digits);
+    bool const is_usual = count - 1 < safe_counts[base] && number.can_be(magnitude);
+    return is_usual ? number.of(magnitude) : unusual();
+}
+
+/// Radix 10: one after the other up to seven digits, by eight from there on, the parts in front filled up with
+/// zeros.
+template <typename T>
+[[gnu::always_inline]] inline T read_decimal(char const* text, unsigned long length, radix_t::base radix,
+                                             bool throw_on_overflow) {
+    using namespace _private;
+    auto const unusual = [&] { return read_any<T>(text, length, radix, throw_on_overflow); };
+    signed_number<T> const number{*text == '-'};
+    char const* const digits = behind_sign(text);
+    char const* const end = text + length;
+    auto const count = static_cast<std::size_t>(end - digits);
+    constexpr bool is_wide = sizeof(T) > 4; // more than 16 digits are too many for 32 bits
+    if (count == 0 || count > (is_wide ? 19 : 16)) return unusual();
+
+    if (count < 8) {
+        std::uint32_t magnitude = 0, others = 0; // others is "negative" when there is a unit that is no digit
+        auto left = digits - end;
+        do {
+            auto const digit = static_cast<unsigned char>(end[left] - '0');
+            others |= 9u - digit;
+            magnitude = magnitude * 10 + digit;
+        } while (++left);
+        bool const is_usual = static_cast<std::int32_t>(others) >= 0 && number.can_be(magnitude);
+        return is_usual ? number.of(magnitude) : unusual();
+    }
+    auto const last = digit_values_at(end - 8);
+    auto others = beyond_nine(last);
+    std::uint64_t magnitude = decimal_number(last);
+    if (count > 8) {
+        auto const middle = count < 16 ? digit_values_at(digits) << (128 - 8 * count) : digit_values_at(end - 16);
+        others |= beyond_nine(middle);
+        magnitude += decimal_number(middle) * 100'000'000;
+    }
+    if (is_wide && count > 16) {
+        auto const first = digit_values_at(digits) << (192 - 8 * count);
+        others |= beyond_nine(first);
+        magnitude += decimal_number(first) * 10'000'000'000'000'000;
+    }
+    return others == 0 && number.can_be(magnitude) ? number.of(magnitude) : unusual();
+}
+
+/// The number that 8 to 64 binary digits make; false when one is none.
+inline bool read_binary(char const* digits, char const* end, std::uint64_t& number) {
+    auto left = end - digits;
+    std::uint64_t others = 0;
+    for (; left > 8; digits += 8, left -= 8) {
+        auto const values = _private::digit_values_at(digits);
+        others |= _private::beyond_one(values);
+        number = number << 8 | _private::binary_number(values);
+    }
+    auto const values = _private::digit_values_at(end - 8);
+    number = number << left | (_private::binary_number(values) & ((1u << left) - 1));
+    return (others | _private::beyond_one(values)) == 0;
+}
+
+/// Any radix, in a text of known length.
+template <typename T, typename C>
+[[gnu::noinline]] T read_bounded(C const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {
+    auto const unusual = [&] { return read_any<T>(text, length, radix, throw_on_overflow); };
+    signed_number<T> const number{*text == '-'};
+    C const* digits = behind_sign(text);
+    C const* const end = text + length;
+    std::uint64_t base = radix;
+    if (base - 2 > 34) {
+        if (base != 0 || digits == end || *digits == '\\') return unusual();
+        if (*digits != '0') {
+            if constexpr (sizeof(C) == 1) return read_decimal<T>(text, length, radix, throw_on_overflow);
+            base = 10;
+        } else {
+            if (++digits == end) return 0;
+            auto const letter = code(*digits) | 0x20;
+            base = letter == 'x' ? 16 : letter == 'b' ? 2 : 8;
+            digits += base != 8;
+        }
+    }
+    if (static_cast<std::size_t>(end - digits) - 1 >= safe_counts[base]) return unusual();
+    std::uint64_t magnitude = 0;
+    if constexpr (sizeof(C) == 1) {
+        if (base == 2 && end - digits >= 8) {
+            bool const is_usual = read_binary(digits, end, magnitude) && number.can_be(magnitude);
+            return is_usual ? number.of(magnitude) : unusual();
+        }
+    }
+    std::uint64_t others = 0; // "negative" when there is a unit that is no digit
+    auto left = digits - end;
+    do {
+        auto const digit = listed_value(end[left]);
+        others |= base - 1 - digit;
+        magnitude = magnitude * base + digit;
+    } while (++left);
+    bool const is_usual = static_cast<std::int64_t>(others) >= 0 && number.can_be(magnitude);
+    return is_usual ? number.of(magnitude) : unusual();
+}
+
+template <typename T, typename C>
+[[gnu::always_inline]] inline T read_integer(C const* text, unsigned long length, radix_t::base radix,
+                                             bool throw_on_overflow) {
+    if (length == 0) return read_terminated<T>(text, length, radix, throw_on_overflow);
+    if constexpr (sizeof(C) == 1) {
+        if (radix == radix_t::decimal) return read_decimal<T>(text, length, radix, throw_on_overflow);
+    }
+    return read_bounded<T>(text, length, radix, throw_on_overflow);
 }
 
 // --- Floating point --------------------------------------------------------------------------------------
