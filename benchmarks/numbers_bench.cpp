@@ -42,7 +42,8 @@ std::vector<T> integers() {
     std::mt19937_64 random(7);
     std::vector<T> result(batch);
     for (T& value : result) {
-        value = static_cast<T>(static_cast<std::make_unsigned_t<T>>(random()) >> (1 + random() % (sizeof(T) * 8 - 1)));
+        value =
+            static_cast<T>(static_cast<std::make_unsigned_t<T>>(random()) >> (1 + random() % (sizeof(T) * 8 - 1)));
         if (random() % 2) value = static_cast<T>(-value);
     }
     return result;
@@ -132,14 +133,24 @@ void add_text_to_integer(std::string const& name) {
             return zolt_read(T(), text.data(), static_cast<unsigned long>(text.size()), radix);
         });
         switch (base) { // from_chars is an inline function: it gets its radix as the constant it is
-        case 0: side(task, "from_chars", inputs, [](auto& text) { return by_from_chars_and_prefix<T>(text); }); break;
-        case 2: side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 2); }); break;
-        case 10: side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 10); }); break;
-        case 16: side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 16); }); break;
-        default: side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 36); });
+        case 0:
+            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars_and_prefix<T>(text); });
+            break;
+        case 2:
+            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 2); });
+            break;
+        case 10:
+            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 10); });
+            break;
+        case 16:
+            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 16); });
+            break;
+        default:
+            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 36); });
         }
         side(task, "strtol", inputs, [radix = base](strings::ustring8 const& text) {
-            if constexpr (sizeof(T) <= sizeof(long)) return static_cast<T>(std::strtol(text.c_str(), nullptr, radix));
+            if constexpr (sizeof(T) <= sizeof(long))
+                return static_cast<T>(std::strtol(text.c_str(), nullptr, radix));
             return static_cast<T>(std::strtoll(text.c_str(), nullptr, radix));
         });
         if (base == 2 || base == 36) continue; // no stream reads these
@@ -148,7 +159,9 @@ void add_text_to_integer(std::string const& name) {
             T value = 0;
             stream.clear();
             stream.str(text);
-            stream.setf(radix == 10 ? std::ios::dec : radix == 16 ? std::ios::hex : std::ios::fmtflags(),
+            stream.setf(radix == 10   ? std::ios::dec
+                        : radix == 16 ? std::ios::hex
+                                      : std::ios::fmtflags(),
                         std::ios::basefield);
             stream >> value;
             return value;
@@ -160,7 +173,8 @@ void add_c_strings() {
     static texts_t const inputs = texts(integers<int>(), [](int value) { return text_of(value, 10); });
     bench::comparison task("numbers/text_to_int32/c_string", batch);
     side(task, "zolt", inputs, [](auto& text) { return convert::str_to_int32(text.c_str(), 0, radix_t::decimal); });
-    side(task, "strtol", inputs, [](auto& text) { return static_cast<int>(std::strtol(text.c_str(), nullptr, 10)); });
+    side(task, "strtol", inputs,
+         [](auto& text) { return static_cast<int>(std::strtol(text.c_str(), nullptr, 10)); });
 }
 
 void add_text_to_double() {
@@ -173,7 +187,8 @@ void add_text_to_double() {
                            return strings::ustring8(text, text + std::snprintf(text, sizeof text, "%.2f", number));
                        }));
     for (double& number : numbers) {
-        number = std::ldexp(static_cast<double>(random() >> (random() % 60)), static_cast<int>(random() % 200) - 120);
+        number =
+            std::ldexp(static_cast<double>(random() >> (random() % 60)), static_cast<int>(random() % 200) - 120);
     }
     forms.emplace_back("shortest", texts(numbers, [](double number) {
                            char text[40];
@@ -229,9 +244,14 @@ void add_integer_to_text(std::string const& name) {
             return convert::lltoa(value, to, radix);
         });
         switch (radix) { // as for from_chars
-        case 10: side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n).ptr = 0; }); break;
-        case 16: side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n, 16).ptr = 0; }); break;
-        default: side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n, 36).ptr = 0; });
+        case 10:
+            side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n).ptr = 0; });
+            break;
+        case 16:
+            side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n, 16).ptr = 0; });
+            break;
+        default:
+            side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n, 36).ptr = 0; });
         }
 #if PEER_FMT
         if (radix == 10) {
@@ -262,8 +282,10 @@ void add_to_str(std::string const& name, std::vector<T> const& numbers) {
               }));
     if constexpr (std::is_integral_v<T>) task.side("to_string", by([](T value) { return std::to_string(value); }));
 #if PEER_FMT
-    if constexpr (std::is_integral_v<T>) task.side("fmt", by([](T value) { return fmt::to_string(value); }));
-    else task.side("fmt", by([](T value) { return fmt::format(FMT_COMPILE("{:g}"), value); }));
+    if constexpr (std::is_integral_v<T>)
+        task.side("fmt", by([](T value) { return fmt::to_string(value); }));
+    else
+        task.side("fmt", by([](T value) { return fmt::format(FMT_COMPILE("{:g}"), value); }));
 #endif
 }
 
@@ -294,7 +316,8 @@ void add_binary() {
                      return std::string(reinterpret_cast<char const*>(&image), sizeof image);
                  }));
     bench::comparison readers("numbers/bin_str_to_int32/big_endian", batch);
-    readers.side("zolt", unpack([](std::string const& image) { return convert::big_endian::bin_str_to_int32(image); }));
+    readers.side("zolt",
+                 unpack([](std::string const& image) { return convert::big_endian::bin_str_to_int32(image); }));
     readers.side("memcpy", unpack([](std::string const& image) {
                      std::uint32_t value = 0;
                      if (image.size() >= sizeof value) std::memcpy(&value, image.data(), sizeof value);

@@ -30,7 +30,8 @@ constexpr std::uint64_t decimal_number(std::uint64_t values) {
     std::uint64_t const pairs = values * 10 + (values >> 8);
     constexpr std::uint64_t every_fourth_byte = 0x000000FF000000FF;
     return ((pairs & every_fourth_byte) * (100 + (std::uint64_t{1'000'000} << 32)) +
-            (pairs >> 16 & every_fourth_byte) * (1 + (std::uint64_t{10'000} << 32))) >> 32;
+            (pairs >> 16 & every_fourth_byte) * (1 + (std::uint64_t{10'000} << 32))) >>
+           32;
 }
 
 /// Not 0 when a value is above 1.

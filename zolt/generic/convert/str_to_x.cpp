@@ -13,19 +13,20 @@
 #include <zolt/generic/convert/str_to_x.hpp>
 
 #include <zolt/exceptions/exception.hpp>
+#include <zolt/generic/convert/classic_locale_private.hpp>
 #include <zolt/generic/convert/digit_block_private.hpp>
+#include <zolt/generic/convert/nearest_binary_private.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <clocale>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
 #include <locale>
 #include <sstream>
-#include <system_error>
 #include <type_traits>
 
 namespace ZOLT_2_18::generic::convert {
@@ -244,7 +245,8 @@ C const* behind_sign(C const* text) {
 
 /// The text ends before its NUL.
 template <typename T, typename C>
-[[gnu::noinline]] T read_terminated(C const* text, unsigned long length, radix_t::base radix, bool throw_on_overflow) {
+[[gnu::noinline]] T read_terminated(C const* text, unsigned long length, radix_t::base radix,
+                                    bool throw_on_overflow) {
     auto const unusual = [&] { return read_any<T>(text, length, radix, throw_on_overflow); };
     std::uint64_t const base = radix;
     if (base - 2 > 34) return unusual();
@@ -365,16 +367,8 @@ template <typename T, typename C>
 // --- Floating point --------------------------------------------------------------------------------------
 
 constexpr bool is_classic_blank(char unit) { return unit == ' ' || (unit >= '\t' && unit <= '\r'); }
+constexpr bool is_digit(char unit) { return unit >= '0' && unit <= '9'; }
 constexpr bool is_exponent_mark(char unit) { return unit == 'e' || unit == 'E'; }
-
-/// from_chars is exact but for the 32-bit C++ library, whose x87 arithmetic rounds doubles twice; for
-/// long double it calls the C library by detours.
-template <typename T>
-#ifdef __i386__
-constexpr bool from_chars_serves = false;
-#else
-constexpr bool from_chars_serves = !std::is_same_v<T, long double>;
-#endif
 
 locale_t c_locale() {
     static locale_t const locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
@@ -387,50 +381,108 @@ void c_library_read(char const* text, char** stop, long double& value) {
     value = ::strtold_l(text, stop, c_locale());
 }
 
-/// Reads the number by the C library. `digits` stands behind its sign. Hexadecimal digits, which a
-/// stream does not read, leave the zero in front of the "x".
+/// Reads the number at `text`, which has no blanks in front, as the stream does: no infinities, no not-a-number,
+/// no hexadecimal digits, and an exponent mark needs digits behind it.
 template <typename T>
-char const* c_library_number(char const* number, char const* digits, T& value) {
-    if (digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X')) {
-        value = *number == '-' ? -T{0} : T{0};
-        return digits + 1;
-    }
+T c_library_number(char const* text) {
+    char const* const digits = behind_sign(text);
+    if (*digits != '.' && !is_digit(*digits)) return 0;
+    if (digits[0] == '0' && (digits[1] | 0x20) == 'x') return *text == '-' ? -T{0} : T{0};
     char* stop = nullptr;
-    c_library_read(number, &stop, value);
-    return stop;
-}
-
-/// A stream takes an exponent mark for a part of the number even when no digit follows, and fails.
-bool is_dangling_exponent(char const* number, char const* stop, char const* end) {
-    return stop != end && is_exponent_mark(*stop) && std::none_of(number, stop, is_exponent_mark);
-}
-
-template <typename T>
-T classic_number(strings::ustring8 const& text) {
-    char const* const end = text.data() + text.size();
-    char const* const number = std::find_if_not(text.data(), end, is_classic_blank);
-    char const* const digits = number + (number != end && (*number == '-' || *number == '+'));
-    if (digits == end || !(*digits == '.' || (*digits >= '0' && *digits <= '9'))) return 0;
-
     T value = 0;
-    char const* stop = nullptr;
-    if constexpr (from_chars_serves<T>) {
-        auto const read = std::from_chars(*number == '-' ? number : digits, end, value);
-        if (read.ec == std::errc()) stop = read.ptr;
+    c_library_read(text, &stop, value);
+    bool const is_dangling =
+        is_exponent_mark(*stop) && std::none_of(text, const_cast<char const*>(stop), is_exponent_mark);
+    return std::isinf(value) || is_dangling ? 0 : value;
+}
+
+/// Adds the digits at `at` to the end of a number and returns the place behind them. The number wraps round.
+[[gnu::always_inline]] inline char const* gather_digits(char const* at, std::uint64_t& number) {
+    for (; is_digit(*at); ++at) number = number * 10 + static_cast<unsigned char>(*at - '0');
+    return at;
+}
+
+[[gnu::always_inline]] inline char const* gather_many_digits(char const* at, char const* end,
+                                                             std::uint64_t& number) {
+    for (; end - at >= 8; at += 8) {
+        auto const values = _private::digit_values_at(at);
+        if (_private::beyond_nine(values)) break;
+        number = number * 100'000'000 + _private::decimal_number(values);
     }
-    if (!stop) stop = c_library_number(number, digits, value);
-    bool const is_number = stop != number && value != std::numeric_limits<T>::infinity() &&
-                           value != -std::numeric_limits<T>::infinity();
-    return is_number && !is_dangling_exponent(number, stop, end) ? value : T{0};
+    return gather_digits(at, number);
+}
+
+/// The number of 20 digits or more between `digits` and `end`, with one point or none among them, times ten to
+/// the power of `exponent`. Its first 19 digits decide unless a limit between two values lies within their last.
+template <typename T>
+[[gnu::noinline]] T many_digits_number(char const* text, char const* digits, char const* end,
+                                       std::int64_t exponent) {
+    std::uint64_t number = 0;
+    digits = std::find_if_not(digits, end, [](char unit) { return unit == '0' || unit == '.'; });
+    for (int count = 0; count < 19 && digits != end; ++digits) {
+        if (*digits == '.') continue;
+        number = number * 10 + static_cast<std::uint64_t>(*digits - '0');
+        ++count;
+    }
+    exponent += end - digits - (std::find(digits, end, '.') != end);
+    T const below = _private::nearest_binary<T>(number, exponent);
+    if (digits == end || below == _private::nearest_binary<T>(number + 1, exponent)) return below;
+    return std::abs(c_library_number<T>(text));
 }
 
 template <typename T>
-T read_number(strings::ustring8 const& text, std::locale const& locale) {
-    if (locale == std::locale::classic()) return classic_number<T>(text);
+T classic_number(strings::ustring8 const& whole) {
+    char const* text = whole.c_str(); // the NUL behind it ends each step below
+    while (is_classic_blank(*text)) ++text;
+    char const* const digits = behind_sign(text);
+    char const* const end = whole.c_str() + whole.size();
+
+    std::uint64_t number = 0;
+    char const* at = gather_digits(digits, number);
+    auto count = at - digits;
+    std::int64_t exponent = 0;
+    if (*at == '.') {
+        char const* const fraction = ++at;
+        at = gather_many_digits(fraction, end, number);
+        exponent = fraction - at;
+        count += at - fraction;
+    }
+    if (count == 0) return 0;
+    char const* const digits_end = at;
+    if (is_exponent_mark(*at)) {
+        char const* const mark = behind_sign(at + 1);
+        if (!is_digit(*mark)) return 0;
+        constexpr std::int64_t enough = 100'000'000'000'000'000; // whatever digits are there
+        std::int64_t written = 0;
+        for (char const* digit = mark; is_digit(*digit); ++digit) {
+            if (written < enough) written = written * 10 + (*digit - '0');
+        }
+        exponent += at[1] == '-' ? -written : written;
+    }
+    T const value = count <= 19 ? _private::nearest_binary<T>(number, exponent)
+                                : many_digits_number<T>(text, digits, digits_end, exponent);
+    if (value == std::numeric_limits<T>::infinity()) return 0;
+    return *text == '-' ? -value : value;
+}
+
+template <>
+long double classic_number(strings::ustring8 const& whole) {
+    char const* text = whole.c_str();
+    while (is_classic_blank(*text)) ++text;
+    return c_library_number<long double>(text);
+}
+
+template <typename T>
+[[gnu::noinline]] T streamed_number(strings::ustring8 const& text, std::locale const& locale) {
     std::istringstream stream(text);
     stream.imbue(locale);
     T value = 0;
     return stream >> value ? value : T{0};
+}
+
+template <typename T>
+T read_number(strings::ustring8 const& text, std::locale const& locale) {
+    return _private::is_classic(locale) ? classic_number<T>(text) : streamed_number<T>(text, locale);
 }
 
 } // namespace
