@@ -1,17 +1,20 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// Digits are counted first, where that is cheap, and then written from the last to the first at
-// their final place: decimal ones in pairs out of a table, those of a power of two by shifts. The
-// other radixes are written in the order in which division yields them and turned round. What can be
-// done in 32 bits is, since 64-bit division is slow on every build.
+// Digits are counted first and then written from the last to the first at their final place. Radix 10, 16 and
+// 36 write pairs out of a table of their own and divide by constants; other powers of two go by shifts. The
+// remaining radixes are written in the order in which division yields them and turned round. What can be done
+// in 32 bits is, since 64-bit division is slow on every build.
 #include <zolt/generic/convert/x_to_str.hpp>
+
+#include <zolt/generic/convert/classic_locale_private.hpp>
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -22,48 +25,72 @@ namespace {
 
 constexpr unsigned char digit_units[] = "0123456789abcdefghijklmnopqrstuvwxyz";
 
-/// "00" to "99", one after the other.
+/// "00" to "99" and the like, one after the other.
+template <std::size_t Radix>
 constexpr auto digit_pairs = [] {
-    std::array<unsigned char, 200> pairs{};
-    for (std::size_t i = 0; i < 100; ++i) {
-        pairs[2 * i] = digit_units[i / 10];
-        pairs[2 * i + 1] = digit_units[i % 10];
+    std::array<unsigned char, 2 * Radix * Radix> pairs{};
+    for (std::size_t i = 0; i < Radix * Radix; ++i) {
+        pairs[2 * i] = digit_units[i / Radix];
+        pairs[2 * i + 1] = digit_units[i % Radix];
     }
     return pairs;
 }();
 
-constexpr auto powers_of_ten = [] {
-    std::array<std::uint64_t, 20> powers{1};
-    for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
-    return powers;
+/// Those of 64 bits, and all ones for the first one beyond.
+template <std::uint64_t Radix>
+constexpr auto powers = [] {
+    constexpr auto max = std::numeric_limits<std::uint64_t>::max();
+    constexpr std::size_t count = [] {
+        std::size_t digits = 1;
+        for (auto rest = max; rest >= Radix; rest /= Radix) ++digits;
+        return digits;
+    }();
+    std::array<std::uint64_t, count + 1> all{1};
+    for (std::size_t i = 1; i < count; ++i) all[i] = all[i - 1] * Radix;
+    all[count] = max;
+    return all;
 }();
 
-/// 1233 / 4096 stands for log10(2): the estimate is the number of digits or one less.
-unsigned int decimal_length(std::uint64_t value) {
-    unsigned int const estimate = static_cast<unsigned int>(std::bit_width(value | 1)) * 1233 >> 12;
-    return estimate + (value >= powers_of_ten[estimate]);
+/// 2^12 times the logarithm of 2, rounded down: an estimate by it is the number of digits or one less.
+template <std::uint64_t Radix>
+constexpr unsigned int logarithm_of_two = Radix == 10 ? 1233 : Radix == 16 ? 1024 : 792;
+
+template <std::uint64_t Radix>
+unsigned int count_digits(std::uint64_t value) {
+    auto const bits = static_cast<unsigned int>(std::bit_width(value | 1));
+    if constexpr (Radix == 16) return (bits + 3) / 4;
+    unsigned int const estimate = bits * logarithm_of_two<Radix> >> 12;
+    return estimate + ((value | 1) >= powers<Radix>[estimate]);
 }
 
-template <typename C>
-C* put_pair_before(C* end, std::uint32_t below_100) {
-    unsigned char const* const pair = digit_pairs.data() + std::size_t{2} * below_100;
-    *--end = static_cast<C>(pair[1]);
-    *--end = static_cast<C>(pair[0]);
+template <std::size_t Radix, typename C>
+C* put_pair_before(C* end, std::uint32_t number) {
+    unsigned char const* const pair = digit_pairs<Radix>.data() + std::size_t{2} * number;
+    end -= 2;
+    if constexpr (sizeof(C) == 1) {
+        std::memcpy(end, pair, 2);
+    } else {
+        end[0] = pair[0];
+        end[1] = pair[1];
+    }
     return end;
 }
 
-template <typename C>
-C* write_decimal(std::uint64_t value, C* buffer) {
-    C* const end = buffer + decimal_length(value | (value == 0));
+template <std::uint32_t Radix, typename C>
+[[gnu::always_inline]] inline C* write_pairs(std::uint64_t value, C* buffer) {
+    constexpr std::uint32_t square = Radix * Radix;
+    constexpr int chunk_pairs = Radix == 36 ? 3 : Radix == 16 ? 3 : 4;
+    constexpr auto chunk = static_cast<std::uint32_t>(powers<Radix>[2 * chunk_pairs]);
+    C* const end = buffer + count_digits<Radix>(value);
     C* at = end;
-    for (; value > std::numeric_limits<std::uint32_t>::max(); value /= 100'000'000) {
-        auto low = static_cast<std::uint32_t>(value % 100'000'000);
-        for (int pairs = 4; pairs; --pairs, low /= 100) at = put_pair_before(at, low % 100);
+    for (; value > std::numeric_limits<std::uint32_t>::max(); value /= chunk) {
+        auto low = static_cast<std::uint32_t>(value % chunk);
+        for (int pairs = chunk_pairs; pairs; --pairs, low /= square) at = put_pair_before<Radix>(at, low % square);
     }
     auto rest = static_cast<std::uint32_t>(value);
-    for (; rest >= 100; rest /= 100) at = put_pair_before(at, rest % 100);
-    if (rest >= 10) {
-        put_pair_before(at, rest);
+    for (; rest >= square; rest /= square) at = put_pair_before<Radix>(at, rest % square);
+    if (rest >= Radix) {
+        put_pair_before<Radix>(at, rest);
     } else {
         *--at = static_cast<C>(digit_units[rest]);
     }
@@ -73,8 +100,7 @@ C* write_decimal(std::uint64_t value, C* buffer) {
 template <typename C>
 C* write_power_of_two(std::uint64_t value, C* buffer, unsigned int radix) {
     auto const bits = static_cast<unsigned int>(std::countr_zero(radix));
-    C* end = buffer + 1;
-    for (auto rest = value; rest >>= bits;) ++end;
+    C* const end = buffer + (static_cast<unsigned int>(std::bit_width(value | 1)) + bits - 1) / bits;
     C* at = end;
     do {
         *--at = static_cast<C>(digit_units[value & (radix - 1)]);
@@ -96,28 +122,41 @@ C* write_by_division(std::uint64_t value, C* buffer, unsigned int radix) {
     return end;
 }
 
-/// Returns the place behind the last unit; writes no terminating zero.
+template <typename C>
+[[gnu::noinline]] void write_rarer_radix(std::uint64_t value, C* buffer, unsigned int radix) {
+    *(std::has_single_bit(radix) ? write_power_of_two(value, buffer, radix)
+                                 : write_by_division(value, buffer, radix)) = 0;
+}
+
+template <std::uint32_t Radix, typename C>
+[[gnu::noinline]] void write_radix(std::uint64_t value, C* buffer) {
+    *write_pairs<Radix>(value, buffer) = 0;
+}
+
+template <typename T>
+std::uint64_t magnitude_of(T value) {
+    auto const word = static_cast<std::uint64_t>(value);
+    return value < 0 ? 0 - word : word;
+}
+
 template <typename T, typename C>
-C* write_number(T value, C* buffer, unsigned int radix) {
-    auto magnitude = static_cast<std::uint64_t>(value);
-    if constexpr (std::is_signed_v<T>) {
-        if (value < 0) {
-            *buffer++ = static_cast<C>('-');
-            magnitude = 0 - magnitude;
-        }
+[[gnu::always_inline]] inline void write_text(T value, C* buffer, unsigned int radix) {
+    if (radix - 2 > 34) {
+        *buffer = 0;
+        return;
     }
-    if (radix == 10) return write_decimal(magnitude, buffer);
-    if (std::has_single_bit(radix)) return write_power_of_two(magnitude, buffer, radix);
-    return write_by_division(magnitude, buffer, radix);
+    *buffer = static_cast<C>('-'); // where there is no sign a digit takes its place
+    buffer += value < 0;
+    auto const magnitude = magnitude_of(value);
+    switch (radix) {
+    case 10: return write_radix<10>(magnitude, buffer);
+    case 16: return write_radix<16>(magnitude, buffer);
+    case 36: return write_radix<36>(magnitude, buffer);
+    default: return write_rarer_radix(magnitude, buffer, radix);
+    }
 }
 
-template <typename T, typename C>
-void write_text(T value, C* buffer, unsigned int radix) {
-    bool const is_radix = radix >= 2 && radix <= 36;
-    *(is_radix ? write_number(value, buffer, radix) : buffer) = 0;
-}
-
-bool is_classic_in_force() { return std::locale() == std::locale::classic(); }
+bool is_classic_in_force() { return _private::is_classic(std::locale()); }
 
 template <typename T>
 strings::ustring8 streamed(T const& value) {
@@ -130,8 +169,10 @@ strings::ustring8 character_text(char value) { return strings::ustring8(1, value
 template <typename T>
 strings::ustring8 integer_text(T value) {
     if (!is_classic_in_force()) return streamed(value);
-    char digits[20];
-    return strings::ustring8(digits, write_number(value, digits, 10));
+    char digits[20] = {'-'};
+    auto const number = +value; // bool as int
+    char const* const end = write_pairs<10>(magnitude_of(number), digits + (number < 0));
+    return strings::ustring8(digits, static_cast<std::size_t>(end - digits));
 }
 
 /// A stream's default form is that of "%g" with six digits, which is chars_format::general.
