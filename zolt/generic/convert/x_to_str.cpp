@@ -53,7 +53,9 @@ constexpr auto powers = [] {
 
 /// 2^12 times the logarithm of 2, rounded down: an estimate by it is the number of digits or one less.
 template <std::uint64_t Radix>
-constexpr unsigned int logarithm_of_two = Radix == 10 ? 1233 : Radix == 16 ? 1024 : 792;
+constexpr unsigned int logarithm_of_two = Radix == 10   ? 1233
+                                          : Radix == 16 ? 1024
+                                                        : 792;
 
 template <std::uint64_t Radix>
 unsigned int count_digits(std::uint64_t value) {
@@ -77,18 +79,34 @@ C* put_pair_before(C* end, std::uint32_t number) {
 }
 
 template <std::uint32_t Radix, typename C>
-[[gnu::always_inline]] inline C* write_pairs(std::uint64_t value, C* buffer) {
+C* put_four_before(C* end, std::uint32_t number) {
     constexpr std::uint32_t square = Radix * Radix;
-    constexpr int chunk_pairs = Radix == 36 ? 3 : Radix == 16 ? 3 : 4;
-    constexpr auto chunk = static_cast<std::uint32_t>(powers<Radix>[2 * chunk_pairs]);
+    end = put_pair_before<Radix>(end, number % square);
+    return put_pair_before<Radix>(end, number / square);
+}
+
+template <std::uint32_t Radix, typename C>
+[[gnu::always_inline]] inline C* write_pairs(std::uint64_t value, C* buffer) {
+    constexpr std::uint32_t square = Radix * Radix, fourth = square * square;
     C* const end = buffer + count_digits<Radix>(value);
     C* at = end;
-    for (; value > std::numeric_limits<std::uint32_t>::max(); value /= chunk) {
-        auto low = static_cast<std::uint32_t>(value % chunk);
-        for (int pairs = chunk_pairs; pairs; --pairs, low /= square) at = put_pair_before<Radix>(at, low % square);
+    if constexpr (Radix == 10) {
+        for (; value > std::numeric_limits<std::uint32_t>::max(); value /= 100'000'000) {
+            auto const low = static_cast<std::uint32_t>(value % 100'000'000);
+            at = put_four_before<Radix>(at, low % fourth);
+            at = put_four_before<Radix>(at, low / fourth);
+        }
+    } else {
+        for (; value > std::numeric_limits<std::uint32_t>::max(); value /= fourth) {
+            at = put_four_before<Radix>(at, static_cast<std::uint32_t>(value % fourth));
+        }
     }
     auto rest = static_cast<std::uint32_t>(value);
-    for (; rest >= square; rest /= square) at = put_pair_before<Radix>(at, rest % square);
+    for (; rest >= fourth; rest /= fourth) at = put_four_before<Radix>(at, rest % fourth);
+    if (rest >= square) {
+        at = put_pair_before<Radix>(at, rest % square);
+        rest /= square;
+    }
     if (rest >= Radix) {
         put_pair_before<Radix>(at, rest);
     } else {
@@ -129,7 +147,7 @@ template <typename C>
 }
 
 template <std::uint32_t Radix, typename C>
-[[gnu::noinline]] void write_radix(std::uint64_t value, C* buffer) {
+[[gnu::always_inline]] inline void write_radix(std::uint64_t value, C* buffer) {
     *write_pairs<Radix>(value, buffer) = 0;
 }
 
@@ -148,11 +166,14 @@ template <typename T, typename C>
     *buffer = static_cast<C>('-'); // where there is no sign a digit takes its place
     buffer += value < 0;
     auto const magnitude = magnitude_of(value);
+    if (radix == 10) return write_radix<10>(magnitude, buffer);
     switch (radix) {
-    case 10: return write_radix<10>(magnitude, buffer);
-    case 16: return write_radix<16>(magnitude, buffer);
-    case 36: return write_radix<36>(magnitude, buffer);
-    default: return write_rarer_radix(magnitude, buffer, radix);
+    case 16:
+        return write_radix<16>(magnitude, buffer);
+    case 36:
+        return write_radix<36>(magnitude, buffer);
+    default:
+        return write_rarer_radix(magnitude, buffer, radix);
     }
 }
 
