@@ -13,15 +13,20 @@
 #include <zolt/exceptions/exception.hpp>
 #include <zolt/serialization/text_field_private.hpp>
 #include <zolt/types/nil.hpp>
+#include <zolt/types/variant_text_private.hpp>
 
 #include <utility>
 
 namespace ZOLT_2_18::serialization {
 namespace {
 
-using _private::decimal_field;
+using _private::append_field;
+using _private::append_string_field;
+using _private::byte_content;
+using _private::field_length;
 using _private::separator;
 using types::variant;
+using types::_private::text_access;
 
 constexpr char group_mark = ' ';
 
@@ -34,12 +39,14 @@ void check_label(std::string const& label, unsigned int line, char const* functi
                                              "serialization/labeled_text_buffer", function);
 }
 
-decimal_field length_field(std::uint64_t length) { return decimal_field(static_cast<unsigned long long>(length)); }
+std::uint64_t measured_string(std::uint64_t length) { return field_length(length) + length + sizeof separator; }
 
-std::uint64_t measured_string(std::uint64_t length) { return length_field(length).size() + length + 1; }
-
-void write_string(std::string& form, std::string const& text) {
-    form.append(length_field(text.size())).append(text).push_back(separator);
+/// The label, marked as that of a group.
+void append_group_label(byte_content& form, std::string const& label) {
+    append_field(form, static_cast<unsigned long long>(label.size()) + sizeof group_mark);
+    form.append(label);
+    *form.append(sizeof group_mark) = group_mark;
+    *form.append(sizeof separator) = separator;
 }
 
 labeled_text_buffer* on_heap(labeled_text_buffer* made) noexcept {
@@ -132,12 +139,14 @@ struct labeled_text_buffer::tree {
     /// All groups, level by level, beginning with the given one. Every group stands behind its parent.
     static std::vector<measured_group> measured(entry_map const& root) {
         std::vector<measured_group> groups{{&root, 0, 0, 0}};
+        std::string text;
         for (std::size_t i = 0; i < groups.size(); ++i) {
             std::uint64_t length = 0;
             groups[i].first_child = groups.size();
             for (auto const& [label, item] : *groups[i].entries) {
                 if (shows_value(item)) {
-                    length += measured_string(label.size()) + measured_string(item.value.as_string().size());
+                    length += measured_string(label.size());
+                    length += measured_string(text_access::narrow(item.value, text).size());
                 }
                 if (has_group(item)) {
                     length += measured_string(label.size() + sizeof group_mark);
@@ -155,8 +164,9 @@ struct labeled_text_buffer::tree {
     static std::string written(entry_map const& root) {
         std::vector<measured_group> const groups = measured(root);
         _private::check_length(groups.front().length, _private::labeled_form_site);
-        std::string form;
+        byte_content form;
         form.reserve(static_cast<std::size_t>(groups.front().length));
+        std::string text;
 
         struct open_group {
             entry_map::const_iterator next;
@@ -172,19 +182,19 @@ struct labeled_text_buffer::tree {
             open_group& group = open.back();
             if (group.next == group.end) {
                 open.pop_back();
-                if (open.empty()) return form;
-                form.push_back(separator);
+                if (open.empty()) return form.take();
+                *form.append(sizeof separator) = separator;
                 continue;
             }
             auto const& [label, item] = *group.next++;
             if (shows_value(item)) {
-                write_string(form, label);
-                write_string(form, item.value.as_string());
+                append_string_field(form, label);
+                append_string_field(form, text_access::narrow(item.value, text));
             }
             if (has_group(item)) {
                 measured_group const& child = groups[group.next_child++];
-                write_string(form, label + group_mark);
-                form.append(length_field(child.length));
+                append_group_label(form, label);
+                append_field(form, child.length);
                 enter(child);
             }
         }

@@ -66,7 +66,7 @@ public:
     serialize_binary_buf* clone() const override;
 
 private:
-    std::string m_content;
+    _private::byte_content m_content;
     mutable unsigned int m_position = 0; ///< in bytes, never beyond 4294967295
 };
 

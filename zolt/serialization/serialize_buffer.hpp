@@ -29,7 +29,11 @@
 #include <zolt/generic/abilities.hpp>
 #include <zolt/memory/rc_pointer.hpp>
 
+#include <cstddef>
+#include <cstring>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace ZOLT_2_18::serialization {
 
@@ -97,5 +101,63 @@ public:
     /// A copy, made as create() makes its buffer.
     virtual serialize_buffer* clone() const = 0;
 };
+
+// ---------------------------------------------------------------------------------------------------------
+
+namespace _private {
+
+/// The bytes of a buffer. They stand in a string that is kept somewhat longer than they are, so that a number
+/// is appended by storing it; asking the string each time costs more than the number does.
+class ZOLT_API byte_content {
+public:
+    byte_content() = default;
+    explicit byte_content(std::string&& bytes) noexcept : m_bytes(std::move(bytes)), m_length(m_bytes.size()) {}
+    byte_content(byte_content const& other) : byte_content(std::string(other.view())) {}
+    byte_content& operator=(byte_content const&) = delete;
+
+    void assign(std::string&& bytes) noexcept {
+        m_length = bytes.size();
+        m_bytes = std::move(bytes);
+    }
+    void assign(std::string_view bytes) {
+        m_bytes.assign(bytes.data(), bytes.size());
+        m_length = bytes.size();
+    }
+
+    std::string_view view() const noexcept { return std::string_view(m_bytes.data(), m_length); }
+
+    /// Makes sure that `length` bytes can be appended.
+    /// @throws exceptions::length_error when the content would not fit into a 32-bit length.
+    void reserve(std::size_t length) {
+        if (room() < length) enlarge(length);
+    }
+    /// The place of `length` new bytes, at most as many as a number has.
+    char* append(std::size_t length) {
+        reserve(length);
+        char* const place = m_bytes.data() + m_length;
+        m_length += length;
+        return place;
+    }
+    void append(std::string_view bytes) {
+        if (room() < bytes.size()) return append_to_string(bytes);
+        std::memcpy(m_bytes.data() + m_length, bytes.data(), bytes.size());
+        m_length += bytes.size();
+    }
+    /// The bytes as a string, which leaves nothing here.
+    std::string take() {
+        m_bytes.resize(std::exchange(m_length, 0));
+        return std::exchange(m_bytes, std::string());
+    }
+
+private:
+    std::size_t room() const noexcept { return m_bytes.size() - m_length; }
+    __attribute__((visibility("hidden"))) void enlarge(std::size_t length);
+    __attribute__((visibility("hidden"))) void append_to_string(std::string_view bytes);
+
+    std::string m_bytes; ///< the content and bytes without meaning behind it
+    std::size_t m_length = 0;
+};
+
+} // namespace _private
 
 } // namespace ZOLT_2_18::serialization

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// What the buffers share: the limit of their length, appending, and stepping through the content. The
-// position may stand anywhere, also behind the content; everything is cut to what is there. Not installed.
+// What the buffers share: the limit of their length and stepping through the content. The position may stand
+// anywhere, also behind the content; everything is cut to what is there. Not installed.
 #pragma once
 
 #include <algorithm>
@@ -30,8 +30,12 @@ inline constexpr raise_site labeled_form_site{118, "serialization/labeled_text_b
 [[noreturn]] void raise_too_long(raise_site const& at);
 
 /// A length must fit into 32 bits, and into a string.
+inline std::uint64_t longest_content() noexcept {
+    return std::min<std::uint64_t>(0xFFFFFFFF, std::string().max_size());
+}
+
 inline void check_length(std::uint64_t length, raise_site const& at) {
-    if (length > std::min<std::uint64_t>(0xFFFFFFFF, std::string().max_size())) raise_too_long(at);
+    if (length > longest_content()) raise_too_long(at);
 }
 
 inline std::string&& checked(std::string&& content) {
@@ -41,16 +45,6 @@ inline std::string&& checked(std::string&& content) {
 
 inline std::string_view bytes_or_none(char const* bytes, int length) noexcept {
     return bytes && length > 0 ? std::string_view(bytes, static_cast<std::size_t>(length)) : std::string_view();
-}
-
-/// Appends all the parts or, if that fails, none. Room is made beforehand; a string that needs more than it
-/// has at least doubles it, so appending byte by byte is linear, too.
-template <typename... Parts>
-void append(std::string& content, Parts const&... parts) {
-    std::uint64_t const length = (std::uint64_t{content.size()} + ... + std::string_view(parts).size());
-    check_length(length, append_site);
-    content.reserve(static_cast<std::size_t>(length));
-    (content.append(std::string_view(parts)), ...);
 }
 
 inline bool is_at_end(std::string_view content, unsigned int position) noexcept {

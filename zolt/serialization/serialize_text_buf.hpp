@@ -75,7 +75,7 @@ public:
     serialize_text_buf* clone() const override;
 
 private:
-    std::string m_content;
+    _private::byte_content m_content;
     mutable unsigned int m_position = 0; ///< all bits set: reading has run past the last separator
 };
 

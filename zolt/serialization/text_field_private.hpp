@@ -7,41 +7,44 @@
 
 #include <zolt/generic/convert/str_to_x.hpp>
 #include <zolt/generic/convert/x_to_str.hpp>
+#include <zolt/serialization/serialize_buffer.hpp>
 #include <zolt/serialization/serialize_buffer_private.hpp>
+#include <zolt/types/decimal_length_private.hpp>
 
 #include <cstdint>
-#include <cstring>
-#include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace ZOLT_2_18::serialization::_private {
 
 inline constexpr char separator = '\1';
 
-/// An integer in decimal and the separator.
-class decimal_field {
-public:
-    explicit decimal_field(long long value) noexcept {
-        generic::convert::lltoa(value, m_text, 10);
-        close();
-    }
-    explicit decimal_field(unsigned long long value) noexcept {
-        generic::convert::ulltoa(value, m_text, 10);
-        close();
-    }
+/// How long an integer and its separator are.
+template <typename Integer>
+std::size_t field_length(Integer value) noexcept {
+    return types::_private::decimal_length(value) + sizeof separator;
+}
 
-    operator std::string_view() const noexcept { return {m_text, m_size}; }
-    std::size_t size() const noexcept { return m_size; }
+/// Appends an integer in decimal and the separator, which takes the place of the digits' terminating zero.
+template <typename Integer>
+void append_field(byte_content& content, Integer value) {
+    std::size_t const length = field_length(value);
+    char* const place = content.append(length);
+    if constexpr (std::is_signed_v<Integer>)
+        generic::convert::lltoa(value, place, 10);
+    else
+        generic::convert::ulltoa(value, place, 10);
+    place[length - 1] = separator;
+}
 
-private:
-    void close() noexcept {
-        m_size = std::strlen(m_text);
-        m_text[m_size++] = separator;
-    }
-
-    char m_text[24];
-    std::size_t m_size;
-};
+/// Appends a string or, if that fails, nothing.
+inline void append_string_field(byte_content& content, std::string_view bytes) {
+    unsigned long long const length = bytes.size();
+    content.reserve(field_length(length) + bytes.size() + sizeof separator);
+    append_field(content, length);
+    content.append(bytes);
+    *content.append(sizeof separator) = separator;
+}
 
 /// The field at the position without its separator, to the end of the content when there is none.
 inline std::string_view take_field(std::string_view content, unsigned int& position) noexcept {

@@ -44,8 +44,13 @@
 #include <string>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 
 namespace ZOLT_2_18::types {
+
+namespace _private {
+struct text_access;
+}
 
 /// What a variant points to. The order of the virtual operations is part of the binary interface.
 class ZOLT_API variant_type : public generic::abilities::clone_ability,
@@ -92,7 +97,7 @@ public:
 template <typename T>
 class ZOLT_API variant_value_t final : public variant_type {
 public:
-    explicit variant_value_t(T value);
+    explicit variant_value_t(T value) : m_value(std::move(value)) {}
     ~variant_value_t() override;
 
     bool convertible() const noexcept override;
@@ -125,6 +130,8 @@ public:
     long double as_long_double() const override;
 
 private:
+    friend struct _private::text_access;
+
     T m_value;
 };
 
@@ -256,6 +263,7 @@ public:
 
 private:
     friend ZOLT_API std::ostream& operator<<(std::ostream& stream, variant const& value);
+    friend struct _private::text_access;
 
     memory::pointers::rc_pointer<variant_type> m_payload;
 };

@@ -9,7 +9,9 @@
 #include <zolt/generic/convert/str_to_x.hpp>
 #include <zolt/generic/convert/x_to_str.hpp>
 #include <zolt/strings/unicode.hpp>
+#include <zolt/types/decimal_length_private.hpp>
 #include <zolt/types/saturate_private.hpp>
+#include <zolt/types/variant_text_private.hpp>
 
 #include <ostream>
 #include <string_view>
@@ -82,9 +84,9 @@ String number_text(Number value) {
     if constexpr (std::is_floating_point_v<Number> || std::is_same_v<Number, bool>) {
         return widened<String>(convert::to_str(value));
     } else {
-        typename String::value_type digits[66];
-        write_digits(value, digits);
-        return String(digits);
+        String digits(_private::decimal_length(value), typename String::value_type());
+        write_digits(value, digits.data()); // its terminating zero meets that of the text
+        return digits;
     }
 }
 
@@ -158,8 +160,8 @@ bool truth(T const& value) {
 
 } // namespace
 
-template <typename T>
-variant_value_t<T>::variant_value_t(T value) : m_value(std::move(value)) {}
+// Beside the destructors that call it.
+variant_type::~variant_type() = default;
 
 template <typename T>
 variant_value_t<T>::~variant_value_t() = default;
@@ -304,6 +306,17 @@ double variant_value_t<T>::as_double() const {
 template <typename T>
 long double variant_value_t<T>::as_long_double() const {
     return floating<long double>(m_value, [](auto const& utf8) { return convert::str_to_long_double(utf8); });
+}
+
+std::string_view _private::text_access::narrow(variant const& value, std::string& made) {
+    variant_type const& payload = *value.m_payload.get();
+    std::type_info const& type = payload.type();
+    if (type == typeid(std::string)) return static_cast<variant_value_t<std::string> const&>(payload).m_value;
+    if (type == typeid(strings::ustring8)) {
+        return static_cast<variant_value_t<strings::ustring8> const&>(payload).m_value;
+    }
+    made = payload.as_string();
+    return made;
 }
 
 template class variant_value_t<nil_t>;
