@@ -33,7 +33,10 @@ Stored take_value(std::string_view content, unsigned int& position) noexcept {
     std::string_view const rest = _private::rest_of(content, position);
     position = _private::saturated(std::uint64_t{position} + sizeof(Stored));
     Stored value{};
-    std::memcpy(&value, rest.data(), std::min(sizeof value, rest.size()));
+    if (rest.size() >= sizeof value)
+        std::memcpy(&value, rest.data(), sizeof value);
+    else
+        std::memcpy(&value, rest.data(), rest.size());
     return value;
 }
 

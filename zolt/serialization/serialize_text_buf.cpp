@@ -88,24 +88,14 @@ serialize_text_buf& serialize_text_buf::assign(char const* bytes, int length) {
 
 std::string serialize_text_buf::as_str() const { return std::string(m_content.view()); }
 
-void serialize_text_buf::append_int8(signed char const& value) {
-    append_field(m_content, static_cast<long long>(value));
-}
-void serialize_text_buf::append_int16(short const& value) {
-    append_field(m_content, static_cast<long long>(value));
-}
-void serialize_text_buf::append_int32(long const& value) {
-    append_field(m_content, static_cast<long long>(static_cast<std::int32_t>(value)));
-}
+void serialize_text_buf::append_int8(signed char const& value) { append_field(m_content, value); }
+void serialize_text_buf::append_int16(short const& value) { append_field(m_content, value); }
+void serialize_text_buf::append_int32(long const& value) { append_field(m_content, static_cast<int>(value)); }
 void serialize_text_buf::append_int64(long long const& value) { append_field(m_content, value); }
-void serialize_text_buf::append_uint8(unsigned char const& value) {
-    append_field(m_content, static_cast<unsigned long long>(value));
-}
-void serialize_text_buf::append_uint16(unsigned short const& value) {
-    append_field(m_content, static_cast<unsigned long long>(value));
-}
+void serialize_text_buf::append_uint8(unsigned char const& value) { append_field(m_content, value); }
+void serialize_text_buf::append_uint16(unsigned short const& value) { append_field(m_content, value); }
 void serialize_text_buf::append_uint32(unsigned long const& value) {
-    append_field(m_content, static_cast<unsigned long long>(static_cast<std::uint32_t>(value)));
+    append_field(m_content, static_cast<unsigned int>(value));
 }
 void serialize_text_buf::append_uint64(unsigned long long const& value) { append_field(m_content, value); }
 

@@ -11,30 +11,58 @@
 #include <zolt/serialization/serialize_buffer_private.hpp>
 #include <zolt/types/decimal_length_private.hpp>
 
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
-#include <type_traits>
 
 namespace ZOLT_2_18::serialization::_private {
 
 inline constexpr char separator = '\1';
 
-/// How long an integer and its separator are.
-template <typename Integer>
-std::size_t field_length(Integer value) noexcept {
-    return types::_private::decimal_length(value) + sizeof separator;
+/// "00" to "99", one after the other.
+inline constexpr auto digit_pairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}();
+
+/// Writes the digits so that the last one stands before `end`.
+inline void write_digits_before(char* end, std::uint32_t value) noexcept {
+    for (; value >= 100; value /= 100) {
+        end -= 2;
+        std::memcpy(end, &digit_pairs[value % 100 * 2], 2);
+    }
+    if (value >= 10)
+        std::memcpy(end - 2, &digit_pairs[value * 2], 2);
+    else
+        end[-1] = static_cast<char>('0' + value);
 }
 
-/// Appends an integer in decimal and the separator, which takes the place of the digits' terminating zero.
+/// How long a length and its separator are.
+inline std::size_t field_length(std::uint64_t length) noexcept {
+    return types::_private::decimal_length(length) + sizeof separator;
+}
+
+/// Appends an integer in decimal and the separator. The usual ones, of 32 bits, take no call.
 template <typename Integer>
 void append_field(byte_content& content, Integer value) {
-    std::size_t const length = field_length(value);
-    char* const place = content.append(length);
-    if constexpr (std::is_signed_v<Integer>)
-        generic::convert::lltoa(value, place, 10);
-    else
-        generic::convert::ulltoa(value, place, 10);
-    place[length - 1] = separator;
+    bool const negative = value < Integer{};
+    std::uint64_t const magnitude = types::_private::magnitude(value);
+    std::size_t const length = negative + types::_private::decimal_length(magnitude);
+    char* const place = content.append(length + sizeof separator);
+    if (magnitude <= 0xFFFFFFFF) {
+        *place = '-'; // a digit comes there if it is not
+        write_digits_before(place + length, static_cast<std::uint32_t>(magnitude));
+    } else if (negative) {
+        generic::convert::lltoa(static_cast<long long>(value), place, 10);
+    } else {
+        generic::convert::ulltoa(magnitude, place, 10);
+    }
+    place[length] = separator; // where the conversions put a zero
 }
 
 /// Appends a string or, if that fails, nothing.

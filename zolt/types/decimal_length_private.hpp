@@ -9,7 +9,6 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
 
 namespace ZOLT_2_18::types::_private {
 
@@ -19,21 +18,38 @@ inline constexpr auto powers_of_ten = [] {
     return powers;
 }();
 
-/// The sign counts. 1233 / 4096 stands for log10(2): the estimate is the number of digits or one less. Making
-/// the number odd gives 0 a digit and changes the length of no other.
-template <typename Integer>
-constexpr std::size_t decimal_length(Integer value) noexcept {
-    auto magnitude = static_cast<std::uint64_t>(value);
-    std::size_t sign = 0;
-    if constexpr (std::is_signed_v<Integer>) {
-        if (value < 0) {
-            magnitude = 0 - magnitude;
-            sign = 1;
-        }
+/// By the place of the highest bit: what makes the length overflow into the upper half when it is added, one
+/// more from the power of ten on that lies between the numbers with that bit.
+inline constexpr auto length_summands = [] {
+    std::array<std::uint64_t, 32> summands{};
+    std::size_t digits = 1;
+    for (std::size_t bit = 0; bit < summands.size(); ++bit) {
+        std::uint64_t const lowest = std::uint64_t{1} << bit;
+        while (powers_of_ten[digits] <= lowest) ++digits;
+        bool const has_next_power = powers_of_ten[digits] < 2 * lowest;
+        summands[bit] = has_next_power ? (std::uint64_t{digits + 1} << 32) - powers_of_ten[digits]
+                                       : std::uint64_t{digits} << 32;
     }
-    magnitude |= 1;
-    std::size_t const estimate = static_cast<std::size_t>(std::bit_width(magnitude)) * 1233 >> 12;
-    return sign + estimate + (magnitude >= powers_of_ten[estimate]);
+    return summands;
+}();
+
+constexpr std::size_t decimal_length(std::uint32_t value) noexcept {
+    auto const highest_bit = static_cast<std::size_t>(std::bit_width(value | 1) - 1);
+    return static_cast<std::size_t>((value + length_summands[highest_bit]) >> 32);
+}
+
+/// 1233 / 4096 stands for log10(2): the estimate is the number of digits or one less.
+constexpr std::size_t decimal_length(std::uint64_t value) noexcept {
+    if (value <= 0xFFFFFFFF) return decimal_length(static_cast<std::uint32_t>(value));
+    std::size_t const estimate = static_cast<std::size_t>(std::bit_width(value)) * 1233 >> 12;
+    return estimate + (value >= powers_of_ten[estimate]);
+}
+
+/// The number without its sign.
+template <typename Integer>
+constexpr std::uint64_t magnitude(Integer value) noexcept {
+    auto const bits = static_cast<std::uint64_t>(value);
+    return value < Integer{} ? 0 - bits : bits;
 }
 
 } // namespace ZOLT_2_18::types::_private

@@ -84,7 +84,8 @@ String number_text(Number value) {
     if constexpr (std::is_floating_point_v<Number> || std::is_same_v<Number, bool>) {
         return widened<String>(convert::to_str(value));
     } else {
-        String digits(_private::decimal_length(value), typename String::value_type());
+        std::size_t const length = (value < Number{}) + _private::decimal_length(_private::magnitude(value));
+        String digits(length, typename String::value_type());
         write_digits(value, digits.data()); // its terminating zero meets that of the text
         return digits;
     }
