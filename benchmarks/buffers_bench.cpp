@@ -66,7 +66,7 @@ std::vector<double> doubles(std::size_t size) {
 
 std::vector<std::string> texts(std::size_t size) {
     std::vector<std::string> result;
-    for (int number : numbers(size)) result.push_back("name of " + std::to_string(number));
+    for (int number : numbers(size)) result.push_back("name " + std::to_string(number % 1000000));
     return result;
 }
 
@@ -216,10 +216,15 @@ std::string written(std::vector<Item> const& items) {
 }
 
 template <typename Reader, typename Item>
-std::vector<Item> read(std::string const& bytes, std::size_t size) {
-    std::vector<Item> items(size);
+void read(std::string const& bytes, std::vector<Item>& items) {
     Reader reader(bytes);
     for (Item& item : items) transfer(reader, item);
+}
+
+template <typename Reader, typename Item>
+std::vector<Item> read_anew(std::string const& bytes, std::size_t size) {
+    std::vector<Item> items(size);
+    read<Reader>(bytes, items);
     return items;
 }
 
@@ -249,11 +254,11 @@ public:
     template <typename Writer, typename Reader>
     void side(std::string const& who) {
         std::string const bytes = written<Writer>(m_items);
-        auto const answer = [this, bytes] { return listed(read<Reader, Item>(bytes, m_items.size())); };
+        auto const answer = [this, bytes] { return listed(read_anew<Reader, Item>(bytes, m_items.size())); };
         m_write.side(
             who, [items = m_items] { return written<Writer>(items); }, answer);
         m_read.side(
-            who, [bytes, size = m_items.size()] { return read<Reader, Item>(bytes, size); }, answer);
+            who, [bytes, items = m_items]() mutable { read<Reader>(bytes, items); }, answer);
     }
 
     bench::comparison& writing() { return m_write; }
@@ -297,7 +302,8 @@ void add_text(std::string const& input, std::vector<Item> items) {
         text.writing().side(
             "fmt", [items = text.items()] { return written<fmt_writer>(items); },
             [&] {
-                return listed(read<stream_reader, int>(written<fmt_writer>(text.items()), text.items().size()));
+                return listed(
+                    read_anew<stream_reader, int>(written<fmt_writer>(text.items()), text.items().size()));
             });
     }
 #endif
@@ -336,7 +342,7 @@ void add_growth(std::string const& name) {
     bench::growth(name, 10, [](std::size_t size) {
         return [items = numbers(size)] {
             std::string const bytes = written<zolt_writer<Buffer>>(items);
-            return read<zolt_reader<Buffer>, int>(bytes, items.size());
+            return read_anew<zolt_reader<Buffer>, int>(bytes, items.size());
         };
     });
 }

@@ -210,8 +210,7 @@ struct labeled_text_buffer::tree {
 
         bool at_end() const noexcept { return _private::is_at_end(content, position); }
         std::string_view next_string() {
-            auto const field = _private::take_field(content, position);
-            long const length = _private::field_value<int>(field, generic::convert::str_to_int32);
+            long const length = _private::take_integer<int>(content, position, generic::convert::str_to_int32);
             return _private::take_string(content, position, length);
         }
     };

@@ -27,16 +27,23 @@ void append_bytes(byte_content& content, std::string_view bytes) {
     content.append(bytes);
 }
 
-/// The value at the position, which moves past it, over the end of the content if need be.
+/// A value that the end of the content cuts off reads as if zero bytes followed.
+template <typename Stored>
+__attribute__((noinline)) Stored take_cut_off(std::string_view rest, unsigned int& position) noexcept {
+    position = _private::saturated(std::uint64_t{position} + sizeof(Stored));
+    Stored value{};
+    std::memcpy(&value, rest.data(), rest.size());
+    return value;
+}
+
+/// The value at the position, which moves past it. Within the content no position is too large.
 template <typename Stored>
 Stored take_value(std::string_view content, unsigned int& position) noexcept {
     std::string_view const rest = _private::rest_of(content, position);
-    position = _private::saturated(std::uint64_t{position} + sizeof(Stored));
-    Stored value{};
-    if (rest.size() >= sizeof value)
-        std::memcpy(&value, rest.data(), sizeof value);
-    else
-        std::memcpy(&value, rest.data(), rest.size());
+    if (rest.size() < sizeof(Stored)) return take_cut_off<Stored>(rest, position);
+    position += static_cast<unsigned int>(sizeof(Stored));
+    Stored value;
+    std::memcpy(&value, rest.data(), sizeof value);
     return value;
 }
 

@@ -14,10 +14,11 @@ namespace _private {
 /// The string gets its memory first, which at least doubles if there has to be more. Only a part of that is filled
 /// at a time: it is in the cache when it is written.
 void byte_content::enlarge(std::size_t length) {
+    constexpr std::uint64_t least_capacity = 240;
     constexpr std::uint64_t filled_at_once = 4096;
     std::uint64_t const needed = std::uint64_t{m_length} + length;
     check_length(needed, append_site);
-    m_bytes.reserve(static_cast<std::size_t>(needed));
+    m_bytes.reserve(static_cast<std::size_t>(std::max(needed, least_capacity)));
     std::uint64_t const most = std::min<std::uint64_t>(m_bytes.capacity(), longest_content());
     m_bytes.resize(static_cast<std::size_t>(std::min(m_length + filled_at_once, most)));
 }

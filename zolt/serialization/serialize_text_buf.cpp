@@ -17,9 +17,9 @@ namespace convert = generic::convert;
 using _private::append_field;
 using _private::append_string_field;
 using _private::byte_content;
-using _private::field_value;
 using _private::separator;
 using _private::take_field;
+using _private::take_integer;
 
 struct precise_value {
     double value;
@@ -111,28 +111,28 @@ void serialize_text_buf::append_buffer(serialize_buffer const& other) {
 }
 
 signed char serialize_text_buf::read_int8() const {
-    return field_value<signed char>(take_field(m_content.view(), m_position), convert::str_to_int8);
+    return take_integer<signed char>(m_content.view(), m_position, convert::str_to_int8);
 }
 short serialize_text_buf::read_int16() const {
-    return field_value<short>(take_field(m_content.view(), m_position), convert::str_to_int16);
+    return take_integer<short>(m_content.view(), m_position, convert::str_to_int16);
 }
 long serialize_text_buf::read_int32() const {
-    return field_value<int>(take_field(m_content.view(), m_position), convert::str_to_int32);
+    return take_integer<int>(m_content.view(), m_position, convert::str_to_int32);
 }
 long long serialize_text_buf::read_int64() const {
-    return field_value<long long>(take_field(m_content.view(), m_position), convert::str_to_int64);
+    return take_integer<long long>(m_content.view(), m_position, convert::str_to_int64);
 }
 unsigned char serialize_text_buf::read_uint8() const {
-    return field_value<unsigned char>(take_field(m_content.view(), m_position), convert::str_to_uint8);
+    return take_integer<unsigned char>(m_content.view(), m_position, convert::str_to_uint8);
 }
 unsigned short serialize_text_buf::read_uint16() const {
-    return field_value<unsigned short>(take_field(m_content.view(), m_position), convert::str_to_uint16);
+    return take_integer<unsigned short>(m_content.view(), m_position, convert::str_to_uint16);
 }
 unsigned long serialize_text_buf::read_uint32() const {
-    return field_value<unsigned int>(take_field(m_content.view(), m_position), convert::str_to_uint32);
+    return take_integer<unsigned int>(m_content.view(), m_position, convert::str_to_uint32);
 }
 unsigned long long serialize_text_buf::read_uint64() const {
-    return field_value<unsigned long long>(take_field(m_content.view(), m_position), convert::str_to_uint64);
+    return take_integer<unsigned long long>(m_content.view(), m_position, convert::str_to_uint64);
 }
 
 float serialize_text_buf::read_float() const {

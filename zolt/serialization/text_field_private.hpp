@@ -11,10 +11,14 @@
 #include <zolt/serialization/serialize_buffer_private.hpp>
 #include <zolt/types/decimal_length_private.hpp>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string_view>
+#include <type_traits>
 
 namespace ZOLT_2_18::serialization::_private {
 
@@ -83,11 +87,42 @@ inline std::string_view take_field(std::string_view content, unsigned int& posit
     return rest.substr(0, length);
 }
 
-/// An integer of a field, with detection of the radix. The parsers take a length of 0 for a text that ends
-/// with a zero byte, so an empty field must not reach them.
+/// Reads an integer in the form that append_field gives it, up to 18 digits of it, in one go. False, and nothing is
+/// changed, for any other field and for a number outside the type.
 template <typename T>
-T field_value(std::string_view field, T (*parse)(char const*, unsigned long, types::radix_t::base, bool)) {
-    if (field.empty()) return T{0};
+bool take_plain_integer(std::string_view content, unsigned int& position, T& value) noexcept {
+    constexpr std::ptrdiff_t most_digits = 18;
+    if (position >= content.size()) return false;
+    char const* at = content.data() + position;
+    char const* const end = content.data() + content.size();
+    bool const negative = *at == '-';
+    if (negative) ++at;
+    char const* const digits = at;
+    char const* const last = digits + std::min(most_digits, end - digits);
+    unsigned long long magnitude = 0;
+    for (; at != last; ++at) {
+        auto const digit = static_cast<unsigned int>(*at) - '0';
+        if (digit > 9) break;
+        magnitude = magnitude * 10 + digit;
+    }
+    if (at == end || *at != separator || at == digits || (*digits == '0' && at - digits > 1)) return false;
+
+    constexpr auto largest = static_cast<unsigned long long>(std::numeric_limits<T>::max());
+    if (negative ? !std::is_signed_v<T> || magnitude > largest + 1 : magnitude > largest) return false;
+    value = static_cast<T>(negative ? 0 - magnitude : magnitude);
+    position = static_cast<unsigned int>(at + sizeof separator - content.data());
+    return true;
+}
+
+/// Any field as an integer, with detection of the radix. The parsers take a length of 0 for a text that ends with
+/// a zero byte, so an empty field must not reach them.
+template <typename T>
+T take_integer(std::string_view content, unsigned int& position,
+               T (*parse)(char const*, unsigned long, types::radix_t::base, bool)) {
+    T value{};
+    if (take_plain_integer(content, position, value)) return value;
+    std::string_view const field = take_field(content, position);
+    if (field.empty()) return value;
     return parse(field.data(), static_cast<unsigned long>(field.size()), types::radix_t::automatic, false);
 }
 
