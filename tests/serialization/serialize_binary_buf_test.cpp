@@ -54,6 +54,30 @@ std::string const binary_form =
     "\x80\xFE\xFF\xFB\xFF\xFF\xFF\0\0\0\0\0\0\0\x80\xC8\xFE\xFF\xFE\xFF\xFF\xFF"
     "\x08\x07\x06\x05\x04\x03\x02\x81\0\0\x80\x3F\x9A\x99\x99\x99\x99\x99\xB9\x3F\x03\0\0\0a\1\0"s;
 
+TYPED_TEST(AnyBuffer, KeepsEveryByteAsItGrows) {
+    constexpr std::size_t lengths[] = {0, 1, 14, 15, 16, 230, 240, 241, 4080, 4096, 4100, 70000};
+    for (std::size_t const first : lengths) {
+        TypeParam buffer;
+        std::string expected;
+        for (std::size_t const length : lengths) {
+            std::string const text(first + length, static_cast<char>('a' + length % 26));
+            buffer.append_string(text);
+            buffer.append_int16(-300);
+            if constexpr (std::is_same_v<TypeParam, serialize_text_buf>) {
+                expected += std::to_string(text.size()) + '\1' + text + "\1-300\1";
+            } else {
+                for (int shift = 0; shift < 32; shift += 8) expected += static_cast<char>(text.size() >> shift);
+                expected += text + "\xD4\xFE";
+            }
+        }
+        EXPECT_TRUE(buffer.as_str() == expected && TypeParam(buffer).as_str() == expected) << first;
+        for (std::size_t const length : lengths) {
+            EXPECT_TRUE(buffer.read_string().size() == first + length && buffer.read_int16() == -300) << length;
+        }
+        EXPECT_TRUE(buffer.at_end());
+    }
+}
+
 TYPED_TEST(AnyBuffer, WritesAndReadsValues) {
     TypeParam buffer;
     buffer.append_int8(-128);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSL-1.0
 //
 // What text and binary buffers have in common is tested in serialize_binary_buf_test.cpp.
+#include <zolt/generic/convert/str_to_x.hpp>
 #include <zolt/serialization/serialize_text_buf.hpp>
 
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 #include <limits>
 #include <locale>
 #include <sstream>
+#include <vector>
 
 namespace {
 
@@ -79,6 +81,72 @@ TEST(SerializeTextBuf, ReadsForeignFields) {
     EXPECT_EQ((std::tuple{narrow.read_uint32(), narrow.read_uint8(), narrow.read_int16(), narrow.read_double(),
                           narrow.read_float(), narrow.read_float()}),
               std::tuple(0UL, 255, 32767, 0.0, 0.0F, 0.0F));
+}
+
+TEST(SerializeTextBuf, TreatsIntegersAsTheConversionsDo) {
+    namespace convert = generic::convert;
+    std::vector<std::string> fields = {"-",
+                                       "--1",
+                                       "-0",
+                                       "00",
+                                       "-00",
+                                       "08",
+                                       "-017",
+                                       "1-",
+                                       "1 ",
+                                       "+1",
+                                       "/",
+                                       ":",
+                                       "1/",
+                                       "1:",
+                                       "-x",
+                                       "123456789012345678",
+                                       "-1234567890123456789",
+                                       "9223372036854775808",
+                                       "-9223372036854775809",
+                                       "18446744073709551615",
+                                       "18446744073709551616"};
+    auto const add_with_neighbours = [&fields](unsigned long long number) {
+        for (unsigned long long const n : {number - 1, number, number + 1}) {
+            auto const negative = static_cast<long long>(0 - n);
+            serialize_text_buf buffer;
+            buffer.append_uint64(n);
+            buffer.append_int64(negative);
+            buffer.append_int32(static_cast<long>(negative));
+            buffer.append_uint16(static_cast<unsigned short>(n));
+            EXPECT_EQ(buffer.as_str(), form(std::to_string(n) + '|' + std::to_string(negative) + '|' +
+                                            std::to_string(static_cast<int>(negative)) + '|' +
+                                            std::to_string(static_cast<unsigned short>(n)) + '|'));
+            fields.insert(fields.end(), {std::to_string(n), std::to_string(negative)});
+        }
+    };
+    for (unsigned long long power = 1; power < 10000000000000000000ULL; power *= 10) add_with_neighbours(power);
+    for (int bit = 0; bit < 64; ++bit) add_with_neighbours(1ULL << bit);
+
+    for (std::string const& field : fields) {
+        SCOPED_TRACE(field);
+        auto const expect_all = [&field](std::string const& content) {
+            auto const expect = [&](auto read, auto parse) {
+                serialize_text_buf const buffer = serialize_text_buf().assign(content);
+                EXPECT_EQ((buffer.*read)(), parse(field.data(), static_cast<unsigned long>(field.size()),
+                                                  types::radix_t::automatic, false));
+                EXPECT_EQ(buffer.at_end(), content.back() != '#');
+            };
+            using buf = serialize_text_buf;
+            using text = char const*;
+            expect(&buf::read_int8, [](text t, auto... rest) { return convert::str_to_int8(t, rest...); });
+            expect(&buf::read_int16, [](text t, auto... rest) { return convert::str_to_int16(t, rest...); });
+            expect(&buf::read_int32, [](text t, auto... rest) { return convert::str_to_int32(t, rest...); });
+            expect(&buf::read_int64, [](text t, auto... rest) { return convert::str_to_int64(t, rest...); });
+            expect(&buf::read_uint8, [](text t, auto... rest) { return convert::str_to_uint8(t, rest...); });
+            expect(&buf::read_uint16, [](text t, auto... rest) { return convert::str_to_uint16(t, rest...); });
+            expect(&buf::read_uint32, [](text t, auto... rest) { return convert::str_to_uint32(t, rest...); });
+            expect(&buf::read_uint64, [](text t, auto... rest) { return convert::str_to_uint64(t, rest...); });
+        };
+        expect_all(field);
+        expect_all(field + '\1');
+        expect_all(field + "\1#");
+    }
 }
 
 TEST(SerializeTextBuf, SurvivesLyingLengths) {

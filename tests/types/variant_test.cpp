@@ -111,6 +111,24 @@ void expect_readings(reading const& r, long as_long) {
     EXPECT_TRUE(v.as_utf16() == strings::utf8_to_utf16(r.text));
 }
 
+TEST(Variant, IntegersOfEveryLengthAreText) {
+    auto const expect = [](auto number) {
+        std::string const text = std::to_string(number);
+        EXPECT_EQ(variant(number).as_string(), text);
+        EXPECT_EQ(variant(number).as_wstring(), std::wstring(text.begin(), text.end()));
+        EXPECT_TRUE(variant(number).as_utf16() == ustring16(text.begin(), text.end()));
+    };
+    for (unsigned long long power = 1; power < ull_max / 10; power *= 10) {
+        for (unsigned long long const n : {power - 1, power, power * 5, power * 10 - 1}) {
+            expect(n);
+            expect(static_cast<long long>(0 - n));
+            expect(static_cast<unsigned int>(n));
+            expect(static_cast<int>(0 - n));
+            expect(static_cast<unsigned short>(n));
+        }
+    }
+}
+
 TEST(Variant, NumbersReadAsEveryType) {
     reading const rows[] = {
         {types::nil, 0, 0, 0, 0, 0, 0, 0, 0, false, 0, ""},
