@@ -3,11 +3,14 @@
 //
 // One pass by hand over the bytes. Everything that a parse knows lives in a scanner on the stack of
 // parse(), so a parse may be left by an exception, or started again from a callback, at any point.
-// Open elements and attribute names are ranges of the input; only what is reported is copied, into
-// two strings that are used over and over. A fault is thrown as a parse_error and caught in do_parse.
+// Each step takes the place that it begins at and returns the place behind what it read, which thus
+// stays in a register. Open elements and attribute names are ranges of the input; only what is reported
+// is copied, into strings that are used over and over. A fault is thrown as a parse_error and caught in
+// do_parse; lines are counted then, and not before.
 #include <zolt/parser/xml_parser.hpp>
 
 #include <zolt/generic/convert/str_to_x.hpp>
+#include <zolt/parser/xml_scan_private.hpp>
 #include <zolt/strings/unicode.hpp>
 #include <zolt/types/radix.hpp>
 
@@ -15,60 +18,68 @@
 #include <array>
 #include <cctype>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace ZOLT_2_18::parser {
-namespace {
 
-using parse_error = xml_parser::parse_error;
+namespace _private {
 
-//--------------------------------------------------------------------------------------------------
-// Character classes
-
-enum char_class : unsigned char {
-    letter = 1,
-    digit = 2,
-    hex_digit = 4,
-    name_part = 8, // letter, digit or "_"
-    white_space = 16,
-    text_end = 32 // ends a run of plain text: whitespace or one of "<", ">", "&"
-};
-
-constexpr std::array<unsigned char, 256> make_classes() {
-    std::array<unsigned char, 256> classes{};
-    auto const mark = [&classes](std::string_view characters, int bits) {
-        for (char const c : characters) {
-            unsigned char& entry = classes[static_cast<unsigned char>(c)];
-            entry = static_cast<unsigned char>(entry | bits);
-        }
-    };
-    mark("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz", letter | name_part);
-    mark("0123456789", digit | hex_digit | name_part);
-    mark("ABCDEFabcdef", hex_digit);
-    mark("_", name_part);
-    mark(" \t\r\n", white_space | text_end);
-    mark("<>&", text_end);
-    return classes;
+std::size_t run_finder::move_to(char const* from) noexcept {
+    m_block += (from - m_block) / 64 * 64;
+    look_at_block();
+    return static_cast<std::size_t>(from - m_block);
 }
 
-constexpr auto classes = make_classes();
+char const* run_finder::find_beyond(std::uint64_t run_ends::*kind) noexcept {
+    do {
+        m_block += 64;
+        look_at_block();
+    } while (!(m_ends.*kind));
+    return m_block + std::countr_zero(m_ends.*kind);
+}
 
-bool is(char c, char_class wanted) noexcept { return classes[static_cast<unsigned char>(c)] & wanted; }
+// Behind the end of the text stands what ends a run of any kind.
+void run_finder::look_at_block() noexcept {
+    auto const left = static_cast<std::size_t>(m_last - m_block);
+    if (left >= 64) {
+        m_ends = find_run_ends(m_block);
+    } else {
+        char padded[64];
+        std::memset(padded, '&', sizeof padded);
+        if (left) std::memcpy(padded, m_block, left);
+        m_ends = find_run_ends(padded);
+    }
+}
 
-bool is_white_space(char c) noexcept { return is(c, white_space); }
+} // namespace _private
+
+namespace {
+
+using _private::is;
+using _private::run_ends;
+using strings::ustring8;
+using parse_error = xml_parser::parse_error;
+using place = char const*;
+
+//--------------------------------------------------------------------------------------------------
+
+bool is_white_space(char c) noexcept { return is(c, _private::white_space); }
 
 // The table answers for ASCII, the locale in force for the bytes above it.
 bool is_name_start(char c) noexcept {
     auto const byte = static_cast<unsigned char>(c);
-    return byte < 0x80 ? is(c, letter) : std::isalpha(byte) != 0;
+    return byte < 0x80 ? is(c, _private::letter) : std::isalpha(byte) != 0;
 }
 
 bool is_name_part(char c) noexcept {
     auto const byte = static_cast<unsigned char>(c);
-    return byte < 0x80 ? is(c, name_part) : std::isalnum(byte) != 0;
+    return byte < 0x80 ? is(c, _private::name_part) : std::isalnum(byte) != 0;
 }
 
 struct entity {
@@ -76,274 +87,418 @@ struct entity {
     char value;
 };
 
-constexpr entity entities[] = {{"amp;", '&'}, {"apos;", '\''}, {"gt;", '>'},
-                               {"lt;", '<'},  {"quot;", '"'},  {"nbsp;", ' '}};
+constexpr entity entities[] = {{"&amp;", '&'}, {"&apos;", '\''}, {"&gt;", '>'},
+                               {"&lt;", '<'},  {"&quot;", '"'},  {"&nbsp;", ' '}};
 constexpr std::string_view entity_initials = "aglnq";
 
 //--------------------------------------------------------------------------------------------------
+
+// Most texts are a few bytes long, so that a call would take longer than what it does. These two handle
+// a short text by its first and its last bytes, which overlap unless there are twice as many.
+
+template <std::size_t Bytes>
+void copy_ends(char* to, char const* from, std::size_t size) noexcept {
+    char first[Bytes], last[Bytes];
+    std::memcpy(first, from, Bytes);
+    std::memcpy(last, from + size - Bytes, Bytes);
+    std::memcpy(to, first, Bytes);
+    std::memcpy(to + size - Bytes, last, Bytes);
+}
+
+inline void copy_bytes(char* to, char const* from, std::size_t size) noexcept {
+    if (size > 16) {
+        std::memcpy(to, from, size);
+    } else if (size >= 8) {
+        copy_ends<8>(to, from, size);
+    } else if (size >= 4) {
+        copy_ends<4>(to, from, size);
+    } else if (size >= 2) {
+        copy_ends<2>(to, from, size);
+    } else if (size) {
+        *to = *from;
+    }
+}
+
+bool same_bytes(char const* left, char const* right, std::size_t size) noexcept {
+    auto const differ = [left, right]<typename Word>(Word, std::size_t at) {
+        Word one, other;
+        std::memcpy(&one, left + at, sizeof one);
+        std::memcpy(&other, right + at, sizeof other);
+        return one ^ other;
+    };
+    if (size > 16) return std::memcmp(left, right, size) == 0;
+    if (size >= 8) return !(differ(std::uint64_t(), 0) | differ(std::uint64_t(), size - 8));
+    if (size >= 4) return !(differ(std::uint32_t(), 0) | differ(std::uint32_t(), size - 4));
+    while (size && left[size - 1] == right[size - 1]) --size;
+    return !size;
+}
 
 // The attribute names of one element: the first few in a row, which is all that an ordinary element
 // has, the rest in a tree.
 class name_set {
 public:
     void clear() noexcept {
-        m_few.clear();
-        m_many.clear();
+        m_size = 0;
+        if (!m_many.empty()) m_many.clear();
     }
 
     // False when the name is there already.
     bool insert(std::string_view name) {
-        if (std::find(m_few.begin(), m_few.end(), name) != m_few.end()) return false;
-        if (m_few.size() == few) return m_many.insert(name).second;
-        m_few.push_back(name);
+        for (std::size_t i = 0; i < m_size; ++i) {
+            if (m_few[i].size() == name.size() && same_bytes(m_few[i].data(), name.data(), name.size())) return false;
+        }
+        if (m_size == m_few.size()) return insert_into_many(name);
+        m_few[m_size++] = name;
         return true;
     }
 
 private:
-    static constexpr std::size_t few = 16;
+    [[gnu::noinline]] bool insert_into_many(std::string_view name) { return m_many.insert(name).second; }
 
-    std::vector<std::string_view> m_few;
+    std::array<std::string_view, 16> m_few;
+    std::size_t m_size = 0;
     std::set<std::string_view> m_many;
+};
+
+//--------------------------------------------------------------------------------------------------
+
+// Turns a range of the input into the string that a callback is given. There is one string for each
+// small length, so that nothing but its bytes changes: most texts are a few bytes long, and a call to
+// assign would take longer than all the rest of an event.
+class text_holder {
+public:
+    [[gnu::always_inline]] ustring8 const& hold(std::string_view text) {
+        if (text.size() >= m_short.size()) return hold_long(text);
+        ustring8& held = m_short[text.size()];
+        if (held.size() != text.size()) [[unlikely]] return first_of_length(held, text);
+        copy_bytes(held.data(), text.data(), text.size());
+        return held;
+    }
+
+private:
+    [[gnu::noinline]] static ustring8 const& first_of_length(ustring8& held, std::string_view text) {
+        held.assign(text);
+        return held;
+    }
+
+    [[gnu::noinline]] ustring8 const& hold_long(std::string_view text) {
+        m_long.assign(text);
+        return m_long;
+    }
+
+    std::array<ustring8, 16> m_short;
+    ustring8 m_long;
+};
+
+//--------------------------------------------------------------------------------------------------
+
+// A text with references is put together here.
+class decoded_text {
+public:
+    void clear() noexcept { m_size = 0; }
+
+    void add(char c) {
+        if (m_size == m_bytes.size()) grow(1);
+        m_bytes[m_size++] = c;
+    }
+
+    void add(std::string_view text) {
+        if (text.size() > m_bytes.size() - m_size) grow(text.size());
+        copy_bytes(m_bytes.data() + m_size, text.data(), text.size());
+        m_size += text.size();
+    }
+
+    std::string_view view() const noexcept { return {m_bytes.data(), m_size}; }
+
+private:
+    [[gnu::noinline]] void grow(std::size_t wanted) { m_bytes.resize(2 * m_size + wanted); }
+
+    std::string m_bytes; // the text and room for more
+    std::size_t m_size = 0;
 };
 
 //--------------------------------------------------------------------------------------------------
 
 class scanner {
 public:
-    scanner(xml_parser const& callbacks, char const* first, char const* last) noexcept
-        : m_callbacks(callbacks), m_first(first), m_last(last) {}
+    scanner(xml_parser const& callbacks, place first, place last)
+        : m_callbacks(callbacks), m_first(first), m_last(last), m_body(last), m_runs(first, last) {
+        m_open_elements.reserve(16);
+    }
 
     parse_error do_parse();
 
 private:
-    void skip_mark() noexcept;
-    void parse_header();
-    void parse_markup();
-    void parse_comment();
-    void parse_start_tag();
-    void parse_end_tag();
-    void parse_inside_tag();
-    void parse_attribute();
-    void parse_attrib_value(std::string_view attribute);
-    void parse_text();
-    std::string_view parse_whitespace() noexcept;
-    std::string_view parse_name() noexcept;
-    char parse_character();
-    char parse_number();
+    place parse_header(place at) const;
+    void parse_body(place at);
+    place parse_markup(place at);
+    place parse_comment(place at);
+    place parse_start_tag(place at);
+    place parse_end_tag(place at);
+    bool closes_innermost(place at) const noexcept;
+    place parse_attribute(place at);
+    place decode_attrib_value(place start, place at, char quote);
+    place parse_space(place at);
+    place parse_text(place at);
+    place decode_text(place start, place at);
+    place parse_character(place at, char& decoded) const;
+    place parse_number(place at, char& decoded) const;
+    [[gnu::always_inline]] place skip_whitespace(place at) noexcept {
+        if (at == m_last || !is_white_space(*at)) return at;
+        return m_runs.find<&run_ends::white_space>(at + 1);
+    }
+    // At the first letter of a name.
+    [[gnu::always_inline]] place skip_name(place at) noexcept {
+        at = m_runs.find<&run_ends::name>(at + 1);
+        return at == m_last || static_cast<unsigned char>(*at) < 0x80 ? at : skip_foreign_name(at);
+    }
+    place skip_foreign_name(place at) noexcept;
     void close_element();
 
-    std::string_view rest() const noexcept { return {m_first, static_cast<std::size_t>(m_last - m_first)}; }
-    std::string_view from(char const* start) const noexcept {
-        return {start, static_cast<std::size_t>(m_first - start)};
+    std::string_view rest(place at) const noexcept { return between(at, m_last); }
+    static std::string_view between(place first, place last) noexcept {
+        return {first, static_cast<std::size_t>(last - first)};
     }
-    bool skip(std::string_view expected) noexcept;
-    void expect_more() const;
-    [[noreturn]] void fail(parse_error::error_type kind, std::string_view text = {}) const;
-    [[noreturn]] void fail_here() const;
+    void expect_more(place at) const {
+        if (at == m_last) [[unlikely]] fail(at, parse_error::unexpected_end);
+    }
+    [[noreturn]] void fail(place at, parse_error::error_type kind, std::string_view text = {}) const;
+    [[noreturn]] void fail_here(place at) const;
 
     template <typename Callback>
     void report(Callback const& callback, std::string_view text) {
-        m_text.assign(text);
-        callback.invoke(m_text);
+        callback.invoke(m_texts.hold(text));
     }
 
     xml_parser const& m_callbacks;
-    char const* m_first; // the next byte to read
-    char const* const m_last;
-    bool m_inside_tag = false;
+    place const m_first;
+    place const m_last;
+    place m_body; // where the lines are counted from: behind the header, until then nowhere
+    std::size_t m_uncounted_lines = 0; // those in comments and attribute values
     bool m_root_closed = false;
-    unsigned long m_line = 0;
     std::vector<std::string_view> m_open_elements;
     name_set m_attribute_names;
-    strings::ustring8 m_name; // the texts that the callbacks are given
-    strings::ustring8 m_text;
+    _private::run_finder m_runs;
+    text_holder m_texts;
+    text_holder m_names; // of attributes, which are reported together with a text
+    decoded_text m_decoded;
+    ustring8 const m_blank = " "; // what most runs of whitespace are
 };
 
 parse_error scanner::do_parse() {
     try {
-        skip_mark();
-        parse_header();
-        while (m_first != m_last) {
-            if (m_inside_tag) {
-                parse_inside_tag();
-            } else if (*m_first == '<') {
-                parse_markup();
-            } else if (is_white_space(*m_first)) {
-                report(m_callbacks.on_space, parse_whitespace());
-            } else {
-                parse_text();
-            }
-        }
-        if (!m_open_elements.empty()) fail(parse_error::unexpected_end);
+        // A byte order mark is passed over by what follows it, not by its own bytes.
+        bool const marked = m_last - m_first >= 4 && m_first[3] == '<';
+        m_body = parse_header(marked ? m_first + 3 : m_first);
+        parse_body(m_body);
     } catch (parse_error const& fault) {
         return fault;
     }
-    return parse_error(parse_error::no_error, 0, strings::ustring8());
+    return parse_error(parse_error::no_error, 0, ustring8());
 }
 
-// A byte order mark is passed over by what follows it, not by its own bytes.
-void scanner::skip_mark() noexcept {
-    if (m_last - m_first >= 4 && m_first[3] == '<') m_first += 3;
-}
-
-void scanner::parse_header() {
-    if (!skip("<?xml")) fail(parse_error::header_missing);
-    for (; m_first != m_last; ++m_first) {
-        if (*m_first == '<' || *m_first == '>') fail(parse_error::header_missing);
-        if (skip("?>")) return;
+place scanner::parse_header(place at) const {
+    if (!rest(at).starts_with("<?xml")) fail(at, parse_error::header_missing);
+    for (at += 5; at != m_last; ++at) {
+        if (*at == '<' || *at == '>') fail(at, parse_error::header_missing);
+        if (rest(at).starts_with("?>")) return at + 2;
     }
-    fail(parse_error::no_root_element);
+    fail(at, parse_error::no_root_element);
+}
+
+void scanner::parse_body(place at) {
+    while (at != m_last) {
+        if (*at == '<') {
+            at = parse_markup(at);
+        } else if (is_white_space(*at)) {
+            at = parse_space(at);
+        } else {
+            at = parse_text(at);
+        }
+    }
+    if (!m_open_elements.empty()) fail(at, parse_error::unexpected_end);
 }
 
 // At a "<" outside a tag.
-void scanner::parse_markup() {
-    ++m_first;
-    expect_more();
-    if (*m_first == '/') {
-        parse_end_tag();
-    } else if (is_name_start(*m_first)) {
-        parse_start_tag();
-    } else if (skip("!--")) {
-        parse_comment();
-    } else if (std::string_view("!--").substr(0, rest().size()) == rest()) {
-        fail(parse_error::unexpected_end);
-    } else {
-        fail(parse_error::unexpected_character, "<");
-    }
+place scanner::parse_markup(place at) {
+    ++at;
+    expect_more(at);
+    if (*at == '/') return parse_end_tag(at);
+    if (is_name_start(*at)) return parse_start_tag(at);
+    std::string_view const mark = "!--";
+    if (rest(at).starts_with(mark)) return parse_comment(at + mark.size());
+    if (mark.starts_with(rest(at))) fail(at, parse_error::unexpected_end);
+    fail(at, parse_error::unexpected_character, "<");
 }
 
-void scanner::parse_comment() {
-    std::size_t const length = rest().find("-->");
-    if (length == std::string_view::npos) fail(parse_error::unexpected_end);
-    std::string_view const comment = rest().substr(0, length);
-    m_first += length + 3;
-    report(m_callbacks.on_comment, comment);
+place scanner::parse_comment(place at) {
+    std::size_t const length = rest(at).find("-->");
+    if (length == std::string_view::npos) fail(at, parse_error::unexpected_end);
+    m_uncounted_lines += static_cast<std::size_t>(std::count(at, at + length, '\n'));
+    report(m_callbacks.on_comment, between(at, at + length));
+    return at + length + 3;
 }
 
-void scanner::parse_start_tag() {
-    if (m_root_closed) fail(parse_error::data_after_root);
-    m_open_elements.push_back(parse_name());
+// At the name. Goes on to the end of the tag.
+place scanner::parse_start_tag(place at) {
+    if (m_root_closed) fail(at, parse_error::data_after_root);
+    place const name = at;
+    at = skip_name(at);
+    m_open_elements.push_back(between(name, at));
     m_attribute_names.clear();
-    m_inside_tag = true;
-    report(m_callbacks.on_element_start, m_open_elements.back());
+    report(m_callbacks.on_element_start, between(name, at));
+    for (;;) {
+        expect_more(at);
+        if (*at == '>') return at + 1;
+        if (*at == '/') break;
+        at = is_white_space(*at) ? skip_whitespace(at + 1) : parse_attribute(at);
+    }
+    ++at;
+    expect_more(at);
+    if (*at != '>') fail(at, parse_error::unexpected_character, "/");
+    close_element();
+    return at + 1;
 }
 
 // At the "/" of "</". What is no name closes nothing, like a wrong name.
-void scanner::parse_end_tag() {
-    ++m_first;
-    expect_more();
-    std::string_view const name = parse_name();
-    if (m_open_elements.empty() || m_open_elements.back() != name) fail(parse_error::mismatched_end, name);
-    parse_whitespace();
-    expect_more();
-    if (*m_first != '>') fail_here();
-    ++m_first;
-    close_element();
-}
-
-void scanner::parse_inside_tag() {
-    if (is_white_space(*m_first)) {
-        parse_whitespace();
-    } else if (*m_first == '>') {
-        ++m_first;
-        m_inside_tag = false;
-    } else if (*m_first == '/') {
-        ++m_first;
-        expect_more();
-        if (*m_first != '>') fail(parse_error::unexpected_character, "/");
-        ++m_first;
-        m_inside_tag = false;
+place scanner::parse_end_tag(place at) {
+    ++at;
+    expect_more(at);
+    if (closes_innermost(at)) {
+        at += m_open_elements.back().size() + 1;
         close_element();
-    } else {
-        parse_attribute();
+        return at;
     }
+    place const start = at;
+    if (is_name_start(*at)) at = skip_name(at);
+    std::string_view const name = between(start, at);
+    if (m_open_elements.empty() || m_open_elements.back() != name) fail(at, parse_error::mismatched_end, name);
+    at = skip_whitespace(at);
+    expect_more(at);
+    if (*at != '>') fail_here(at);
+    close_element();
+    return at + 1;
 }
 
-void scanner::parse_attribute() {
-    if (!is_name_start(*m_first)) fail_here();
-    std::string_view const name = parse_name();
-    parse_whitespace();
-    expect_more();
-    if (*m_first != '=') fail(parse_error::missing_equal_sign, name);
-    ++m_first;
-    if (!m_attribute_names.insert(name)) fail(parse_error::attribute_redefined, name);
-    parse_whitespace();
-    parse_attrib_value(name);
-    m_name.assign(name);
-    m_callbacks.on_attribute.invoke(m_name, m_text);
+// The usual end tag: the right name and nothing behind it.
+bool scanner::closes_innermost(place at) const noexcept {
+    if (m_open_elements.empty()) return false;
+    std::string_view const name = m_open_elements.back();
+    return rest(at).size() > name.size() && at[name.size()] == '>' && same_bytes(at, name.data(), name.size());
 }
 
-// Leaves the decoded value in m_text. Whatever is not the closing quote or a reference is data.
-void scanner::parse_attrib_value(std::string_view attribute) {
-    expect_more();
-    char const quote = *m_first;
-    if (quote != '"' && quote != '\'') fail(parse_error::missing_quote, attribute);
-    ++m_first;
-    m_text.clear();
+place scanner::parse_attribute(place at) {
+    if (!is_name_start(*at)) fail_here(at);
+    place const start = at;
+    at = skip_name(at);
+    std::string_view const name = between(start, at);
+    expect_more(at);
+    if (*at != '=') at = skip_whitespace(at);
+    expect_more(at);
+    if (*at != '=') fail(at, parse_error::missing_equal_sign, name);
+    if (!m_attribute_names.insert(name)) fail(at, parse_error::attribute_redefined, name);
+    at = skip_whitespace(at + 1);
+    expect_more(at);
+    char const quote = *at;
+    if (quote != '"' && quote != '\'') fail(at, parse_error::missing_quote, name);
+    ++at;
+    place const end = m_runs.find<&run_ends::value>(at);
+    if (end != m_last && *end == quote) {
+        m_callbacks.on_attribute.invoke(m_names.hold(name), m_texts.hold(between(at, end)));
+        return end + 1;
+    }
+    at = decode_attrib_value(at, end, quote);
+    m_callbacks.on_attribute.invoke(m_names.hold(name), m_texts.hold(m_decoded.view()));
+    return at;
+}
+
+// A value that goes on at `at` with something else than its closing quote. Whatever is neither that nor
+// a reference is data.
+place scanner::decode_attrib_value(place start, place at, char quote) {
+    m_decoded.clear();
     for (;;) {
-        char const* const start = m_first;
-        m_first = std::find_if(start, m_last, [quote](char c) { return c == quote || c == '&'; });
-        m_text.append(from(start));
-        expect_more();
-        if (*m_first == quote) break;
-        m_text += parse_character();
+        m_decoded.add(between(start, at));
+        expect_more(at);
+        if (*at == quote) return at + 1;
+        start = at;
+        if (*at == '&') {
+            char decoded;
+            start = at = parse_character(at, decoded);
+            m_decoded.add(decoded);
+        } else {
+            m_uncounted_lines += *at++ == '\n';
+        }
+        at = m_runs.find<&run_ends::value>(at);
     }
-    ++m_first;
 }
 
-void scanner::parse_text() {
-    m_text.clear();
-    while (m_first != m_last) {
-        char const* const start = m_first;
-        m_first = std::find_if(start, m_last, [](char c) { return is(c, text_end); });
-        m_text.append(from(start));
-        if (m_first == m_last || *m_first != '&') break;
-        m_text += parse_character();
+place scanner::parse_space(place at) {
+    place const end = skip_whitespace(at + 1); // one blank, mostly
+    if (end - at == 1 && *at == ' ') {
+        m_callbacks.on_space.invoke(m_blank);
+    } else {
+        report(m_callbacks.on_space, between(at, end));
     }
-    if (m_first != m_last && *m_first == '>') fail_here();
-    m_callbacks.on_character.invoke(m_text);
+    return end;
 }
 
-std::string_view scanner::parse_whitespace() noexcept {
-    char const* const start = m_first;
-    for (; m_first != m_last && is_white_space(*m_first); ++m_first) m_line += *m_first == '\n';
-    return from(start);
+place scanner::parse_text(place at) {
+    place const end = m_runs.find<&run_ends::text>(at);
+    if (end != m_last && (*end == '&' || *end == '>')) return decode_text(at, end);
+    report(m_callbacks.on_character, between(at, end));
+    return end;
 }
 
-// Empty when there is no letter at the front.
-std::string_view scanner::parse_name() noexcept {
-    char const* const start = m_first;
-    if (m_first != m_last && is_name_start(*m_first)) m_first = std::find_if_not(start, m_last, is_name_part);
-    return from(start);
+// A text with a reference or a fault at `at`.
+place scanner::decode_text(place start, place at) {
+    m_decoded.clear();
+    m_decoded.add(between(start, at));
+    while (at != m_last && *at == '&') {
+        char decoded;
+        start = parse_character(at, decoded);
+        m_decoded.add(decoded);
+        at = m_runs.find<&run_ends::text>(start);
+        m_decoded.add(between(start, at));
+    }
+    if (at != m_last && *at == '>') fail_here(at);
+    report(m_callbacks.on_character, m_decoded.view());
+    return at;
 }
 
 // At the "&" of a reference.
-char scanner::parse_character() {
-    ++m_first;
-    expect_more();
-    if (*m_first == '#') return parse_number();
-    if (entity_initials.find(*m_first) == std::string_view::npos) fail(parse_error::unknown_entity);
+place scanner::parse_character(place at, char& decoded) const {
+    expect_more(at + 1);
+    if (at[1] == '#') return parse_number(at + 1, decoded);
     for (entity const& known : entities) {
-        if (skip(known.name)) return known.value;
-        if (known.name.substr(0, rest().size()) == rest()) fail(parse_error::unexpected_end);
+        if (known.name[1] != at[1]) continue;
+        decoded = known.value;
+        std::size_t const size = known.name.size();
+        if (rest(at).size() >= size && same_bytes(at, known.name.data(), size)) return at + size;
+        if (known.name.starts_with(rest(at))) fail(at, parse_error::unexpected_end);
     }
-    fail(parse_error::unexpected_character, "&");
+    if (entity_initials.find(at[1]) == std::string_view::npos) fail(at, parse_error::unknown_entity);
+    fail(at, parse_error::unexpected_character, "&");
 }
 
 // At the "#" of a reference.
-char scanner::parse_number() {
-    ++m_first;
-    bool const hexadecimal = skip("x");
-    char const* const start = m_first;
-    char_class const digits = hexadecimal ? hex_digit : digit;
-    m_first = std::find_if_not(start, m_last, [digits](char c) { return is(c, digits); });
-    std::string_view const number = from(start);
-    expect_more();
-    if (number.empty() || *m_first != ';') fail(parse_error::unexpected_character, "&");
-    ++m_first;
-    return static_cast<char>(
-        generic::convert::str_to_uint8(number.data(), static_cast<unsigned long>(number.size()),
+place scanner::parse_number(place at, char& decoded) const {
+    ++at;
+    bool const hexadecimal = rest(at).starts_with('x');
+    if (hexadecimal) ++at;
+    auto const digits = hexadecimal ? _private::hex_digit : _private::digit;
+    place const end = std::find_if_not(at, m_last, [digits](char c) { return is(c, digits); });
+    expect_more(end);
+    if (end == at || *end != ';') fail(at, parse_error::unexpected_character, "&");
+    decoded = static_cast<char>(
+        generic::convert::str_to_uint8(at, static_cast<unsigned long>(end - at),
                                        hexadecimal ? types::radix_t::hexadecimal : types::radix_t::automatic));
+    return end + 1;
+}
+
+// A name with bytes above ASCII, at the first of them.
+[[gnu::noinline]] place scanner::skip_foreign_name(place at) noexcept {
+    while (at != m_last && is_name_part(*at)) at = m_runs.find<&run_ends::name>(at + 1);
+    return at;
 }
 
 void scanner::close_element() {
@@ -352,25 +507,16 @@ void scanner::close_element() {
     m_root_closed = m_open_elements.empty();
 }
 
-bool scanner::skip(std::string_view expected) noexcept {
-    if (rest().substr(0, expected.size()) != expected) return false;
-    m_first += expected.size();
-    return true;
+void scanner::fail(place at, parse_error::error_type kind, std::string_view text) const {
+    auto const lines = static_cast<std::size_t>(std::count(m_body, std::max(m_body, at), '\n'));
+    throw parse_error(kind, static_cast<unsigned long>(lines - m_uncounted_lines), ustring8(text));
 }
 
-void scanner::expect_more() const {
-    if (m_first == m_last) fail(parse_error::unexpected_end);
-}
-
-void scanner::fail(parse_error::error_type kind, std::string_view text) const {
-    throw parse_error(kind, m_line, strings::ustring8(text.data(), text.size()));
-}
-
-void scanner::fail_here() const {
-    auto const size = static_cast<unsigned int>(std::min<std::size_t>(rest().size(), 4));
-    bool const whole = strings::gh2::validate_utf8(m_first, size);
-    fail(parse_error::unexpected_character,
-         rest().substr(0, whole ? strings::gh2::get_utf8_length(m_first, size) : 1));
+void scanner::fail_here(place at) const {
+    auto const size = static_cast<unsigned int>(std::min<std::size_t>(rest(at).size(), 4));
+    bool const whole = strings::gh2::validate_utf8(at, size);
+    fail(at, parse_error::unexpected_character,
+         rest(at).substr(0, whole ? strings::gh2::get_utf8_length(at, size) : 1));
 }
 
 } // namespace
