@@ -4,9 +4,35 @@
 
 #include <zolt/functor/member_function.hpp>
 
+#include <algorithm>
+#include <new>
+
 namespace ZOLT_2_18::parser {
 
-xml_token_stream::xml_token_stream() {
+namespace _private {
+
+struct alignas(std::max_align_t) node_blocks::block {
+    block* older;
+};
+
+node_blocks::~node_blocks() {
+    while (m_newest) ::operator delete(std::exchange(m_newest, m_newest->older));
+}
+
+// Blocks double up to a size from which on larger ones would save nothing.
+void node_blocks::add_block(std::size_t bytes) {
+    std::size_t const smallest = 1 << 10, largest = 1 << 16;
+    std::size_t const size = std::clamp(2 * m_size, smallest, largest);
+    auto* const memory = static_cast<char*>(::operator new(sizeof(block) + std::max(size, bytes)));
+    m_newest = new (memory) block{m_newest};
+    m_size = size;
+    m_free = memory + sizeof(block);
+    m_end = m_free + std::max(size, bytes);
+}
+
+} // namespace _private
+
+xml_token_stream::xml_token_stream() : m_tokens(token_list::allocator_type(m_blocks)) {
     using text_member = functor::member_function_t<xml_token_stream, void(strings::ustring8 const&)>;
     using attribute_member =
         functor::member_function_t<xml_token_stream, void(strings::ustring8 const&, strings::ustring8 const&)>;
@@ -61,7 +87,7 @@ void xml_token_stream::on_comment(strings::ustring8 const& text) { m_tokens.empl
 
 void xml_token_stream::close_start_tag() {
     if (m_start_tag_closed) return;
-    m_tokens.emplace_back(token::start_tag_end, strings::ustring8());
+    m_tokens.emplace_back(token::start_tag_end);
     m_start_tag_closed = true;
 }
 

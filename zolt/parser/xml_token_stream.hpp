@@ -21,8 +21,56 @@
 
 #include <cstddef>
 #include <list>
+#include <utility>
 
 namespace ZOLT_2_18::parser {
+
+namespace _private {
+
+/// Memory that is taken piece by piece and given back as a whole.
+class ZOLT_API node_blocks {
+public:
+    node_blocks() = default;
+    node_blocks(node_blocks const&) = delete;
+    node_blocks& operator=(node_blocks const&) = delete;
+    ~node_blocks();
+
+    /// Every piece of a size that suits its alignment.
+    void* take(std::size_t bytes) {
+        if (bytes > static_cast<std::size_t>(m_end - m_free)) add_block(bytes);
+        return std::exchange(m_free, m_free + bytes);
+    }
+
+private:
+    struct block;
+
+    void add_block(std::size_t bytes);
+
+    block* m_newest = nullptr;
+    char* m_free = nullptr; // in the newest block
+    char* m_end = nullptr;
+    std::size_t m_size = 0; // of the newest block
+};
+
+/// For a list that only grows and does not outlive its blocks.
+template <typename T>
+struct node_allocator {
+    using value_type = T;
+
+    explicit node_allocator(node_blocks& from) noexcept : blocks(&from) {}
+    template <typename Other>
+    node_allocator(node_allocator<Other> const& other) noexcept : blocks(other.blocks) {}
+
+    T* allocate(std::size_t count) { return static_cast<T*>(blocks->take(count * sizeof(T))); }
+    void deallocate(T*, std::size_t) noexcept {}
+
+    friend bool operator==(node_allocator left, node_allocator right) noexcept { return left.blocks == right.blocks; }
+    friend bool operator!=(node_allocator left, node_allocator right) noexcept { return left.blocks != right.blocks; }
+
+    node_blocks* blocks;
+};
+
+} // namespace _private
 
 class ZOLT_API xml_token_stream {
 public:
@@ -40,6 +88,7 @@ public:
         };
 
         token(token_type type, strings::ustring8 const& value) : m_type(type), m_value(value) {}
+        explicit token(token_type type) noexcept : m_type(type) {}
 
         token_type type() const noexcept { return m_type; }
         strings::ustring8 const& value() const noexcept { return m_value; }
@@ -49,8 +98,10 @@ public:
         strings::ustring8 m_value;
     };
 
-    using iterator = std::list<token>::iterator;
-    using const_iterator = std::list<token>::const_iterator;
+    /// A list whose nodes lie side by side in memory that the stream owns.
+    using token_list = std::list<token, _private::node_allocator<token>>;
+    using iterator = token_list::iterator;
+    using const_iterator = token_list::const_iterator;
 
     xml_token_stream();
     /// The parser's callbacks are bound to the stream itself, so it stays where it is.
@@ -87,7 +138,8 @@ private:
     void close_start_tag();
 
     bool m_start_tag_closed = false;
-    std::list<token> m_tokens;
+    _private::node_blocks m_blocks;
+    token_list m_tokens;
     xml_parser m_parser;
 };
 
