@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -147,6 +149,36 @@ TEST(XmlParser, SmallTextsExhaustively) {
     // Any text goes without "<", ">" and "&": 1 + 8 + ... + 8^5. The others are <a/>, the same with one of
     // these before or behind it, <aa/> and <a />.
     EXPECT_EQ(accepted, 37449u + 1 + 2 * 8 + 2);
+}
+
+// A run of every kind with every byte behind it, at lengths and places on both sides of 16 and 64 bytes.
+TEST(XmlParser, RunsEndAtTheRightByte) {
+    auto const count = [](char const* bytes, int c) { return c && std::strchr(bytes, c) != nullptr; };
+    for (std::size_t length : {1, 2, 3, 7, 8, 15, 16, 17, 47, 48, 63, 64, 65, 127, 128, 129, 200}) {
+        for (int byte = 0; byte < 256; ++byte) {
+            std::string const end(1, static_cast<char>(byte)), run(length, 'x'), white(length, ' ');
+            bool const is_white = count(" \t\r\n", byte), is_name = byte < 0x80 && (std::isalnum(byte) || byte == '_');
+            std::string const line = byte == '\n' ? "1" : "0";
+            auto const expect = [&](std::string const& input, std::string const& expected) {
+                EXPECT_EQ(outcome("<?xml?>" + input), expected) << length << " then byte " << byte;
+            };
+            expect(run + end, byte == '<'   ? "T:" + run + "|1 0 ''"
+                              : byte == '>' ? "5 0 '>'"
+                              : byte == '&' ? "1 0 ''"
+                              : is_white    ? "T:" + run + "|W:" + end + "|ok"
+                                            : "T:" + run + end + "|ok");
+            if (!count("<>&", byte)) {
+                expect(white + end, is_white ? "W:" + white + end + "|ok" : "W:" + white + "|T:" + end + "|ok");
+                expect("<a x='" + run + end + "'/>" + line, // the closing quote may be the byte itself
+                       byte == '\'' ? "S:a|A:x=" + run + "|5 0 '\''" : "S:a|A:x=" + run + end + "|E:a|T:" + line + "|ok");
+            }
+            if (is_name) expect("<" + run + end + "/>", "S:" + run + end + "|E:" + run + end + "|ok");
+            if (byte < 0x80 && !is_name && !is_white && !count("/>", byte)) {
+                expect("<" + run + end + "/>", "S:" + run + "|5 0 '" + end + "'");
+            }
+            expect("<!--" + run + end + "-->\n>", "C:" + run + end + "|W:\n|5 1 '>'");
+        }
+    }
 }
 
 TEST(XmlParser, DepthAndWidthAreUnlimited) {

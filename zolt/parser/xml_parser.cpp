@@ -30,31 +30,46 @@ namespace ZOLT_2_18::parser {
 
 namespace _private {
 
-std::size_t run_finder::move_to(char const* from) noexcept {
-    m_block += (from - m_block) / 64 * 64;
-    look_at_block();
-    return static_cast<std::size_t>(from - m_block);
-}
-
-char const* run_finder::find_beyond(std::uint64_t run_ends::*kind) noexcept {
-    do {
-        m_block += 64;
-        look_at_block();
-    } while (!(m_ends.*kind));
-    return m_block + std::countr_zero(m_ends.*kind);
-}
-
-// Behind the end of the text stands what ends a run of any kind.
-void run_finder::look_at_block() noexcept {
-    auto const left = static_cast<std::size_t>(m_last - m_block);
-    if (left >= 64) {
-        m_ends = find_run_ends(m_block);
+// `from` is behind the current block, or the run goes on to the end of it.
+char const* run_finder::find_beyond(char const* from, std::uint64_t run_ends::*kind) noexcept {
+    if (from - m_block < 128) {
+        next_block();
+        from = std::max(from, m_block);
     } else {
-        char padded[64];
-        std::memset(padded, '&', sizeof padded);
-        if (left) std::memcpy(padded, m_block, left);
-        m_ends = find_run_ends(padded);
+        start_at(from);
     }
+    std::uint64_t found = m_ends.*kind >> (from - m_block);
+    for (; !found; found = m_ends.*kind) {
+        next_block();
+        from = m_block;
+    }
+    return from + std::countr_zero(found);
+}
+
+void run_finder::start_at(char const* block) noexcept {
+    m_block = block;
+    m_ends = look_at(block);
+    look_ahead();
+}
+
+void run_finder::next_block() noexcept {
+    m_block += 64;
+    m_ends = m_next_ends;
+    look_ahead();
+}
+
+void run_finder::look_ahead() noexcept {
+    if (m_last - m_block >= 64) m_next_ends = look_at(m_block + 64);
+}
+
+// Behind the end of the text stands what ends a run of any kind, so that nobody looks farther.
+run_ends run_finder::look_at(char const* block) const noexcept {
+    auto const left = static_cast<std::size_t>(m_last - block);
+    if (left >= 64) return find_run_ends(block);
+    char padded[64];
+    std::memset(padded, '&', sizeof padded);
+    if (left) std::memcpy(padded, block, left);
+    return find_run_ends(padded);
 }
 
 } // namespace _private

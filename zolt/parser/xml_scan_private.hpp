@@ -90,9 +90,11 @@ inline run_ends find_run_ends(char const* bytes) noexcept {
         return std::uint64_t{static_cast<unsigned int>(_mm_movemask_epi8(found))};
     };
 
-    run_ends ends;
-    for (int i = 0; i < 64; i += 16) {
-        __m128i const part = _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes + i));
+    struct quarter {
+        std::uint64_t text, white_space, name, value;
+    };
+    auto const look = [=](char const* at) {
+        __m128i const part = _mm_loadu_si128(reinterpret_cast<__m128i const*>(at));
         __m128i const line_feed = equal(part, '\n'), ampersand = equal(part, '&');
         __m128i const tab_or_return = equal(_mm_andnot_si128(all(4), part), '\t'); // they differ in one bit
         __m128i const white = either(either(line_feed, tab_or_return), equal(part, ' '));
@@ -100,42 +102,50 @@ inline run_ends find_run_ends(char const* bytes) noexcept {
         __m128i const letters = between(either(part, all(0x20)), 'a', 'z');
         __m128i const name = either(either(letters, between(part, '0', '9')), equal(part, '_'));
         __m128i const quote = either(equal(part, '"'), equal(part, '\''));
-        ends.text |= bits(either(white, either(angle, ampersand))) << i;
-        ends.white_space |= bits(white) << i;
-        ends.name |= bits(name) << i;
-        ends.value |= bits(either(quote, either(ampersand, line_feed))) << i;
-    }
-    ends.white_space = ~ends.white_space;
-    ends.name = ~ends.name;
-    return ends;
+        return quarter{bits(either(white, either(angle, ampersand))), bits(white), bits(name),
+                       bits(either(quote, either(ampersand, line_feed)))};
+    };
+    auto const joined = [](std::uint64_t one, std::uint64_t two, std::uint64_t three, std::uint64_t four) {
+        return one | two << 16 | three << 32 | four << 48;
+    };
+
+    quarter const q1 = look(bytes), q2 = look(bytes + 16), q3 = look(bytes + 32), q4 = look(bytes + 48);
+    return {joined(q1.text, q2.text, q3.text, q4.text),
+            ~joined(q1.white_space, q2.white_space, q3.white_space, q4.white_space),
+            ~joined(q1.name, q2.name, q3.name, q4.name), joined(q1.value, q2.value, q3.value, q4.value)};
 }
 #else
 inline run_ends find_run_ends(char const* bytes) noexcept { return find_run_ends_portably(bytes); }
 #endif
 
-/// Finds the ends of runs in a text that is read from front to back.
+/// Finds the ends of runs in a text that is read from front to back. The block after the current one is
+/// looked at ahead of time, so that nobody waits for it.
 class run_finder {
 public:
-    run_finder(char const* first, char const* last) noexcept : m_block(first), m_last(last) { look_at_block(); }
+    run_finder(char const* first, char const* last) noexcept : m_last(last) { start_at(first); }
 
     /// The first byte from `from` on that ends a run of the kind, else the end of the text.
     template <std::uint64_t run_ends::*Kind>
     [[gnu::always_inline]] char const* find(char const* from) noexcept {
-        auto offset = static_cast<std::size_t>(from - m_block);
-        if (offset >= 64) [[unlikely]] offset = move_to(from);
-        std::uint64_t const found = m_ends.*Kind >> offset;
-        if (found) [[likely]] return from + std::countr_zero(found);
-        return find_beyond(Kind);
+        auto const offset = static_cast<std::size_t>(from - m_block);
+        if (offset < 64) [[likely]] {
+            std::uint64_t const found = m_ends.*Kind >> offset;
+            if (found) [[likely]] return from + std::countr_zero(found);
+        }
+        return find_beyond(from, Kind);
     }
 
 private:
-    std::size_t move_to(char const* from) noexcept;
-    char const* find_beyond(std::uint64_t run_ends::*kind) noexcept;
-    void look_at_block() noexcept;
+    char const* find_beyond(char const* from, std::uint64_t run_ends::*kind) noexcept;
+    void start_at(char const* block) noexcept;
+    void next_block() noexcept;
+    void look_ahead() noexcept;
+    run_ends look_at(char const* block) const noexcept;
 
-    char const* m_block; // the 64 bytes that m_ends is about
     char const* m_last;
+    char const* m_block; // the 64 bytes that m_ends is about
     run_ends m_ends;
+    run_ends m_next_ends; // of the 64 bytes behind these
 };
 
 } // namespace ZOLT_2_18::parser::_private
