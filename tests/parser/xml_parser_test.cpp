@@ -154,7 +154,7 @@ TEST(XmlParser, SmallTextsExhaustively) {
 // A run of every kind with every byte behind it, at lengths and places on both sides of 16 and 64 bytes.
 TEST(XmlParser, RunsEndAtTheRightByte) {
     auto const count = [](char const* bytes, int c) { return c && std::strchr(bytes, c) != nullptr; };
-    for (std::size_t length : {1, 2, 3, 7, 8, 15, 16, 17, 47, 48, 63, 64, 65, 127, 128, 129, 200}) {
+    for (unsigned int length : {1u, 2u, 3u, 7u, 8u, 15u, 16u, 17u, 47u, 48u, 63u, 64u, 65u, 127u, 128u, 129u, 200u}) {
         for (int byte = 0; byte < 256; ++byte) {
             std::string const end(1, static_cast<char>(byte)), run(length, 'x'), white(length, ' ');
             bool const is_white = count(" \t\r\n", byte), is_name = byte < 0x80 && (std::isalnum(byte) || byte == '_');
