@@ -76,7 +76,7 @@ void _private::append_rendered(std::string& result, message_item::type_t type, u
     }
 }
 
-message_item::message_item(ustring8 data) noexcept : message_item(std::move(data), value) {}
+message_item::message_item(ustring8 data) noexcept : m_data(std::move(data)), m_type(value) {}
 
 message_item::message_item(ustring8 data, type_t type) noexcept : m_data(std::move(data)), m_type(type) {}
 

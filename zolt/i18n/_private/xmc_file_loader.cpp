@@ -1,14 +1,17 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// A file is cut into tokens as a whole, then its tokens are walked once, one routine per kind of
-// element. Faults are thrown as load_error and pick up their context lines on the way out.
+// A file is read in one pass over the parser's events. What it holds is kept as a list of parts, its
+// catalogs and includes in their order, and carried out when the text as a whole has proven to be
+// well-formed. The first fault among the elements ends the list and is raised when its turn comes, with
+// its context lines.
 //
-// Includes do not recurse: `reading` keeps the chain of open files, each with its place in its own
-// tokens, and always goes on with the innermost one. That bounds the stack whatever the files hold.
+// Includes do not recurse: `reading` keeps the chain of open files, each with the parts still to be
+// carried out, and always goes on with the innermost one. That bounds the stack whatever the files hold.
 #include <zolt/i18n/_private/xmc_file_loader.hpp>
 
 #include <zolt/exceptions/exception.hpp>
+#include <zolt/i18n/_private/format.hpp>
 #include <zolt/i18n/catalog.hpp>
 #include <zolt/i18n/locale_id_private.hpp>
 #include <zolt/strings/string_utility.hpp>
@@ -17,103 +20,467 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <list>
+#include <cstring>
+#include <iterator>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 namespace ZOLT_2_18::i18n::_private {
 namespace {
 
+using std::string_view;
 using strings::ustring8;
-using token = parser::xml_token_stream::token;
-using position = parser::xml_token_stream::const_iterator;
+using parser::xml_parser;
 using load_error = xmc_file_loader::load_error;
+using message_map = xmc_file_loader::message_map;
 
 constexpr std::size_t most_locale_parts = 64;
 constexpr std::size_t most_open_files = 1001; // the file itself and 1,000 levels of includes
 constexpr unsigned int most_files = 10000;
 constexpr long long most_bytes = 1LL << 30;
 
-bool is(token const& candidate, token::token_type type, std::string_view name) noexcept {
-    return candidate.type() == type && candidate.value() == name;
-}
-
-bool is_argument_start(token const& candidate) noexcept {
-    return is(candidate, token::element_start, "argument") || is(candidate, token::element_start, "arg");
-}
-
 [[noreturn]] void fail(xmc_file_loader::error_type code, ustring8 const& value = ustring8()) {
     throw load_error(code, value);
 }
 
-// Inside the root element there is always a next token; running out of them is a fault.
-void advance(position& at, position const& end) {
-    if (++at == end) fail(xmc_file_loader::unexpected_parse_error);
+/// Made for constant words: a comparison of lengths and of one or two machine words.
+[[gnu::always_inline]] inline bool is(string_view text, string_view word) noexcept {
+    return text.size() == word.size() && std::memcmp(text.data(), word.data(), word.size()) == 0;
 }
-
-// Comments may stand in a start tag that is still pending.
-void advance_in_tag(position& at, position const& end) {
-    do advance(at, end);
-    while (at->type() == token::comment);
-}
-
-// From an element's start to its start_tag_end, with every attribute handed to `use`.
-template <typename Use>
-void parse_attributes(position& at, position const& end, Use use) {
-    advance_in_tag(at, end);
-    while (at->type() != token::start_tag_end) {
-        ustring8 const& name = at->value();
-        advance(at, end);
-        use(name, at->value());
-        advance_in_tag(at, end);
-    }
-}
-
-/// Cuts a message's content into items: collects text until an argument ends it.
-class item_builder {
-public:
-    void add_characters(ustring8 const& text) {
-        m_text += text;
-        m_after_argument = false;
-    }
-
-    // Blanks at the start of a message go, other runs of them become one.
-    void add_space() {
-        if (m_text.empty() ? m_after_argument : m_text.back() != ' ') m_text += ' ';
-        m_after_argument = false;
-    }
-
-    void add_line_break() { m_text += '\n'; }
-
-    void add_argument(message_item argument) {
-        end_text();
-        m_items.push_back(std::move(argument));
-        m_after_argument = true;
-    }
-
-    std::vector<message_item> finish() {
-        end_text();
-        return std::move(m_items);
-    }
-
-private:
-    void end_text() {
-        if (!m_text.empty()) m_items.emplace_back(std::exchange(m_text, ustring8()));
-    }
-
-    std::vector<message_item> m_items;
-    ustring8 m_text;
-    bool m_after_argument = false;
-};
 
 ustring8 directory_of(ustring8 const& path) {
     std::size_t const separator = path.find_last_of("/\\");
     return separator == ustring8::npos ? ustring8("./") : ustring8(path.substr(0, separator + 1));
 }
 
-bool is_absolute(ustring8 const& path) noexcept {
+bool is_absolute(string_view path) noexcept {
     return path.front() == '/' || path.front() == '\\' || (path.size() >= 3 && path[1] == ':');
 }
+
+struct type_keyword {
+    string_view text;
+    message_item::type_t type;
+};
+
+constexpr type_keyword type_keywords[] = {
+    {"date", message_item::date},
+    {"duration", message_item::duration},
+    {"memory", message_item::memory},
+    {"mem", message_item::memory},
+    {"mem_unit", message_item::memory_unit},
+    {"memory_unit", message_item::memory_unit},
+    {"metric", message_item::metric},
+    {"metric_unit", message_item::metric_unit},
+    {"number", message_item::number},
+    {"int", message_item::int_},
+    {"double", message_item::double_},
+    {"string", message_item::string},
+    {"time", message_item::time},
+    {"value", message_item::value},
+};
+
+type_keyword const* find_type(string_view text) noexcept {
+    auto const found = std::find_if(std::begin(type_keywords), std::end(type_keywords),
+                                    [text](type_keyword const& candidate) { return is(candidate.text, text); });
+    return found == std::end(type_keywords) ? nullptr : found;
+}
+
+// As a rule the word is in lower case already.
+message_item::type_t type_of(string_view text) {
+    type_keyword const* known = find_type(text);
+    if (!known) known = find_type(strings::to_lower(ustring8(text)));
+    return known ? known->type : message_item::string;
+}
+
+/// Collects a message's content. The texts of all items stand one after the other in one buffer until the
+/// message ends; then every item is made once, with no more room than it needs.
+class item_builder {
+public:
+    void clear() noexcept {
+        m_text.clear();
+        m_pieces.clear();
+        m_start = 0;
+        m_after_argument = false;
+    }
+
+    void add_characters(string_view text) {
+        m_text += text;
+        m_after_argument = false;
+    }
+
+    // Blanks at the start of a message go, other runs of them become one.
+    void add_space() {
+        if (m_text.size() == m_start ? m_after_argument : m_text.back() != ' ') m_text += ' ';
+        m_after_argument = false;
+    }
+
+    void add_line_break() { m_text += '\n'; }
+
+    void start_argument() {
+        end_text();
+        m_type = message_item::string;
+    }
+
+    // Kept: the name replaces everything before it, so options written before it are lost.
+    void argument_name(string_view name) {
+        m_text.resize(m_start);
+        m_text += name;
+    }
+
+    void argument_type(message_item::type_t type) noexcept { m_type = type; }
+
+    void argument_option(string_view key, string_view value) {
+        m_text.append(1, option_separator).append(key).append(1, option_separator).append(value);
+    }
+
+    void end_argument() {
+        end_piece(m_type);
+        m_after_argument = true;
+    }
+
+    std::vector<message_item> finish() {
+        end_text();
+        std::vector<message_item> items;
+        items.reserve(m_pieces.size());
+        char const* text = m_text.data();
+        for (piece const& next : m_pieces) {
+            items.emplace_back(ustring8(text, next.size), next.type);
+            text += next.size;
+        }
+        return items;
+    }
+
+private:
+    struct piece {
+        std::size_t size;
+        message_item::type_t type;
+    };
+
+    void end_text() {
+        if (m_text.size() != m_start) end_piece(message_item::value);
+    }
+
+    void end_piece(message_item::type_t type) {
+        m_pieces.push_back({m_text.size() - m_start, type});
+        m_start = m_text.size();
+    }
+
+    ustring8 m_text;
+    std::vector<piece> m_pieces;
+    std::size_t m_start = 0; ///< of the piece that is being read
+    message_item::type_t m_type = message_item::string;
+    bool m_after_argument = false;
+};
+
+/// What is to be done for one element below the root: to read an included file or to keep messages.
+struct file_part {
+    ustring8 include; ///< the path, empty for a catalog
+    ustring8 catalog;
+    message_map messages;
+};
+
+/// What a file holds, in its order.
+struct file_content {
+    std::vector<file_part> parts;
+    std::optional<load_error> fault; ///< found behind the parts
+    bool is_empty = true;            ///< holds nothing but a header
+    bool has_elements = false;       ///< catalogs or includes, wanted or not
+};
+
+/// Follows the parser's events through the grammar. Every event is met by the place where it happens;
+/// from a fault on all are passed over, since the text may still turn out not to be well-formed.
+class file_reader {
+public:
+    file_reader(xmc_file_loader const& loader, ustring8 const& directory)
+        : m_loader(loader), m_directory(directory) {}
+
+    file_content read(ustring8 const& text) {
+        xml_parser parser;
+        parser.on_element_start = [this](ustring8 const& name) { element_start(name); };
+        parser.on_element_end = [this](ustring8 const& name) { element_end(name); };
+        parser.on_attribute = [this](ustring8 const& name, ustring8 const& value) { attribute(name, value); };
+        parser.on_space = [this](ustring8 const&) { space(); };
+        parser.on_character = [this](ustring8 const& run) { characters(run); };
+        parser.on_comment = [this](ustring8 const&) { m_content.is_empty = false; };
+
+        xml_parser::parse_error const fault = parser.parse(text);
+        if (fault.kind != xml_parser::parse_error::no_error) throw load_error(xmc_file_loader::xml_parse_error, fault);
+        if (m_place == place::document) fault_here(xmc_file_loader::not_xmc_file, "Value Not Defined");
+        return std::move(m_content);
+    }
+
+private:
+    // In the order that the questions below ask for.
+    enum class place {
+        document,
+        root,
+        foreign_catalog, // passed over up to its end
+        include_end,
+        done, // behind the root or a fault: nothing counts any more
+        root_tag,
+        root_tag_end, // behind the version
+        catalog_tag,
+        include_tag,
+        message_tag,
+        break_tag,
+        argument_tag,
+        message,
+        break_end,
+        argument, // passed over up to its end
+        catalog,
+    };
+
+    bool is_in_tag() const noexcept { return m_place >= place::root_tag && m_place <= place::argument_tag; }
+    bool is_in_message() const noexcept { return m_place >= place::message_tag && m_place <= place::argument; }
+    bool is_in_catalog() const noexcept { return m_place >= place::message_tag; }
+
+    void element_start(string_view name) {
+        if (is_in_tag()) tag_end();
+        m_content.is_empty = false;
+        switch (m_place) {
+        case place::document:
+            if (!is(name, "xmc")) return fault_here(xmc_file_loader::not_xmc_file, name);
+            m_place = place::root_tag;
+            break;
+        case place::root:
+            start_in_root(name);
+            break;
+        case place::catalog:
+            if (!is(name, "msg")) return fault_here(xmc_file_loader::catalog_end_missing, m_catalog);
+            start_message();
+            break;
+        case place::message:
+            start_in_message(name);
+            break;
+        default:
+            content_in_empty_element();
+        }
+    }
+
+    void start_in_root(string_view name) {
+        if (is(name, "catalog")) {
+            m_catalog.clear();
+            m_language.clear();
+            m_place = place::catalog_tag;
+        } else if (is(name, "include")) {
+            m_include.clear();
+            m_place = place::include_tag;
+        } else {
+            return fault_here(xmc_file_loader::invalid_element, name);
+        }
+        m_content.has_elements = true;
+    }
+
+    void start_message() {
+        m_message.clear();
+        m_meta.clear();
+        m_items.clear();
+        m_place = place::message_tag;
+    }
+
+    void start_in_message(string_view name) {
+        if (is(name, "arg") || is(name, "argument")) {
+            m_items.start_argument();
+            m_place = place::argument_tag;
+        } else if (is(name, "br")) {
+            m_place = place::break_tag;
+        } else {
+            fault_here(xmc_file_loader::invalid_element, name);
+        }
+    }
+
+    void attribute(string_view name, string_view value) {
+        switch (m_place) {
+        case place::root_tag:
+            if (!is(name, "version")) return fault_here(xmc_file_loader::invalid_attribute, name);
+            if (!is(value, "1.0") && !is(value, "1.1")) return fault_here(xmc_file_loader::unsupported_version, value);
+            m_place = place::root_tag_end;
+            break;
+        case place::root_tag_end: // Kept: told by its value
+            fault_here(xmc_file_loader::invalid_element, value);
+            break;
+        case place::catalog_tag:
+            read_attribute(name, value, m_catalog, "lang", m_language);
+            break;
+        case place::message_tag:
+            read_attribute(name, value, m_message, "meta", m_meta);
+            break;
+        case place::break_tag:
+            fault_here(xmc_file_loader::invalid_attribute, name);
+            break;
+        case place::argument_tag:
+            argument_attribute(name, value);
+            break;
+        case place::include_tag:
+            if (is(name, "file")) include_file(value);
+            break;
+        default:
+            break;
+        }
+    }
+
+    // The one or the other of an element's two attributes.
+    void read_attribute(string_view name, string_view value, ustring8& its_name, string_view second, ustring8& other) {
+        if (is(name, "name")) {
+            its_name.assign(value);
+        } else if (name == second) {
+            other.assign(value);
+        } else {
+            fault_here(xmc_file_loader::invalid_attribute, name);
+        }
+    }
+
+    void argument_attribute(string_view name, string_view value) {
+        if (is(name, "name")) {
+            m_items.argument_name(value);
+        } else if (is(name, "type")) {
+            m_items.argument_type(type_of(value));
+        } else {
+            m_items.argument_option(name, value);
+        }
+    }
+
+    void include_file(string_view path) {
+        if (path.empty()) return fault_here(xmc_file_loader::file_not_found);
+        if (!is_absolute(path)) m_include = m_directory;
+        m_include += path;
+    }
+
+    // Whatever follows a start tag ends it, but for comments.
+    void tag_end() {
+        switch (m_place) {
+        case place::root_tag:
+            fault_here(xmc_file_loader::invalid_attribute);
+            break;
+        case place::root_tag_end:
+            m_place = place::root;
+            break;
+        case place::catalog_tag: {
+            bool const is_wanted = m_loader.is_catalog_matched(m_catalog) && m_loader.is_lang_id_good(m_language);
+            m_place = is_wanted ? place::catalog : place::foreign_catalog;
+            break;
+        }
+        case place::include_tag:
+            if (!m_include.empty()) m_content.parts.push_back({m_include, {}, {}});
+            m_place = place::include_end;
+            break;
+        case place::message_tag:
+            m_place = place::message;
+            break;
+        case place::break_tag:
+            m_place = place::break_end;
+            break;
+        case place::argument_tag:
+            m_place = place::argument;
+            break;
+        default:
+            break;
+        }
+    }
+
+    void space() {
+        if (is_in_tag()) tag_end();
+        m_content.is_empty = false;
+        if (m_place == place::message) {
+            m_items.add_space();
+        } else {
+            content_in_empty_element();
+        }
+    }
+
+    void characters(string_view text) {
+        if (is_in_tag()) tag_end();
+        m_content.is_empty = false;
+        if (m_place == place::message) {
+            m_items.add_characters(text);
+        } else {
+            content_in_empty_element();
+        }
+    }
+
+    // Anything but the end tag. Elsewhere text between elements is ignored.
+    void content_in_empty_element() {
+        if (m_place == place::break_end) fault_here(xmc_file_loader::br_end_missing);
+        if (m_place == place::include_end) fault_here(xmc_file_loader::include_end_missing);
+    }
+
+    void element_end(string_view name) {
+        if (is_in_tag()) tag_end();
+        switch (m_place) {
+        case place::root:
+            if (!is(name, "xmc")) return fault_here(xmc_file_loader::invalid_element, name);
+            m_place = place::done;
+            break;
+        case place::catalog:
+            if (!is(name, "catalog")) return fault_here(xmc_file_loader::catalog_end_missing, m_catalog);
+            keep_messages();
+            m_place = place::root;
+            break;
+        case place::foreign_catalog: // Kept: an inner element of that name ends it, too
+            if (is(name, "catalog")) m_place = place::root;
+            break;
+        case place::include_end:
+            if (!is(name, "include")) return fault_here(xmc_file_loader::include_end_missing);
+            m_place = place::root;
+            break;
+        case place::message:
+            if (!is(name, "msg")) return fault_here(xmc_file_loader::msg_end_missing, m_message);
+            keep_message();
+            m_place = place::catalog;
+            break;
+        case place::break_end:
+            if (!is(name, "br")) return fault_here(xmc_file_loader::br_end_missing);
+            m_items.add_line_break();
+            m_place = place::message;
+            break;
+        case place::argument: // Kept: an element inside ends it, too, so that the message finds no end
+            m_items.end_argument();
+            m_place = place::message;
+            break;
+        default:
+            break;
+        }
+    }
+
+    // The first message of a name wins within its catalog. In most files a message stands, in the order of
+    // names, behind the one before it, which saves the search for its place.
+    void keep_message() {
+        auto const behind_last = m_messages.empty() ? m_messages.end() : std::next(m_last_message);
+        m_last_message = m_messages.try_emplace(behind_last, m_message);
+        message_t& present = m_last_message->second;
+        if (present != types::nil) return;
+        present = message_t(m_message, m_items.finish(), m_meta);
+        present._orginal_locale(m_language);
+    }
+
+    void keep_messages() {
+        if (!m_messages.empty()) m_content.parts.push_back({{}, m_catalog, std::exchange(m_messages, {})});
+    }
+
+    void fault_here(xmc_file_loader::error_type code, string_view value = {}) {
+        load_error& fault = m_content.fault.emplace(code, ustring8(value));
+        if (is_in_message()) fault.append_error_stack(load_error::in_message, m_message);
+        if (is_in_catalog()) fault.append_error_stack(load_error::in_catalog, m_catalog);
+        keep_messages();
+        m_place = place::done;
+    }
+
+    xmc_file_loader const& m_loader;
+    ustring8 const& m_directory;
+    file_content m_content;
+    place m_place = place::document;
+
+    // Of the element that is being read
+    ustring8 m_include;
+    ustring8 m_catalog;
+    ustring8 m_language;
+    message_map m_messages;
+    message_map::iterator m_last_message;
+    ustring8 m_message;
+    ustring8 m_meta;
+    item_builder m_items;
+};
 
 } // namespace
 
@@ -128,12 +495,12 @@ public:
 
     load_error read_text(ustring8 const& text, ustring8 const& path) {
         return read([&] {
-            open_file& file = tokenize(text, path, m_loader.m_base_directory, {});
-            if (file.at == file.end) {
+            open_file& file = start(path, m_loader.m_base_directory, {});
+            file.content = file_reader(m_loader, file.directory).read(text);
+            if (file.content.is_empty) {
                 m_chain.pop_back();
                 fail(unexpected_parse_error, "Nothing of interest in the file.");
             }
-            begin(file);
         });
     }
 
@@ -142,11 +509,8 @@ private:
         ustring8 path;
         ustring8 directory;
         system::_private::file_identity identity;
-        parser::xml_token_stream tokens;
-        position at;
-        position end;
-        bool anything_read = false;
-        bool inside_include = false;
+        file_content content;
+        std::size_t next_part = 0;
     };
 
     template <typename Start>
@@ -170,7 +534,9 @@ private:
             fail(unexpected_parse_error);
         }
         ++m_files_opened;
-        begin(tokenize(load_text(path, status.size), path, directory_of(path), status.identity));
+        ustring8 const text = load_text(path, status.size);
+        open_file& file = start(path, directory_of(path), status.identity);
+        file.content = file_reader(m_loader, file.directory).read(text);
     }
 
     bool is_open(system::_private::file_identity const& identity) const noexcept {
@@ -197,64 +563,35 @@ private:
         throw fault;
     }
 
-    open_file& tokenize(ustring8 const& text, ustring8 const& path, ustring8 const& directory,
-                        system::_private::file_identity const& identity) {
-        open_file& file = m_chain.emplace_back();
-        file.path = path;
-        file.directory = directory;
-        file.identity = identity;
+    open_file& start(ustring8 const& path, ustring8 const& directory,
+                     system::_private::file_identity const& identity) {
         m_loader.m_base_directory = directory;
-
-        auto const fault = file.tokens.parse(text);
-        if (fault.kind != parser::xml_parser::parse_error::no_error) throw load_error(xml_parse_error, fault);
-        file.at = std::as_const(file.tokens).begin();
-        file.end = std::as_const(file.tokens).end();
-        return file;
-    }
-
-    void begin(open_file& file) {
-        m_loader.parse_ignorable(file.at, file.end);
-        m_loader.parse_xmc_header(file.at, file.end);
-        m_loader.parse_ignorable(file.at, file.end);
+        return m_chain.emplace_back(open_file{path, directory, identity, {}, 0});
     }
 
     void go_on() {
         open_file& file = m_chain.back();
-        if (file.inside_include) {
-            m_loader.parse_include_end(file.at, file.end);
-            m_loader.parse_ignorable(file.at, file.end);
-            file.inside_include = false;
-        } else if (file.at == file.end || is(*file.at, token::element_end, "xmc")) {
-            close();
+        if (file.next_part == file.content.parts.size()) return close();
+        file_part part = std::move(file.content.parts[file.next_part++]);
+        if (part.include.empty()) {
+            m_loader.keep_messages(part.catalog, std::move(part.messages));
         } else {
-            read_element(file);
+            open(part.include);
         }
-    }
-
-    void read_element(open_file& file) {
-        if (is(*file.at, token::element_start, "catalog")) {
-            m_loader.parse_catalog(file.at, file.end);
-            m_loader.parse_ignorable(file.at, file.end);
-        } else if (is(*file.at, token::element_start, "include")) {
-            ustring8 const path = m_loader.parse_include(file.at, file.end);
-            file.inside_include = true;
-            if (!path.empty()) open(path);
-        } else {
-            fail(invalid_element, file.at->value());
-        }
-        file.anything_read = true;
     }
 
     void close() {
+        file_content const& content = m_chain.back().content;
+        if (content.fault) throw load_error(*content.fault);
+        bool const has_elements = content.has_elements;
         ustring8 const path = std::move(m_chain.back().path);
-        bool const anything_read = m_chain.back().anything_read;
         m_chain.pop_back();
-        if (!anything_read) fail(no_catalog_loaded, path);
+        if (!has_elements) fail(no_catalog_loaded, path);
         if (!m_chain.empty()) m_loader.m_base_directory = m_chain.back().directory;
     }
 
     xmc_file_loader& m_loader;
-    std::list<open_file> m_chain; // tokens and places in them stay where they are
+    std::vector<open_file> m_chain;
     unsigned int m_files_opened = 0;
     long long m_bytes_read = 0;
 };
@@ -339,194 +676,29 @@ load_error xmc_file_loader::parse_string(ustring8 const& text, ustring8 const& p
     return reading(*this).read_text(text, path);
 }
 
-message_item::type_t xmc_file_loader::parse_message_type(ustring8 const& text) {
-    struct keyword {
-        std::string_view text;
-        message_item::type_t type;
-    };
-    static constexpr keyword keywords[] = {
-        {"date", message_item::date},
-        {"duration", message_item::duration},
-        {"memory", message_item::memory},
-        {"mem", message_item::memory},
-        {"mem_unit", message_item::memory_unit},
-        {"memory_unit", message_item::memory_unit},
-        {"metric", message_item::metric},
-        {"metric_unit", message_item::metric_unit},
-        {"number", message_item::number},
-        {"int", message_item::int_},
-        {"double", message_item::double_},
-        {"string", message_item::string},
-        {"time", message_item::time},
-        {"value", message_item::value},
-    };
-    ustring8 const lower = strings::to_lower(text);
-    for (keyword const& candidate : keywords) {
-        if (candidate.text == lower) return candidate.type;
-    }
-    return message_item::string;
-}
+message_item::type_t xmc_file_loader::parse_message_type(ustring8 const& text) { return type_of(text); }
 
 void xmc_file_loader::set_message(message_t message, ustring8 const& catalog) {
     message_t& present = m_data[catalog][message.name()];
+    keep_better(present, std::move(message));
+}
+
+// The messages of one catalog element, among which each name stands once.
+void xmc_file_loader::keep_messages(ustring8 const& catalog, message_map&& messages) {
+    message_map& present = m_data[catalog];
+    if (present.empty()) {
+        present = std::move(messages);
+        return;
+    }
+    present.merge(messages); // leaves those whose names are there already
+    for (auto& [name, message] : messages) keep_better(present.find(name)->second, std::move(message));
+}
+
+void xmc_file_loader::keep_better(message_t& present, message_t&& message) const {
     if (present == types::nil ||
         get_locale_weight(message._orginal_locale()) > get_locale_weight(present._orginal_locale())) {
         present = std::move(message);
     }
-}
-
-void xmc_file_loader::parse_ignorable(position& at, position const& end) {
-    auto const is_ignorable = [](token const& candidate) {
-        return candidate.type() == token::comment || candidate.type() == token::space ||
-               candidate.type() == token::character;
-    };
-    while (at != end && is_ignorable(*at)) ++at;
-}
-
-// Kept: exactly one attribute is passed over, so a second one stops the caller with its value.
-void xmc_file_loader::parse_xmc_header(position& at, position const& end) {
-    if (at == end) fail(not_xmc_file, "Value Not Defined");
-    if (!is(*at, token::element_start, "xmc")) fail(not_xmc_file, at->value());
-    advance_in_tag(at, end);
-    if (!is(*at, token::attribute_name, "version")) fail(invalid_attribute, at->value());
-    advance(at, end);
-    if (at->value() != "1.0" && at->value() != "1.1") fail(unsupported_version, at->value());
-    advance_in_tag(at, end);
-    ++at;
-}
-
-void xmc_file_loader::parse_catalog(position& at, position const& end) {
-    ustring8 catalog;
-    ustring8 lang;
-    parse_attributes(at, end, [&](ustring8 const& name, ustring8 const& value) {
-        if (name == "name") {
-            catalog = value;
-        } else if (name == "lang") {
-            lang = value;
-        } else {
-            fail(invalid_attribute, name);
-        }
-    });
-    try {
-        parse_catalog_content(at, end, catalog, lang);
-    } catch (load_error& fault) {
-        fault.append_error_stack(load_error::in_catalog, catalog);
-        throw;
-    }
-}
-
-// Kept: a catalog that is not wanted ends at the first end tag of that name, an inner one's too.
-void xmc_file_loader::parse_catalog_content(position& at, position const& end, ustring8 const& name,
-                                            ustring8 const& lang) {
-    advance(at, end);
-    if (is_catalog_matched(name) && is_lang_id_good(lang)) {
-        parse_ignorable(at, end);
-        while (at != end && is(*at, token::element_start, "msg")) {
-            message_t message = parse_message(at, end);
-            message._orginal_locale(lang);
-            set_message(std::move(message), name);
-            parse_ignorable(at, end);
-        }
-        if (at == end) fail(unexpected_parse_error);
-    } else {
-        at = std::find_if(at, end, [](token const& next) { return is(next, token::element_end, "catalog"); });
-    }
-    if (at == end || !is(*at, token::element_end, "catalog")) fail(catalog_end_missing, name);
-    ++at;
-}
-
-message_t xmc_file_loader::parse_message(position& at, position const& end) {
-    ustring8 message;
-    ustring8 meta;
-    try {
-        parse_attributes(at, end, [&](ustring8 const& name, ustring8 const& value) {
-            if (name == "name") {
-                message = value;
-            } else if (name == "meta") {
-                meta = value;
-            } else {
-                fail(invalid_attribute, name);
-            }
-        });
-        advance(at, end);
-        std::vector<message_item> items = parse_message_content(at, end);
-        if (!is(*at, token::element_end, "msg")) fail(msg_end_missing, message);
-        ++at;
-        return message_t(std::move(message), std::move(items), std::move(meta));
-    } catch (load_error& fault) {
-        fault.append_error_stack(load_error::in_message, message);
-        throw;
-    }
-}
-
-// Up to the next end tag that is not a `br`'s or an argument's own.
-std::vector<message_item> xmc_file_loader::parse_message_content(position& at, position const& end) {
-    item_builder items;
-    while (at->type() != token::element_end) {
-        if (at->type() == token::character) {
-            items.add_characters(at->value());
-            advance(at, end);
-        } else if (at->type() == token::space) {
-            items.add_space();
-            advance(at, end);
-        } else if (at->type() == token::comment) {
-            advance(at, end);
-        } else if (is(*at, token::element_start, "br")) {
-            parse_br(at, end);
-            items.add_line_break();
-        } else if (is_argument_start(*at)) {
-            items.add_argument(parse_message_arg(at, end));
-        } else {
-            fail(invalid_element, at->value());
-        }
-    }
-    return items.finish();
-}
-
-void xmc_file_loader::parse_br(position& at, position const& end) {
-    advance_in_tag(at, end);
-    if (at->type() != token::start_tag_end) fail(invalid_attribute, at->value());
-    advance(at, end);
-    if (!is(*at, token::element_end, "br")) fail(br_end_missing);
-    advance(at, end);
-}
-
-// Kept: `name` replaces everything before it, so options written before it are lost. Kept: the first
-// end tag inside ends the argument, so an element in there leaves the message without its own end tag.
-message_item xmc_file_loader::parse_message_arg(position& at, position const& end) {
-    ustring8 data;
-    message_item::type_t type = message_item::string;
-    parse_attributes(at, end, [&](ustring8 const& name, ustring8 const& value) {
-        if (name == "name") {
-            data = value;
-        } else if (name == "type") {
-            type = parse_message_type(value);
-        } else {
-            data.append(1, '\1').append(name).append(1, '\1').append(value);
-        }
-    });
-    at = std::find_if(at, end, [](token const& next) { return next.type() == token::element_end; });
-    if (at == end) fail(arg_end_missing, data);
-    advance(at, end);
-    return message_item(std::move(data), type);
-}
-
-// Returns the path of the file to read, empty when none is named, and stops in front of the end tag.
-ustring8 xmc_file_loader::parse_include(position& at, position const& end) {
-    ustring8 path;
-    parse_attributes(at, end, [&](ustring8 const& name, ustring8 const& value) {
-        if (name != "file") return;
-        if (value.empty()) fail(file_not_found);
-        if (!is_absolute(value)) path = m_base_directory;
-        path += value;
-    });
-    return path;
-}
-
-void xmc_file_loader::parse_include_end(position& at, position const& end) {
-    advance(at, end);
-    if (!is(*at, token::element_end, "include")) fail(include_end_missing);
-    ++at;
 }
 
 } // namespace ZOLT_2_18::i18n::_private

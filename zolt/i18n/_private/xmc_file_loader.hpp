@@ -26,7 +26,6 @@
 #include <zolt/i18n/message_item.hpp>
 #include <zolt/memory/shared_pointer.hpp>
 #include <zolt/parser/xml_parser.hpp>
-#include <zolt/parser/xml_token_stream.hpp>
 #include <zolt/strings/ustring.hpp>
 
 #include <map>
@@ -136,22 +135,10 @@ public:
     void set_message(message_t message, strings::ustring8 const& catalog);
 
 private:
-    using position = parser::xml_token_stream::const_iterator;
     class __attribute__((visibility("hidden"))) reading;
 
-    // Each reads one construct and leaves `at` behind it; faults are thrown as load_error.
-    void parse_ignorable(position& at, position const& end);
-    void parse_xmc_header(position& at, position const& end);
-    void parse_catalog(position& at, position const& end);
-    void parse_catalog_content(position& at, position const& end, strings::ustring8 const& name,
-                               strings::ustring8 const& lang);
-    message_t parse_message(position& at, position const& end);
-    std::vector<message_item> parse_message_content(position& at, position const& end);
-    void parse_br(position& at, position const& end);
-    message_item parse_message_arg(position& at, position const& end);
-    strings::ustring8 parse_include(position& at, position const& end);
-    void parse_include_end(position& at, position const& end);
-
+    void keep_messages(strings::ustring8 const& catalog, message_map&& messages);
+    void keep_better(message_t& present, message_t&& message) const;
     unsigned int combine_messages(catalog_t& catalog, message_map& messages) const;
 
     std::vector<strings::ustring8> m_languages;
