@@ -18,8 +18,10 @@
 #include <zolt/strings/ustring.hpp>
 #include <zolt/types/nil.hpp>
 
+#include <cstddef>
 #include <map>
 #include <set>
+#include <vector>
 
 namespace ZOLT_2_18::i18n {
 
@@ -80,10 +82,20 @@ public:
 private:
     friend class _private::xmc_file_loader;
 
+    struct slot {
+        std::size_t hash;
+        message_map::value_type const* entry; ///< null: free
+    };
+
+    __attribute__((visibility("hidden"))) message_t const* find(strings::ustring8 const& name) const;
+    __attribute__((visibility("hidden"))) void make_room(std::size_t count);
+    __attribute__((visibility("hidden"))) void add_slot(message_map::value_type const& entry) noexcept;
+    __attribute__((visibility("hidden"))) void take(message_map& messages);
     language_set const& gen_lang_set() const;
 
     strings::ustring8 m_name;
     message_map m_messages;
+    std::vector<slot> m_slots;
     mutable language_set m_languages;
 };
 

@@ -3,49 +3,52 @@
 #include <zolt/i18n/format_value.hpp>
 
 #include <zolt/i18n/_private/format.hpp>
+#include <zolt/i18n/format_private.hpp>
+
+#include <string_view>
 
 namespace ZOLT_2_18::i18n {
 namespace {
 
+using std::string_view;
 using strings::ustring8;
 
-using scaling_formatter = ustring8 (*)(types::variant, ustring8 const&, ustring8&);
+using scaling_formatter = bool (*)(std::string&, types::variant const&, string_view, ustring8&);
 
-ustring8 options_of(ustring8 const& data) {
+string_view options_of(ustring8 const& data) noexcept {
     auto const separator = data.find(_private::option_separator);
-    return separator == ustring8::npos ? ustring8() : ustring8(data, separator + 1);
+    return separator == ustring8::npos ? string_view() : string_view(data).substr(separator + 1);
 }
 
-ustring8 amount_of(scaling_formatter format, types::variant const& value, ustring8 const& options) {
+bool append_amount(std::string& text, scaling_formatter append, types::variant const& value, string_view options) {
     ustring8 unit;
-    return format(value, options, unit);
+    return append(text, value, options, unit);
 }
 
-ustring8 unit_of(scaling_formatter format, types::variant const& value, ustring8 const& options) {
+bool append_unit(std::string& text, scaling_formatter append, types::variant const& value, string_view options) {
     ustring8 unit;
-    ustring8 amount = format(value, options, unit);
-    return amount == _private::failed_format ? amount : unit;
+    ustring8 amount;
+    if (!append(amount, value, options, unit) || amount == _private::failed_format) return false;
+    text += unit;
+    return true;
 }
 
-} // namespace
-
-ustring8 format_value(message_item::type_t kind, types::variant value, ustring8 const& data) {
-    ustring8 const options = options_of(data);
+bool append_kind(std::string& text, message_item::type_t kind, types::variant const& value, string_view options) {
     switch (kind) {
     case message_item::int_:
-        return _private::format_int(value.as_int64(), options);
+        return _private::append_int(text, value.as_int64(), options);
     case message_item::double_:
-        return _private::format_double(value.as_double(), options);
+        return _private::append_double(text, value.as_double(), options);
     case message_item::memory:
-        return amount_of(_private::format_memory, value, options);
+        return append_amount(text, _private::append_memory, value, options);
     case message_item::memory_unit:
-        return unit_of(_private::format_memory, value, options);
+        return append_unit(text, _private::append_memory, value, options);
     case message_item::metric:
-        return amount_of(_private::format_metric, value, options);
+        return append_amount(text, _private::append_metric, value, options);
     case message_item::metric_unit:
-        return unit_of(_private::format_metric, value, options);
+        return append_unit(text, _private::append_metric, value, options);
     case message_item::duration:
-        return _private::format_duration(value.as_double(), options);
+        return _private::append_duration(text, value.as_double(), options);
     case message_item::value:
     case message_item::string:
     case message_item::number:
@@ -53,7 +56,24 @@ ustring8 format_value(message_item::type_t kind, types::variant value, ustring8 
     case message_item::date:
         break;
     }
-    return {};
+    return true;
+}
+
+} // namespace
+
+bool _private::append_value(std::string& text, message_item::type_t kind, types::variant const& value,
+                            string_view options) {
+    std::size_t const start = text.size();
+    bool const is_formatted = append_kind(text, kind, value, options);
+    if (is_formatted && string_view(text).substr(start) != failed_format) return true;
+    text.resize(start);
+    return false;
+}
+
+ustring8 format_value(message_item::type_t kind, types::variant value, ustring8 const& data) {
+    ustring8 text;
+    if (!_private::append_value(text, kind, value, options_of(data))) text = _private::failed_format;
+    return text;
 }
 
 } // namespace ZOLT_2_18::i18n

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: BSL-1.0
 #include <zolt/i18n/message.hpp>
 
-#include <zolt/i18n/message_item_private.hpp>
 #include <zolt/strings/unicode.hpp>
 #include <zolt/types/variant.hpp>
 
@@ -13,6 +12,13 @@ namespace ZOLT_2_18::i18n {
 using strings::ustring16;
 using strings::ustring32;
 using strings::ustring8;
+
+namespace {
+
+// As a rule a value takes no more, so that the text is allocated once.
+constexpr std::size_t expected_value_size = 12;
+
+} // namespace
 
 message_t::message_t(ustring8 name, items_type items, ustring8 meta) noexcept
     : m_items(std::move(items)), m_name(std::move(name)), m_meta(std::move(meta)) {}
@@ -52,13 +58,24 @@ generic::varg_list message_t::arguments() const {
 bool message_t::has_valid_args(generic::varg_list const& args) const {
     if (m_items.empty() || args.count() < argument_count()) return false;
     return std::all_of(m_items.begin(), m_items.end(), [&](message_item const& item) {
-        return item.m_type == message_item::value || _private::find_argument(args, item.m_data) != nullptr;
+        return item.m_type == message_item::value || item.find_in(args) != nullptr;
     });
 }
 
 std::string message_t::as_string(generic::varg_list const& args) const {
+    std::size_t expected = 0;
+    for (message_item const& item : m_items) {
+        expected += item.m_type == message_item::value ? item.m_data.size() : expected_value_size;
+    }
     std::string result;
-    for (message_item const& item : m_items) _private::append_rendered(result, item.m_type, item.m_data, args);
+    result.reserve(expected);
+    for (message_item const& item : m_items) {
+        if (item.m_type == message_item::value) {
+            result += item.m_data;
+        } else {
+            item.append_to(result, args);
+        }
+    }
     return result;
 }
 

@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: BSL-1.0
 //
 // Each kind is rendered in one of three ways: the data itself, the text of the argument's value, or
-// what format_value makes of that value. Whatever is left over shows as "?invalid?".
+// what append_value makes of that value. Whatever is left over shows as "?invalid?".
 #include <zolt/i18n/message_item.hpp>
 
 #include <zolt/generic/varg_list.hpp>
 #include <zolt/i18n/_private/format.hpp>
-#include <zolt/i18n/format_value.hpp>
-#include <zolt/i18n/message_item_private.hpp>
+#include <zolt/i18n/format_private.hpp>
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <string_view>
 
@@ -43,46 +43,27 @@ rendering rendering_of(message_item::type_t type) noexcept {
     return type < std::size(renderings) ? renderings[type] : rendering::none;
 }
 
-string_view name_part(ustring8 const& data) noexcept {
-    return string_view(data).substr(0, data.find(_private::option_separator));
+unsigned int size_of_name(ustring8 const& data) noexcept {
+    std::size_t const size = std::min(data.find(_private::option_separator), data.size());
+    return static_cast<unsigned int>(std::min<std::size_t>(size, 0xFFFFFFFF));
+}
+
+string_view options_behind(std::size_t name_size, ustring8 const& data) noexcept {
+    return string_view(data).substr(std::min(name_size + 1, data.size()));
 }
 
 } // namespace
 
-// A scan of its own, so that a name with options behind it needs no string of its own.
-generic::argument const* _private::find_argument(generic::varg_list const& args, ustring8 const& data) {
-    string_view const name = name_part(data);
-    auto const found = std::find_if(args.begin(), args.end(), [name](generic::argument const& candidate) {
-        return candidate.has_name() && candidate.name() == name;
-    });
-    return found == args.end() ? nullptr : &*found;
-}
+message_item::message_item(ustring8 data) noexcept
+    : m_data(std::move(data)), m_type(value), m_name_size(unknown_size) {}
 
-void _private::append_rendered(std::string& result, message_item::type_t type, ustring8 const& data,
-                               generic::varg_list const& args) {
-    rendering const how = rendering_of(type);
-    if (how == rendering::data) {
-        result += data;
-        return;
-    }
-    generic::argument const* const argument = how == rendering::none ? nullptr : find_argument(args, data);
-    if (argument == nullptr) {
-        result += invalid_text;
-    } else if (how == rendering::text) {
-        result += argument->value().as_string();
-    } else {
-        ustring8 const text = format_value(type, argument->value(), data);
-        result += text == failed_format ? string_view(invalid_text) : string_view(text);
-    }
-}
-
-message_item::message_item(ustring8 data) noexcept : m_data(std::move(data)), m_type(value) {}
-
-message_item::message_item(ustring8 data, type_t type) noexcept : m_data(std::move(data)), m_type(type) {}
+message_item::message_item(ustring8 data, type_t type) noexcept
+    : m_data(std::move(data)), m_type(type), m_name_size(type == value ? unknown_size : size_of_name(m_data)) {}
 
 message_item& message_item::assign(message_item const& other) {
     m_data = other.m_data;
     m_type = other.m_type;
+    m_name_size = other.m_name_size;
     return *this;
 }
 
@@ -90,16 +71,47 @@ message_item& message_item::assign(message_item&& other) noexcept {
     if (this != &other) {
         m_data = std::move(other.m_data);
         m_type = other.m_type;
+        m_name_size = other.m_name_size;
     }
     return *this;
 }
 
-ustring8 message_item::name() const { return ustring8(name_part(m_data)); }
+ustring8 message_item::name() const { return ustring8(name_view()); }
 
 ustring8 message_item::as_string(generic::varg_list const& args) const {
     ustring8 result;
-    _private::append_rendered(result, m_type, m_data, args);
+    append_to(result, args);
     return result;
+}
+
+// A scan of its own, so that the name needs no string.
+generic::argument const* message_item::find_in(generic::varg_list const& args) const {
+    string_view const name = name_view();
+    if (name.empty()) return nullptr;
+    for (generic::argument const& candidate : args) {
+        ustring8 const& candidate_name = candidate.name();
+        if (candidate_name.size() == name.size() &&
+            std::memcmp(candidate_name.data(), name.data(), name.size()) == 0) {
+            return &candidate;
+        }
+    }
+    return nullptr;
+}
+
+void message_item::append_to(std::string& text, generic::varg_list const& args) const {
+    rendering const how = rendering_of(m_type);
+    if (how == rendering::data) {
+        text += m_data;
+        return;
+    }
+    generic::argument const* const argument = how == rendering::none ? nullptr : find_in(args);
+    if (argument == nullptr) {
+        text += invalid_text;
+    } else if (how == rendering::text) {
+        text += argument->value().as_string();
+    } else if (!_private::append_value(text, m_type, argument->value(), options_behind(name_view().size(), m_data))) {
+        text += invalid_text;
+    }
 }
 
 } // namespace ZOLT_2_18::i18n

@@ -21,9 +21,12 @@
 #include <zolt/export.hpp>
 #include <zolt/strings/ustring.hpp>
 
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace ZOLT_2_18::generic {
+class argument;
 class varg_list;
 }
 
@@ -85,8 +88,18 @@ public:
 private:
     friend class message_t;
 
+    /// Of a name whose end is searched when it is asked for: a literal's, or one of 4 GiB.
+    static constexpr unsigned int unknown_size = 0xFFFFFFFF;
+
+    std::string_view name_view() const noexcept {
+        return std::string_view(m_data).substr(0, m_name_size == unknown_size ? m_data.find('\1') : m_name_size);
+    }
+    __attribute__((visibility("hidden"))) generic::argument const* find_in(generic::varg_list const& args) const;
+    __attribute__((visibility("hidden"))) void append_to(std::string& text, generic::varg_list const& args) const;
+
     strings::ustring8 m_data;
     type_t m_type;
+    unsigned int m_name_size;
 };
 
 } // namespace ZOLT_2_18::i18n

@@ -3,12 +3,16 @@
 //
 // Each formatter has a settings struct with its defaults and a table of option keys that write into
 // it. read_options walks the option text in place, without splitting it into strings; the formatting
-// itself starts only when all options are known to be good.
+// itself starts only when all options are known to be good. All of them append to a text, so that
+// messages are rendered without strings of their own for every value.
 #include <zolt/i18n/_private/format.hpp>
 
 #include <zolt/generic/convert/x_to_str.hpp>
+#include <zolt/i18n/format_private.hpp>
 
 #include <algorithm>
+#include <cfenv>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +20,8 @@
 #include <limits>
 #include <string_view>
 #include <typeinfo>
+
+#include <langinfo.h>
 
 namespace ZOLT_2_18::i18n::_private {
 namespace {
@@ -28,10 +34,11 @@ constexpr long max_width = 4096;
 // -- Options ------------------------------------------------------------------------------------
 
 /// Yields the pieces between separators one by one. As in strings::split_string an empty piece counts
-/// unless it is the last one. Every piece is followed in memory by a separator or a NUL.
+/// unless it is the last one. Every piece is followed in memory by a separator or a NUL, as the options
+/// are.
 class option_pieces {
 public:
-    explicit option_pieces(ustring8 const& options) noexcept : m_rest(options) {}
+    explicit option_pieces(string_view options) noexcept : m_rest(options) {}
 
     bool next(string_view& piece) noexcept {
         if (m_rest.empty()) return false;
@@ -63,7 +70,7 @@ struct option {
 
 /// False for an unknown key, a key without a value and a value that will not do.
 template <typename Settings, std::size_t Count>
-bool read_options(ustring8 const& options, option<Settings> const (&table)[Count], Settings& settings) {
+bool read_options(string_view options, option<Settings> const (&table)[Count], Settings& settings) {
     option_pieces pieces(options);
     for (string_view key, value; pieces.next(key);) {
         option<Settings> const* const known = find_keyword(table, key);
@@ -85,9 +92,9 @@ bool read_width(string_view text, int& width) noexcept {
 
 std::size_t as_size(int width) noexcept { return static_cast<std::size_t>(width); }
 
-ustring8 fill_left(ustring8 text, int fieldsize) {
-    if (text.size() < as_size(fieldsize)) text.insert(0, as_size(fieldsize) - text.size(), ' ');
-    return text;
+void append_right_aligned(std::string& text, string_view part, int fieldsize) {
+    if (part.size() < as_size(fieldsize)) text.append(as_size(fieldsize) - part.size(), ' ');
+    text.append(part);
 }
 
 /// One conversion of printf, "%f" or "%e".
@@ -120,9 +127,30 @@ ustring8 squeezed(double value, int precision, int fieldsize) {
     return text;
 }
 
-ustring8 double_text(double value, int precision, int fieldsize) {
-    ustring8 text = printed(notation::fixed, fieldsize, precision, value);
-    return fieldsize == 0 || text.size() <= as_size(fieldsize) ? text : squeezed(value, precision, fieldsize);
+void append_fixed(std::string& text, string_view fixed, double value, int precision, int fieldsize) {
+    if (fieldsize == 0 || fixed.size() <= as_size(fieldsize)) {
+        append_right_aligned(text, fixed, fieldsize);
+    } else {
+        text += squeezed(value, precision, fieldsize);
+    }
+}
+
+/// True when printf writes a point and rounds to the nearest, as std::to_chars does.
+bool is_printf_plain() noexcept {
+    char const* const point = ::nl_langinfo(RADIXCHAR);
+    return point[0] == '.' && point[1] == '\0' && std::fegetround() == FE_TONEAREST;
+}
+
+void append_double(std::string& text, double value, int precision, int fieldsize) {
+    char buffer[128];
+    if (std::isfinite(value) && is_printf_plain()) {
+        auto const written =
+            std::to_chars(buffer, std::end(buffer), value, std::chars_format::fixed, precision);
+        if (written.ec == std::errc()) {
+            return append_fixed(text, string_view(buffer, written.ptr), value, precision, fieldsize);
+        }
+    }
+    append_fixed(text, printed(notation::fixed, fieldsize, precision, value), value, precision, fieldsize);
 }
 
 // -- Integers -----------------------------------------------------------------------------------
@@ -165,12 +193,18 @@ void group_digits(ustring8& text) {
     }
 }
 
-ustring8 decimal_text(long long value, int_settings const& settings) {
+template <typename Integer>
+void append_decimal(std::string& text, Integer value) {
     char digits[digit_buffer];
-    generic::convert::lltoa(value, digits, 10);
-    ustring8 text(digits);
-    if (settings.form->grouped) group_digits(text);
-    return fill_left(std::move(text), settings.fieldsize);
+    char const* const end = std::to_chars(digits, std::end(digits), value).ptr;
+    text.append(digits, static_cast<std::size_t>(end - digits));
+}
+
+void append_decimal_form(std::string& text, long long value, int_settings const& settings) {
+    ustring8 digits;
+    append_decimal(digits, value);
+    if (settings.form->grouped) group_digits(digits);
+    append_right_aligned(text, digits, settings.fieldsize);
 }
 
 constexpr char digit_characters[] = "0123456789abcdef";
@@ -188,7 +222,7 @@ void complement(char* first, char* last, unsigned int base) {
     std::transform(first, last, first, [&](char digit) { return taken_from(base - 1, digit); });
 }
 
-ustring8 prefixed_text(long long value, int_settings const& settings) {
+void append_prefixed(std::string& text, long long value, int_settings const& settings) {
     unsigned int const base = settings.form->base;
     string_view const prefix = settings.form->prefix;
     auto const bits = static_cast<unsigned long long>(value);
@@ -198,12 +232,9 @@ ustring8 prefixed_text(long long value, int_settings const& settings) {
     if (value < 0) complement(digits, digits + count, base);
 
     std::size_t const width = std::max(as_size(settings.fieldsize), prefix.size() + count);
-    ustring8 text;
-    text.reserve(width);
     text.append(prefix);
     text.append(width - prefix.size() - count, value < 0 ? digit_characters[base - 1] : '0');
     text.append(digits, count);
-    return text;
 }
 
 // -- Floating-point numbers ---------------------------------------------------------------------
@@ -229,7 +260,7 @@ constexpr option<double_settings> double_options[] = {
 // -- Durations ----------------------------------------------------------------------------------
 
 struct duration_settings {
-    string_view precision = "2"; ///< as written: format_double reads it
+    string_view precision = "2"; ///< as written; an empty one will not do, whatever comes before it
     bool short_form = false;
 };
 
@@ -275,10 +306,9 @@ division divide(double amount, double unit) noexcept {
     return {std::round((amount - rest) / unit), rest};
 }
 
-void append_whole(ustring8& text, double whole, char const* word) {
-    char digits[digit_buffer];
-    generic::convert::lltoa(static_cast<long long>(whole), digits, 10);
-    text.append(digits).append(word);
+void append_whole(std::string& text, double whole, char const* word) {
+    append_decimal(text, static_cast<long long>(whole));
+    text.append(word);
 }
 
 // -- Amounts with a unit ------------------------------------------------------------------------
@@ -408,79 +438,119 @@ int natural_power(double amount, int base) noexcept {
     return power;
 }
 
+/// What `append` makes of an empty text, or the failure mark.
+template <typename Append>
+ustring8 formatted(Append append) {
+    ustring8 text;
+    if (!append(text)) text = failed_format;
+    return text;
+}
+
 } // namespace
 
-ustring8 format_int(long long value, ustring8 const& options) {
+bool append_int(std::string& text, long long value, string_view options) {
+    if (options.empty()) {
+        append_decimal(text, value);
+        return true;
+    }
     int_settings settings;
-    if (!read_options(options, int_options, settings)) return failed_format;
-    return settings.form->base == 10 ? decimal_text(value, settings) : prefixed_text(value, settings);
+    if (!read_options(options, int_options, settings)) return false;
+    if (settings.form->base == 10) {
+        append_decimal_form(text, value, settings);
+    } else {
+        append_prefixed(text, value, settings);
+    }
+    return true;
 }
 
-ustring8 format_double(double value, ustring8 const& options) {
+bool append_double(std::string& text, double value, string_view options) {
     double_settings settings;
-    if (!read_options(options, double_options, settings)) return failed_format;
-    return double_text(value, settings.precision, settings.fieldsize);
+    if (!read_options(options, double_options, settings)) return false;
+    append_double(text, value, settings.precision, settings.fieldsize);
+    return true;
 }
 
-ustring8 format_duration(double seconds, ustring8 const& options) {
+bool append_duration(std::string& text, double seconds, string_view options) {
     duration_settings settings;
-    if (!read_options(options, duration_options, settings) || !std::isfinite(seconds)) return failed_format;
+    int precision;
+    if (!read_options(options, duration_options, settings) || !std::isfinite(seconds)) return false;
+    if (settings.precision.empty() || !read_width(settings.precision, precision)) return false;
 
     division const days = divide(seconds, seconds_per_day);
-    if (days.whole < -0x1p63 || days.whole >= 0x1p63) return failed_format;
+    if (days.whole < -0x1p63 || days.whole >= 0x1p63) return false;
     division const hours = divide(days.rest, seconds_per_hour);
     division const minutes = divide(hours.rest, seconds_per_minute);
-    ustring8 const rest = format_double(minutes.rest, ustring8("prec\1").append(settings.precision));
-    if (rest == failed_format) return failed_format;
 
     duration_words const& words = settings.short_form ? short_words : long_words;
     bool const with_days = days.whole != 0;
     bool const with_hours = with_days || hours.whole != 0;
     bool const with_minutes = with_hours || minutes.whole != 0;
-    ustring8 text;
     if (with_days) append_whole(text, days.whole, words.days);
     if (with_hours) append_whole(text, hours.whole, words.hours);
     if (with_minutes) append_whole(text, minutes.whole, words.minutes);
-    text.append(rest).append(words.seconds);
-    return text;
+
+    std::size_t const start = text.size();
+    append_double(text, minutes.rest, precision, 0);
+    if (string_view(text).substr(start) == failed_format) return false;
+    text.append(words.seconds);
+    return true;
 }
 
-ustring8 format_memory(types::variant value, ustring8 const& options, ustring8& unit_out) {
+bool append_memory(std::string& text, types::variant const& value, string_view options, ustring8& unit_out) {
     unit_settings settings;
     settings.base = "B";
-    if (!read_options(options, unit_options, settings)) return failed_format;
+    if (!read_options(options, unit_options, settings)) return false;
     int index = memory_unit_index(settings.base);
     int const target = target_memory_unit(settings.target);
-    if (index == unknown_memory_unit || target == unknown_memory_unit) return failed_format;
+    if (index == unknown_memory_unit || target == unknown_memory_unit) return false;
 
-    ustring8 text;
     if (settings.has_precision || holds_floating_point(value)) {
         double amount = value.as_double();
-        if (!std::isfinite(amount) || !rescale(amount, index, target)) return failed_format;
-        text = double_text(amount, settings.precision, settings.fieldsize);
+        if (!std::isfinite(amount) || !rescale(amount, index, target)) return false;
+        append_double(text, amount, settings.precision, settings.fieldsize);
     } else {
         unsigned long long amount = value.as_uint64();
-        if (!rescale(amount, index, target)) return failed_format;
-        char digits[digit_buffer];
-        generic::convert::ulltoa(amount, digits, 10);
-        text = fill_left(digits, settings.fieldsize);
+        if (!rescale(amount, index, target)) return false;
+        ustring8 digits;
+        append_decimal(digits, amount);
+        append_right_aligned(text, digits, settings.fieldsize);
     }
     unit_out = memory_unit_name(index);
-    return text;
+    return true;
 }
 
-ustring8 format_metric(types::variant value, ustring8 const& options, ustring8& unit_out) {
+bool append_metric(std::string& text, types::variant const& value, string_view options, ustring8& unit_out) {
     unit_settings settings;
-    if (!read_options(options, unit_options, settings)) return failed_format;
+    if (!read_options(options, unit_options, settings)) return false;
     int const base = metric_power(settings.base);
     int target = target_metric_power(settings.target);
-    if (base == unknown_metric_prefix || target == unknown_metric_prefix) return failed_format;
+    if (base == unknown_metric_prefix || target == unknown_metric_prefix) return false;
 
     double const amount = value.as_double();
     if (target == any_unit) target = natural_power(amount, base);
-    ustring8 text = double_text(scaled(amount, target - base), settings.precision, settings.fieldsize);
+    append_double(text, scaled(amount, target - base), settings.precision, settings.fieldsize);
     unit_out = metric_prefixes[target - first_metric_power].name;
-    return text;
+    return true;
+}
+
+ustring8 format_int(long long value, ustring8 const& options) {
+    return formatted([&](std::string& text) { return append_int(text, value, options); });
+}
+
+ustring8 format_double(double value, ustring8 const& options) {
+    return formatted([&](std::string& text) { return append_double(text, value, options); });
+}
+
+ustring8 format_duration(double seconds, ustring8 const& options) {
+    return formatted([&](std::string& text) { return append_duration(text, seconds, options); });
+}
+
+ustring8 format_memory(types::variant value, ustring8 const& options, ustring8& unit_out) {
+    return formatted([&](std::string& text) { return append_memory(text, value, options, unit_out); });
+}
+
+ustring8 format_metric(types::variant value, ustring8 const& options, ustring8& unit_out) {
+    return formatted([&](std::string& text) { return append_metric(text, value, options, unit_out); });
 }
 
 int thousands(ustring8 const& prefix) { return metric_power(prefix); }

@@ -632,7 +632,7 @@ unsigned int xmc_file_loader::combine_data(catalog_map& catalogs) {
 
 unsigned int xmc_file_loader::combine_messages(catalog_t& catalog, message_map& messages) const {
     if (catalog.m_messages.empty()) { // as a rule: the catalog takes over the map as it is
-        catalog.m_messages.swap(messages);
+        catalog.take(messages);
         return catalog.size();
     }
     unsigned int stored = 0;
