@@ -226,15 +226,16 @@ void add_render() {
     using item = i18n::message_item;
     static i18n::message_t const message("copied", {{"user", item::string}, {" copied "}, {"n", item::int_}, {" of "},
                                                     {"all", item::int_}, {" files to "}, {"target", item::string},
-                                                    {" in "}, {"seconds", item::int_}, {" seconds."}});
+                                                    {" in "}, {"seconds", item::double_}, {" seconds."}});
     using generic::argument;
-    static generic::varg_list const arguments(argument("seconds", 93), argument("user", "ann"), argument("n", 4711),
+    static generic::varg_list const arguments(argument("seconds", 93.25), argument("user", "ann"), argument("n", 4711),
                                               argument("all", 10000), argument("target", "backup"));
     bench::comparison task("catalogs/render/five_arguments", 1);
     task.side("zolt", [] { return message.as_string(arguments); });
-    static int seconds = 93, n = 4711, all = 10000; // not constants to the compiler
+    static double seconds = 93.25;
+    static int n = 4711, all = 10000; // not constants to the compiler
     static char const *user = "ann", *target = "backup";
-    static std::string const positional = "%2$s copied %3$d of %4$d files to %5$s in %1$d seconds.";
+    static std::string const positional = "%2$s copied %3$d of %4$d files to %5$s in %1$.2f seconds.";
     task.side("snprintf", [] {
         char text[256];
         int const size =
@@ -242,7 +243,7 @@ void add_render() {
         return std::string(text, static_cast<std::size_t>(size));
     });
 #if PEER_FMT
-    static std::string const format = "{user} copied {n} of {all} files to {target} in {seconds} seconds.";
+    static std::string const format = "{user} copied {n} of {all} files to {target} in {seconds:.2f} seconds.";
     task.side("fmt", [] {
         return fmt::format(fmt::runtime(format), fmt::arg("seconds", seconds), fmt::arg("user", user),
                            fmt::arg("n", n), fmt::arg("all", all), fmt::arg("target", target));

@@ -24,6 +24,7 @@
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace ZOLT_2_18::i18n::_private {
@@ -359,6 +360,7 @@ private:
         case place::catalog_tag: {
             bool const is_wanted = m_loader.is_catalog_matched(m_catalog) && m_loader.is_lang_id_good(m_language);
             m_place = is_wanted ? place::catalog : place::foreign_catalog;
+            m_next_place = m_messages.end();
             break;
         }
         case place::include_tag:
@@ -446,9 +448,16 @@ private:
     // The first message of a name wins within its catalog. In most files a message stands, in the order of
     // names, behind the one before it, which saves the search for its place.
     void keep_message() {
-        auto const behind_last = m_messages.empty() ? m_messages.end() : std::next(m_last_message);
-        m_last_message = m_messages.try_emplace(behind_last, m_message);
-        message_t& present = m_last_message->second;
+        if (m_message.empty()) return keep_unnamed_message();
+        auto const kept = m_messages.emplace_hint(m_next_place, std::piecewise_construct, std::tie(m_message),
+                                                  std::forward_as_tuple(m_message, m_items.finish(), m_meta));
+        kept->second._orginal_locale(m_language);
+        m_next_place = std::next(kept);
+    }
+
+    // Only without a name a message can be nil, which gives way to the next one.
+    void keep_unnamed_message() {
+        message_t& present = m_messages[m_message];
         if (present != types::nil) return;
         present = message_t(m_message, m_items.finish(), m_meta);
         present._orginal_locale(m_language);
@@ -476,7 +485,7 @@ private:
     ustring8 m_catalog;
     ustring8 m_language;
     message_map m_messages;
-    message_map::iterator m_last_message;
+    message_map::iterator m_next_place;
     ustring8 m_message;
     ustring8 m_meta;
     item_builder m_items;
