@@ -6,6 +6,7 @@
 
 #include <zolt/generic/varg_list.hpp>
 #include <zolt/strings/unicode.hpp>
+#include <zolt/system/io.hpp>
 
 #include <gtest/gtest.h>
 
@@ -127,6 +128,24 @@ TEST(message_catalogs, directories) {
     EXPECT_EQ(message_catalogs().load_directory(files.path(""), "").code(), 2u);
     ustring8 const bad = files.write("sub/bad.xml", document("<x/>"));
     EXPECT_TRUE(catalogs.load(files.path("sub"), "en").message().ends_with("\"x\"\n in file: \"" + bad + "\""));
+}
+
+TEST(message_catalogs, many_links_to_one_directory) {
+    temporary_directory files;
+    files.write("linked/f.xmc", document(catalog("app", "en", "1")));
+    std::filesystem::create_directory(files.path("many"));
+    for (char const name : std::string("abcdefghijk")) {
+        if (name == 'f') {
+            files.write("many/f/f.xmc", document(catalog("app", "en", "2")));
+        } else {
+            std::filesystem::create_directory_symlink(files.path("linked"), files.path("many") + "/" + name);
+        }
+    }
+    message_catalogs catalogs;
+    EXPECT_EQ(catalogs.load(files.path("many"), "en").code(), 0u);
+    // The linked one is read when it is met first, so that the later links bring its text not back.
+    bool const links_come_last = system::list_directory(files.path("many")).front().ends_with("/f");
+    EXPECT_EQ(items_of(catalogs.message("app", "m")), links_come_last ? "'1'" : "'2'");
 }
 
 TEST(message_catalogs, copies_are_deep) {
