@@ -155,16 +155,18 @@ peer_catalog load_by_expat(std::string const& path) {
 void add_load() {
     static std::string const path = write_catalog(message_count);
     bench::comparison task("catalogs/load/10000_messages", message_count);
-    task.side("zolt", [] { return load(path); }, [] { return content(load(path)); });
+    task.side(
+        "zolt", [] { return load(path); }, [] { return content(load(path)); });
 #if PEER_PUGIXML
-    task.side("pugixml", [] { return load_by_pugixml(path); }, [] { return content(load_by_pugixml(path)); });
+    task.side(
+        "pugixml", [] { return load_by_pugixml(path); }, [] { return content(load_by_pugixml(path)); });
 #endif
 #if PEER_EXPAT
-    task.side("expat", [] { return load_by_expat(path); }, [] { return content(load_by_expat(path)); });
+    task.side(
+        "expat", [] { return load_by_expat(path); }, [] { return content(load_by_expat(path)); });
 #endif
-    bench::growth("catalogs_load", 10, [](std::size_t count) {
-        return [file = write_catalog(count)] { return load(file); };
-    });
+    bench::growth("catalogs_load", 10,
+                  [](std::size_t count) { return [file = write_catalog(count)] { return load(file); }; });
 }
 
 // -- Looking up ---------------------------------------------------------------------------------
@@ -224,12 +226,20 @@ void add_find() {
 
 void add_render() {
     using item = i18n::message_item;
-    static i18n::message_t const message("copied", {{"user", item::string}, {" copied "}, {"n", item::int_}, {" of "},
-                                                    {"all", item::int_}, {" files to "}, {"target", item::string},
-                                                    {" in "}, {"seconds", item::double_}, {" seconds."}});
+    static i18n::message_t const message("copied", {{"user", item::string},
+                                                    {" copied "},
+                                                    {"n", item::int_},
+                                                    {" of "},
+                                                    {"all", item::int_},
+                                                    {" files to "},
+                                                    {"target", item::string},
+                                                    {" in "},
+                                                    {"seconds", item::double_},
+                                                    {" seconds."}});
     using generic::argument;
-    static generic::varg_list const arguments(argument("seconds", 93.25), argument("user", "ann"), argument("n", 4711),
-                                              argument("all", 10000), argument("target", "backup"));
+    static generic::varg_list const arguments(argument("seconds", 93.25), argument("user", "ann"),
+                                              argument("n", 4711), argument("all", 10000),
+                                              argument("target", "backup"));
     bench::comparison task("catalogs/render/five_arguments", 1);
     task.side("zolt", [] { return message.as_string(arguments); });
     static double seconds = 93.25;
@@ -238,8 +248,7 @@ void add_render() {
     static std::string const positional = "%2$s copied %3$d of %4$d files to %5$s in %1$.2f seconds.";
     task.side("snprintf", [] {
         char text[256];
-        int const size =
-            std::snprintf(text, sizeof text, positional.c_str(), seconds, user, n, all, target);
+        int const size = std::snprintf(text, sizeof text, positional.c_str(), seconds, user, n, all, target);
         return std::string(text, static_cast<std::size_t>(size));
     });
 #if PEER_FMT

@@ -109,7 +109,8 @@ void message_item::append_to(std::string& text, generic::varg_list const& args) 
         text += invalid_text;
     } else if (how == rendering::text) {
         text += argument->value().as_string();
-    } else if (!_private::append_value(text, m_type, argument->value(), options_behind(name_view().size(), m_data))) {
+    } else if (!_private::append_value(text, m_type, argument->value(),
+                                       options_behind(name_view().size(), m_data))) {
         text += invalid_text;
     }
 }

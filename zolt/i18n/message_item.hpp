@@ -28,7 +28,7 @@
 namespace ZOLT_2_18::generic {
 class argument;
 class varg_list;
-}
+} // namespace ZOLT_2_18::generic
 
 namespace ZOLT_2_18::i18n {
 

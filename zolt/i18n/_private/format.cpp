@@ -144,8 +144,7 @@ bool is_printf_plain() noexcept {
 void append_double(std::string& text, double value, int precision, int fieldsize) {
     char buffer[128];
     if (std::isfinite(value) && is_printf_plain()) {
-        auto const written =
-            std::to_chars(buffer, std::end(buffer), value, std::chars_format::fixed, precision);
+        auto const written = std::to_chars(buffer, std::end(buffer), value, std::chars_format::fixed, precision);
         if (written.ec == std::errc()) {
             return append_fixed(text, string_view(buffer, written.ptr), value, precision, fieldsize);
         }

@@ -30,9 +30,9 @@
 namespace ZOLT_2_18::i18n::_private {
 namespace {
 
+using parser::xml_parser;
 using std::string_view;
 using strings::ustring8;
-using parser::xml_parser;
 using load_error = xmc_file_loader::load_error;
 using message_map = xmc_file_loader::message_map;
 
@@ -206,7 +206,8 @@ public:
         parser.on_comment = [this](ustring8 const&) { m_content.is_empty = false; };
 
         xml_parser::parse_error const fault = parser.parse(text);
-        if (fault.kind != xml_parser::parse_error::no_error) throw load_error(xmc_file_loader::xml_parse_error, fault);
+        if (fault.kind != xml_parser::parse_error::no_error)
+            throw load_error(xmc_file_loader::xml_parse_error, fault);
         if (m_place == place::document) fault_here(xmc_file_loader::not_xmc_file, "Value Not Defined");
         return std::move(m_content);
     }
@@ -295,7 +296,8 @@ private:
         switch (m_place) {
         case place::root_tag:
             if (!is(name, "version")) return fault_here(xmc_file_loader::invalid_attribute, name);
-            if (!is(value, "1.0") && !is(value, "1.1")) return fault_here(xmc_file_loader::unsupported_version, value);
+            if (!is(value, "1.0") && !is(value, "1.1"))
+                return fault_here(xmc_file_loader::unsupported_version, value);
             m_place = place::root_tag_end;
             break;
         case place::root_tag_end: // Kept: told by its value
@@ -322,7 +324,8 @@ private:
     }
 
     // The one or the other of an element's two attributes.
-    void read_attribute(string_view name, string_view value, ustring8& its_name, string_view second, ustring8& other) {
+    void read_attribute(string_view name, string_view value, ustring8& its_name, string_view second,
+                        ustring8& other) {
         if (is(name, "name")) {
             its_name.assign(value);
         } else if (name == second) {
