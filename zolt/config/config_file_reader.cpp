@@ -1,39 +1,65 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// A file is a row of statements, each read token by token: section headers and assignments. What tells
-// statements and their parts apart are the recorded kinds of the tokens; everything else is text that is
-// strung together, without the blanks between.
+// A file is a row of statements: section headers and assignments. Each part of a statement is text that is
+// strung together, without the blanks between, up to the token that ends the part. Which tokens those are
+// depends on the part, and all others are only text; so the reader does not cut the file into tokens as
+// base_config_item::get_token does, but looks for the few bytes that may begin a token of interest. That
+// both agree is tested.
 #include <zolt/config/config_file_reader_private.hpp>
 
-#include <zolt/config/base_config_item.hpp>
 #include <zolt/config/config_section_private.hpp>
-#include <zolt/config/config_token.hpp>
-#include <zolt/generic/varg_list.hpp>
 
 #include <algorithm>
+#include <array>
+#include <limits>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace ZOLT_2_18::config {
 namespace {
 
 using strings::ustring8;
-using kind_t = config_token::tok_types;
 
 constexpr std::string_view array_mark = "[]";
+constexpr std::size_t last_position = std::numeric_limits<unsigned int>::max();
 
-bool is_blank(kind_t kind) { return kind == config_token::T_SPACE || kind == config_token::T_TABCHAR; }
-bool is_layout(kind_t kind) { return is_blank(kind) || kind == config_token::T_NEWLINE; }
-bool is_comment(kind_t kind) { return kind == config_token::T_POUND || kind == config_token::T_FSFS; }
+/// What may be of interest in a text; the parts below are made of these.
+enum interest : unsigned char {
+    in_all = 1,       ///< layout and quotes
+    in_pairs = 2,     ///< the first bytes of marks of two
+    at_line_end = 4,  ///< a line end ends the part instead of being skipped
+    at_equals = 8,    ///< so does "="
+    at_comma = 16,    ///< and ","
+    at_bracket = 32,  ///< and "]"
+    with_comments = 64 ///< "#" and "//" begin comments
+};
+
+constexpr unsigned char section_part = in_all | at_bracket;
+constexpr unsigned char key_part = in_all | in_pairs | at_equals;
+constexpr unsigned char value_part = in_all | in_pairs | with_comments | at_line_end;
+constexpr unsigned char array_part = value_part | at_comma;
+
+/// In which interests a byte has a part.
+constexpr auto interests = [] {
+    std::array<unsigned char, 256> table{};
+    for (unsigned char const c : {' ', '\t', '\n', '\r', '"'}) table[c] = in_all;
+    for (unsigned char const c : {'=', ':', '/', '>', '<', '+', '-', '*'}) table[c] = in_pairs;
+    table['#'] = with_comments;
+    table[','] = at_comma;
+    table[']'] = at_bracket;
+    return table;
+}();
 
 class file_reader {
 public:
-    file_reader(ustring8 const& text, config_tree& tree) : m_text(text), m_tree(tree) { m_section.emplace(tree); }
+    file_reader(std::string_view text, config_tree& tree) : m_text(text), m_tree(tree) { m_section.emplace(tree); }
 
     void read_statements() {
         while (find_statement()) {
-            if (m_token.kind == config_token::T_SBRACKET) {
+            if (m_text[m_at] == '[') {
+                ++m_at;
                 read_section();
             } else {
                 read_assignment();
@@ -42,107 +68,148 @@ public:
     }
 
 private:
-    kind_t next() {
-        base_config_item::get_token(m_text, m_position, m_token);
-        return m_token.kind;
-    }
+    char peek(std::size_t ahead) const { return ahead < m_text.size() - m_at ? m_text[m_at + ahead] : '\0'; }
+    bool starts_comment() const { return peek(0) == '#' || (peek(0) == '/' && peek(1) == '/'); }
 
     // Byte by byte, so that a quote in a comment opens no string.
-    void skip_comment() {
-        auto const line_end = std::min(m_text.find('\n', m_position), m_text.size());
-        m_position = static_cast<unsigned int>(line_end);
-    }
+    void skip_comment() { m_at = std::min(m_text.find('\n', m_at), m_text.size()); }
 
-    /// Moves to the first token of the next statement; false when there is none.
+    /// Moves to the first byte of the next statement; false when there is none.
     bool find_statement() {
-        for (kind_t kind = next(); kind != config_token::T_END; kind = next()) {
-            if (is_comment(kind)) {
-                skip_comment();
-            } else if (!is_layout(kind)) {
-                return true;
-            }
+        for (; m_at < m_text.size(); ++m_at) {
+            char const c = m_text[m_at];
+            if (c == ' ' || c == '\t' || c == '\n' || (c == '\r' && peek(1) == '\n')) continue;
+            if (!starts_comment()) return true;
+            skip_comment();
+            if (m_at == m_text.size()) break;
         }
         return false;
     }
 
-    /// The texts of all tokens from the current one up to one of the kind. At the end of the file without
-    /// one, there is no text.
-    std::optional<ustring8> text_up_to(kind_t last) {
-        ustring8 text;
-        for (kind_t kind = m_token.kind; kind != last; kind = next()) {
-            if (kind == config_token::T_END) return std::nullopt;
-            if (!is_layout(kind)) text += m_token.text;
+    static bool is_pair_start(char c) { return interests[static_cast<unsigned char>(c)] == in_pairs; }
+
+    /// Moves behind the bytes that are text to the part, marks of two bytes included, the second of which
+    /// may be a "=" or a slash that alone would be more than text.
+    void skip_plain(unsigned char part) {
+        for (;;) {
+            std::size_t at = m_at;
+            while (at < m_text.size() && (interests[static_cast<unsigned char>(m_text[at])] & part) == 0) ++at;
+            m_at = at;
+            if (at == m_text.size() || !is_pair_start(m_text[at])) return;
+
+            char const first = m_text[at];
+            char const second = peek(1);
+            bool const is_pair = second == '=' || (second == '/' && first == '*');
+            bool const is_comment = first == '/' && second == '/';
+            if (!is_pair && first == '=' && (part & at_equals) != 0) return;
+            if (is_comment && (part & with_comments) != 0) return;
+            m_at += is_pair || is_comment ? 2 : 1;
         }
-        return text;
+    }
+
+    /// Appends the content of the string that starts here, up to its closing quote or the text's end. A
+    /// backslash belongs to the byte after it.
+    void read_string(ustring8& content) {
+        std::size_t const first = m_at + 1;
+        std::size_t end = first;
+        while (end < m_text.size() && m_text[end] != '"') end += m_text[end] == '\\' ? 2 : 1;
+        end = std::min(end, m_text.size());
+        content.append(m_text, first, end - first);
+        m_at = std::min(end + 1, m_text.size());
+    }
+
+    /// Appends the texts of a part and moves behind the byte that ends it, which is returned; zero at the
+    /// end of the file. `was_there` is set when there was a text, be it an empty string.
+    char read_part(unsigned char part, ustring8& text, bool& was_there) {
+        for (;;) {
+            std::size_t const first = m_at;
+            skip_plain(part);
+            if (m_at != first) {
+                text.append(m_text, first, m_at - first);
+                was_there = true;
+            }
+            if (m_at == m_text.size()) return '\0';
+            char const c = m_text[m_at];
+            if (c == '"') {
+                read_string(text);
+                was_there = true;
+            } else if (c == '\r' && peek(1) != '\n') {
+                text += c;
+                was_there = true;
+                ++m_at;
+            } else if (c == '#' || c == '/') {
+                skip_comment();
+            } else if (c == '\n' ? (part & at_line_end) != 0 : c == '=' || c == ',' || c == ']') {
+                ++m_at;
+                return c;
+            } else {
+                ++m_at; // layout
+            }
+        }
+    }
+    char read_part(unsigned char part, ustring8& text) {
+        bool was_there = false;
+        text.clear();
+        return read_part(part, text, was_there);
     }
 
     void read_section() {
-        next();
-        ustring8 prefix = text_up_to(config_token::T_EBRACKET).value_or(ustring8());
+        ustring8 prefix;
+        if (read_part(section_part, prefix) == '\0') prefix.clear();
         if (!prefix.empty()) prefix += '.';
         m_section.emplace(m_tree, prefix);
     }
 
     void read_assignment() {
-        std::optional<ustring8> key = text_up_to(config_token::T_EQ);
-        if (!key) return;
-        if (std::string_view(*key).ends_with(array_mark)) {
-            key->resize(key->size() - array_mark.size());
-            if (auto const values = read_array()) m_section->set_array(*key, *values);
+        if (read_part(key_part, m_key) == '\0') return;
+        if (std::string_view(m_key).ends_with(array_mark)) {
+            m_key.resize(m_key.size() - array_mark.size());
+            auto const elements = read_array();
+            if (!elements.empty()) m_section->set_array(m_key, elements);
         } else {
-            ustring8 const value = read_scalar();
-            if (!value.empty()) m_section->set_node(*key, value, 0);
+            read_part(value_part, m_value);
+            if (!m_value.empty()) m_section->set_text(m_key, m_value);
         }
     }
 
-    ustring8 read_scalar() {
-        ustring8 value;
-        for (kind_t kind = next(); kind != config_token::T_NEWLINE && kind != config_token::T_END; kind = next()) {
-            if (is_comment(kind)) {
-                skip_comment();
-            } else if (!is_blank(kind)) {
-                value += m_token.text;
-            }
-        }
-        return value;
-    }
-
-    /// The elements; nothing when the last one is empty.
-    std::optional<generic::varg_list> read_array() {
-        generic::varg_list values;
+    /// The elements; none when the last one is empty.
+    std::vector<ustring8> read_array() {
+        std::vector<ustring8> elements;
         ustring8 item;
-        bool after_comma = false; // and nothing but layout and comments since: line ends do not count
-        for (kind_t kind = next(); kind != config_token::T_END; kind = next()) {
-            if (kind == config_token::T_NEWLINE && !after_comma) break;
-            if (is_comment(kind)) {
-                skip_comment();
-            } else if (!is_layout(kind)) {
-                after_comma = kind == config_token::T_NON_ALPHA_NUM && m_token.text == ",";
-                if (after_comma) {
-                    values.push_back(types::variant(item));
-                    item.clear();
-                } else {
-                    item += m_token.text;
-                }
+        bool is_open = false; // there was a comma and nothing but layout and comments since
+        for (;;) {
+            bool was_there = false;
+            char const end = read_part(array_part, item, was_there);
+            is_open = is_open && !was_there;
+            if (end == ',') {
+                elements.push_back(std::exchange(item, ustring8()));
+                is_open = true;
+            } else if (end == '\0' || !is_open) {
+                break;
             }
         }
-        if (item.empty()) return std::nullopt;
-        values.push_back(types::variant(item));
-        return values;
+        if (item.empty()) return {};
+        elements.push_back(std::move(item));
+        return elements;
     }
 
-    ustring8 const& m_text;
+    std::string_view m_text;
     config_tree& m_tree;
     std::optional<_private::config_section> m_section;
-    unsigned int m_position = 0;
-    config_token m_token;
+    std::size_t m_at = 0;
+    ustring8 m_key; // these two are kept for their memory
+    ustring8 m_value;
 };
 
 } // namespace
 
 namespace _private {
 
-void read_config_text(ustring8 const& text, config_tree& tree) { file_reader(text, tree).read_statements(); }
+void read_config_text(ustring8 const& text, config_tree& tree) {
+    // What positions of tokens cannot reach does not exist.
+    std::string_view const reachable(text.data(), std::min<std::size_t>(text.size(), last_position));
+    file_reader(reachable, tree).read_statements();
+}
 
 } // namespace _private
 } // namespace ZOLT_2_18::config

@@ -6,6 +6,8 @@
 // them back, else between double quotes. The grammar has no escapes, so some texts cannot be written.
 #include <zolt/config/config_file_writer_private.hpp>
 
+#include <zolt/config/config_children_private.hpp>
+
 #include <algorithm>
 #include <charconv>
 #include <string_view>
@@ -15,6 +17,8 @@
 namespace ZOLT_2_18::config {
 namespace {
 
+using _private::child;
+using _private::child_cursor;
 using strings::ustring8;
 
 constexpr unsigned int array_kind = 2;
@@ -30,19 +34,17 @@ struct line {
     std::vector<ustring8> texts; ///< the value, or the elements
 };
 
-bool holds_text(config_tree const& node) { return node.value() != types::nil && node.kind() != array_kind; }
-
 /// The elements up to the first gap. An element that is an array itself is a gap, too.
 void append_elements(config_tree const& head, std::vector<ustring8>& texts) {
     for (unsigned int i = 0;; ++i) {
-        config_tree const* const node = head.get_node(std::to_string(i));
-        if (!node || !holds_text(*node)) return;
-        texts.push_back(node->value().as_utf8());
+        child const* const element = find_child(head, _private::key_path(std::to_string(i)));
+        if (!element || element->is_nil() || element->kind() == array_kind) return;
+        texts.push_back(element->value().as_utf8());
     }
 }
 
 /// Whether the name is that of one of the first `count` elements of an array.
-bool is_element(ustring8 const& name, std::size_t count) {
+bool is_element(std::string_view name, std::size_t count) {
     std::size_t index = 0;
     char const* const last = name.data() + name.size();
     auto const [end, error] = std::from_chars(name.data(), last, index);
@@ -50,21 +52,20 @@ bool is_element(ustring8 const& name, std::size_t count) {
     return error == std::errc() && end == last && !has_leading_zero && index < count;
 }
 
-/// Fills in what the line of a node would hold.
-void show(config_tree const& node, line& shown) {
-    shown.is_array = node.kind() == array_kind;
-    shown.has_head_value = shown.is_array && node.value() != types::nil;
+/// Fills in what the line of a child would hold.
+void show(child const& here, line& shown) {
+    shown.is_array = here.kind() == array_kind;
+    shown.has_head_value = shown.is_array && !here.is_nil();
     shown.texts.clear();
     if (shown.is_array) {
-        append_elements(node, shown.texts);
+        append_elements(*here.node(), shown.texts);
     } else {
-        shown.texts.push_back(node.value().as_utf8());
+        shown.texts.push_back(here.value().as_utf8());
     }
 }
 
 struct walk_level {
-    config_tree::const_iterator next;
-    config_tree::const_iterator end;
+    child_cursor rest;
     std::size_t path_size;
     std::size_t elements; ///< how many of the children are on the line of the node above
     bool has_quoted_path;
@@ -75,24 +76,24 @@ template <typename Visitor>
 void walk(config_tree const& tree, Visitor visit) {
     ustring8 path;
     line shown{path, false, false, false, {}};
-    std::vector<walk_level> levels{{tree.begin(), tree.end(), 0, 0, false}};
+    std::vector<walk_level> levels{{child_cursor(tree), 0, 0, false}};
     while (!levels.empty()) {
         walk_level& level = levels.back();
-        if (level.next == level.end) {
+        if (level.rest.at_end()) {
             levels.pop_back();
             continue;
         }
-        auto const& [name, child] = *level.next++;
-        config_tree const& node = *child;
+        child const& here = level.rest.take();
+        std::string_view const name = here.name();
         path.resize(level.path_size);
         path += name;
-        shown.has_quoted_path = level.has_quoted_path || name.find('"') != ustring8::npos;
-        show(node, shown);
-        if (node.has_entry() && !is_element(name, level.elements)) visit(std::as_const(shown));
-        if (node.empty()) continue;
+        shown.has_quoted_path = level.has_quoted_path || name.find('"') != name.npos;
+        show(here, shown);
+        if (here.has_entry() && !is_element(name, level.elements)) visit(std::as_const(shown));
+        if (here.is_leaf()) continue;
         std::size_t const elements = shown.is_array ? shown.texts.size() : 0;
         path += '.';
-        levels.push_back({node.begin(), node.end(), path.size(), elements, shown.has_quoted_path});
+        levels.push_back({child_cursor(*here.node()), path.size(), elements, shown.has_quoted_path});
     }
 }
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: BSL-1.0
 #include <zolt/config/config_manager.hpp>
 
+#include <zolt/config/config_children_private.hpp>
+
 #include <algorithm>
 #include <ostream>
 #include <set>
@@ -11,21 +13,29 @@ namespace ZOLT_2_18::config {
 namespace {
 
 using strings::ustring8;
-using entry_type = config_tree::entry_type;
+using _private::child;
+using _private::find_child;
+using _private::key_path;
 
 constexpr unsigned int array_kind = 2;
 constexpr unsigned int first_element_bits = 3;
 constexpr unsigned int reference_bit = 4;
 
-bool is_reference(entry_type const& entry) { return (entry.first & reference_bit) != 0; }
-bool means_first_element(entry_type const& entry) {
-    return (entry.first & first_element_bits) == first_element_bits;
+bool is_reference(child const& entry) { return (entry.kind() & reference_bit) != 0; }
+bool means_first_element(child const& entry) {
+    return (entry.kind() & first_element_bits) == first_element_bits;
+}
+
+/// The child at the key unless it is only a step of a path.
+child const* find_entry(base_config_item const& source, key_path const& key) {
+    child const* const found = find_child(source.tree(), key);
+    return found && found->has_entry() ? found : nullptr;
 }
 
 types::variant first_element(base_config_item const& source, ustring8 const& key) {
-    entry_type const* const element = source.get_value(key + ".0");
+    child const* const element = find_entry(source, key_path(key + ".0"));
     bool const is_plain = element && !is_reference(*element) && !means_first_element(*element);
-    return is_plain ? element->second : types::variant();
+    return is_plain ? element->value() : types::variant();
 }
 
 // Unformatted, so that the width of the stream plays no part.
@@ -59,35 +69,37 @@ void config_manager::unload() {
 
 types::variant config_manager::get_value(ustring8 const& key, types::variant default_value) const {
     std::set<ustring8> visited;
-    ustring8 current = key;
-    for (;;) {
-        entry_type const* entry = nullptr;
+    ustring8 target; // of the last reference
+    for (ustring8 const* current = &key;; current = &target) {
+        child const* entry = nullptr;
+        key_path const path(*current);
         auto const holds_key = [&](auto const& item) {
-            entry = item ? item->get_value(current) : nullptr;
+            entry = item ? find_entry(*item, path) : nullptr;
             return entry != nullptr;
         };
         auto const source = std::find_if(m_items.begin(), m_items.end(), holds_key);
         if (source == m_items.end()) return default_value;
-        if (means_first_element(*entry)) return first_element(**source, current);
-        if (!is_reference(*entry)) return entry->second;
+        if (means_first_element(*entry)) return first_element(**source, *current);
+        if (!is_reference(*entry)) return entry->value();
 
-        visited.insert(std::move(current));
-        current = entry->second.as_utf8();
-        if (visited.count(current) != 0) return entry->second;
+        visited.insert(*current);
+        target = entry->value().as_utf8();
+        if (visited.count(target) != 0) return entry->value();
     }
 }
 
 bool config_manager::value_exist(ustring8 const& key) const { return get_value(key, types::nil) != types::nil; }
 
 base_config_item const* config_manager::find_source(ustring8 const& key) const {
-    auto const has_node = [&key](auto const& item) { return item && item->tree().get_node(key); };
+    key_path const path(key);
+    auto const has_node = [&path](auto const& item) { return item && find_child(item->tree(), path); };
     auto const found = std::find_if(m_items.begin(), m_items.end(), has_node);
     return found != m_items.end() ? found->get() : nullptr;
 }
 
 bool config_manager::is_array(ustring8 const& key) const {
     base_config_item const* const source = find_source(key);
-    return source && source->tree().get_node(key)->kind() == array_kind;
+    return source && find_child(source->tree(), key_path(key))->kind() == array_kind;
 }
 
 void config_manager::get_array(ustring8 const& key, std::vector<types::variant>& values) const {

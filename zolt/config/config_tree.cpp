@@ -5,55 +5,27 @@
 // So nothing here recurses: what has to come back to a node later keeps it in a list of its own.
 #include <zolt/config/config_tree.hpp>
 
+#include <zolt/config/config_children_private.hpp>
 #include <zolt/config/config_token.hpp>
 #include <zolt/generic/convert/x_to_str.hpp>
 
 #include <algorithm>
-#include <cctype>
 #include <ostream>
 #include <string_view>
 
 namespace ZOLT_2_18::config {
 namespace {
 
-using memory::pointers::make_rc;
-using memory::pointers::rc_pointer;
+using _private::key_path;
 using strings::ustring8;
-
-char lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
-
-/// Takes the components of a key one after the other. Every key has at least one; a separator at its end
-/// adds none.
-class key_reader {
-public:
-    explicit key_reader(ustring8 const& key) : m_key(key) {}
-
-    /// The next component in lower case, valid until the next call.
-    ustring8 const& take() {
-        auto const first = m_key.begin() + static_cast<std::ptrdiff_t>(m_position);
-        auto const last = std::find_if(first, m_key.end(), isConfigDotSlash);
-        m_component.assign(first, last);
-        std::transform(m_component.begin(), m_component.end(), m_component.begin(), lower);
-        m_position = static_cast<std::size_t>(last - m_key.begin()) + (last != m_key.end() ? 1 : 0);
-        return m_component;
-    }
-    bool more() const { return m_position < m_key.size(); }
-    std::size_t position() const { return m_position; }
-
-private:
-    ustring8 const& m_key;
-    std::size_t m_position = 0;
-    ustring8 m_component;
-};
 
 /// A place in a walk over a tree: the children of one node that are still to come.
 struct walk_level {
-    config_tree::const_iterator next;
-    config_tree::const_iterator end;
+    _private::child_cursor rest;
     std::size_t path_size; ///< where in the path the names of this level start
 };
 
-bool is_number(ustring8 const& name) {
+bool is_number(std::string_view name) {
     return !name.empty() && std::all_of(name.begin(), name.end(), isConfigDigit);
 }
 
@@ -82,85 +54,17 @@ void write_columns(std::ostream& stream, std::size_t count) {
     write(stream, columns.substr(0, 3 * count));
 }
 
-void write_entry(std::ostream& stream, config_tree const& node) {
-    if (node.kind() == 0) return write(stream, "true\n");
+void write_entry(std::ostream& stream, _private::child const& child) {
+    if (child.kind() == 0) return write(stream, "true\n");
     char kind[66];
-    generic::convert::ultoa(node.kind(), kind, 10);
+    generic::convert::ultoa(child.kind(), kind, 10);
     write(stream, kind);
     write(stream, " ");
-    write(stream, node.value().as_string());
+    write(stream, child.value().as_string());
     write(stream, "\n");
 }
 
-/// An order in which all names are equal: a list that takes over the nodes of maps without allocating.
-struct no_order {
-    bool operator()(ustring8 const&, ustring8 const&) const noexcept { return false; }
-};
-using doomed_list = std::multimap<ustring8, rc_pointer<config_tree>, no_order>;
-
-/// Removes all nodes; those that go now but have children are moved to the list.
-void empty_map(_private::deep_copy_map::map_type& nodes, doomed_list& doomed) noexcept {
-    for (auto here = nodes.begin(); here != nodes.end();) {
-        auto const node = here++;
-        config_tree const& tree = *node->second;
-        bool const goes_now = tree.reference_count == 1 && tree.heap_allocated;
-        if (goes_now && !tree.empty()) doomed.insert(doomed.end(), nodes.extract(node));
-    }
-    nodes.clear();
-}
-
 } // namespace
-
-namespace _private {
-
-deep_copy_map::deep_copy_map() noexcept = default;
-
-// Through the default constructor, so that a copy that fails half-way is taken apart like any other map.
-deep_copy_map::deep_copy_map(deep_copy_map const& other) : deep_copy_map() {
-    std::vector<std::pair<deep_copy_map const*, deep_copy_map*>> pending{{&other, this}};
-    while (!pending.empty()) {
-        auto const [source, target] = pending.back();
-        pending.pop_back();
-        for (auto const& [name, node] : *source) {
-            auto const copy = make_rc<config_tree>(node->value(), node->kind());
-            target->m_nodes.emplace_hint(target->end(), name, copy);
-            if (!node->empty()) pending.emplace_back(&node->m_children, &copy->m_children);
-        }
-    }
-}
-
-deep_copy_map::~deep_copy_map() { clear(); }
-
-deep_copy_map& deep_copy_map::assign(deep_copy_map const& other) {
-    deep_copy_map copy(other);
-    swap(copy);
-    return *this;
-}
-
-config_tree* deep_copy_map::find(ustring8 const& name) const {
-    auto const found = m_nodes.find(name);
-    return found != m_nodes.end() ? found->second.get() : nullptr;
-}
-
-config_tree& deep_copy_map::find_or_make(ustring8 const& name) {
-    auto place = m_nodes.lower_bound(name);
-    if (place == m_nodes.end() || place->first != name) {
-        place = m_nodes.emplace_hint(place, name, make_rc<config_tree>());
-    }
-    return *place->second;
-}
-
-// Each node goes only after its children have been taken from it, so its destructor finds nothing to do.
-void deep_copy_map::clear() noexcept {
-    doomed_list doomed;
-    empty_map(m_nodes, doomed);
-    while (!doomed.empty()) {
-        auto const node = doomed.extract(doomed.begin());
-        empty_map(node.mapped()->m_children.m_nodes, doomed);
-    }
-}
-
-} // namespace _private
 
 config_tree::config_tree() : m_entry(0, types::nil) {}
 config_tree::config_tree(types::variant const& value, unsigned int kind) : m_entry(kind, value) {}
@@ -190,59 +94,52 @@ void config_tree::set_node(ustring8 const& key, types::variant const& value, uns
 }
 
 config_tree& config_tree::make_node(ustring8 const& key) {
-    config_tree* node = this;
-    key_reader reader(key);
-    do {
-        node = &node->m_children.find_or_make(reader.take());
-    } while (reader.more());
-    return *node;
+    return _private::make_node(*this, key_path(key));
 }
 
 config_tree const* config_tree::get_node(ustring8 const& key) const {
-    config_tree const* node = this;
-    key_reader reader(key);
-    do {
-        node = node->m_children.find(reader.take());
-    } while (node && reader.more());
-    return node;
+    return _private::find_node(*this, key_path(key));
 }
 
 void config_tree::parse_string(ustring8 const& key, ustring8& head, ustring8& rest) const {
-    key_reader reader(key);
-    ustring8 first = reader.take();
-    rest = ustring8(key.substr(reader.position())); // may be the key itself
-    head.swap(first);
+    auto const separator = std::find_if(key.begin(), key.end(), isConfigDotSlash);
+    std::string_view const first(key.data(), static_cast<std::size_t>(separator - key.begin()));
+    ustring8 buffer;
+    ustring8 lowered(_private::lowered(first, buffer));
+    rest = ustring8(separator == key.end() ? separator : separator + 1, key.end()); // may be the key itself
+    head.swap(lowered);
 }
 
 void config_tree::get_array(ustring8 const& key, entry_list& elements) const {
-    config_tree const* const head = get_node(key);
+    _private::child const* const head = find_child(*this, key_path(key));
     elements.clear();
     if (!head || head->kind() != 2) return;
-    for (auto const& [name, node] : *head) {
-        if (is_number(name)) elements.emplace_back(name, node->entry());
+    for (_private::child_cursor cursor(*head->node()); !cursor.at_end();) {
+        _private::child const& child = cursor.take();
+        if (is_number(child.name())) elements.emplace_back(child.name(), child.entry());
     }
     std::stable_sort(elements.begin(), elements.end(), has_smaller_name);
 }
 
 void config_tree::get_value_pair_array(ustring8 const& key, entry_list& pairs, bool nested) const {
-    config_tree const* const top = get_node(key);
+    _private::child const* const top = find_child(*this, key_path(key));
     pairs.clear();
-    if (!top) return;
+    if (!top || !top->node()) return;
     ustring8 path;
-    std::vector<walk_level> levels{{top->begin(), top->end(), 0}};
+    std::vector<walk_level> levels{{_private::child_cursor(*top->node()), 0}};
     while (!levels.empty()) {
         walk_level& level = levels.back();
-        if (level.next == level.end) {
+        if (level.rest.at_end()) {
             levels.pop_back();
             continue;
         }
-        auto const& [name, node] = *level.next++;
+        _private::child const& child = level.rest.take();
         path.resize(level.path_size);
-        path += name;
-        if (node->value() != types::nil) pairs.emplace_back(path, node->entry());
-        if (!nested || node->empty()) continue;
+        path += child.name();
+        if (!child.is_nil()) pairs.emplace_back(path, child.entry());
+        if (!nested || child.is_leaf()) continue;
         path += '.';
-        levels.push_back({node->begin(), node->end(), path.size()});
+        levels.push_back({_private::child_cursor(*child.node()), path.size()});
     }
 }
 
@@ -254,24 +151,23 @@ void config_tree::dump(std::ostream& stream, int depth) const {
         write_columns(stream, columns);
         return write(stream, "end\n");
     }
-    std::vector<walk_level> levels{{begin(), end(), 0}};
+    std::vector<_private::child_cursor> levels{_private::child_cursor(*this)};
     while (!levels.empty()) {
-        walk_level& level = levels.back();
-        if (level.next == level.end) {
+        if (levels.back().at_end()) {
             levels.pop_back();
             write(stream, levels.empty() ? "end\n" : "end\n|\n");
             continue;
         }
-        auto const& [name, node] = *level.next++;
+        _private::child const& child = levels.back().take();
         std::size_t const indentation = columns + levels.size() - 1;
         write_columns(stream, indentation);
-        write(stream, name);
+        write(stream, child.name());
         write(stream, " : ");
-        write_entry(stream, *node);
+        write_entry(stream, child);
         write_columns(stream, indentation);
-        if (node->empty()) continue;
+        if (child.is_leaf()) continue;
         write(stream, "|---------------\\\n");
-        levels.push_back({node->begin(), node->end(), 0});
+        levels.emplace_back(*child.node());
     }
 }
 

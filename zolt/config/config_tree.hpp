@@ -19,7 +19,8 @@
 //
 // Setting or finding one of n keys costs its length times log n. No operation recurses, so keys may have
 // millions of components. Nodes are counted (see <zolt/memory/rc_pointer.hpp>); copies are deep, so no two
-// trees share a node.
+// trees share a node. A tree belongs to one thread at a time, for reading, too: what a file holds is kept as
+// plain text, of which get_node and iterators make nodes when they first come to it.
 #pragma once
 
 #include <zolt/export.hpp>
@@ -28,8 +29,10 @@
 #include <zolt/strings/ustring.hpp>
 #include <zolt/types/variant.hpp>
 
+#include <cstddef>
 #include <iosfwd>
-#include <map>
+#include <iterator>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -39,12 +42,47 @@ class config_tree;
 
 namespace _private {
 
+struct child_access;
+struct child_block;
+
 /// The children of a node by name, in byte order. A copy holds clones of the nodes; a node goes with the
 /// map unless somebody else holds it too.
 class ZOLT_API deep_copy_map {
 public:
-    using map_type = std::map<strings::ustring8, memory::pointers::rc_pointer<config_tree>>;
-    using const_iterator = map_type::const_iterator;
+    using value_type = std::pair<strings::ustring8 const, memory::pointers::rc_pointer<config_tree>>;
+
+    /// Forward iterator over (name, node), valid until a child is added or removed.
+    class ZOLT_API const_iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = deep_copy_map::value_type;
+        using difference_type = std::ptrdiff_t;
+        using pointer = value_type const*;
+        using reference = value_type const&;
+
+        const_iterator() noexcept = default;
+        reference operator*() const;
+        pointer operator->() const { return &**this; }
+        const_iterator& operator++() noexcept;
+        const_iterator operator++(int) noexcept {
+            const_iterator const before = *this;
+            ++*this;
+            return before;
+        }
+        friend bool operator==(const_iterator const& left, const_iterator const& right) noexcept {
+            return left.m_block == right.m_block && left.m_index == right.m_index;
+        }
+        friend bool operator!=(const_iterator const& left, const_iterator const& right) noexcept {
+            return !(left == right);
+        }
+
+    private:
+        friend class deep_copy_map;
+        const_iterator(child_block* block, unsigned int index) noexcept : m_block(block), m_index(index) {}
+
+        child_block* m_block = nullptr; ///< null at the end
+        unsigned int m_index = 0;
+    };
 
     deep_copy_map() noexcept;
     deep_copy_map(deep_copy_map const& other);
@@ -53,19 +91,21 @@ public:
     deep_copy_map& operator=(deep_copy_map const& other) { return assign(other); }
     /// The other map may be one of a node below this one.
     deep_copy_map& assign(deep_copy_map const& other);
-    void swap(deep_copy_map& other) noexcept { m_nodes.swap(other.m_nodes); }
+    void swap(deep_copy_map& other) noexcept { std::swap(m_root, other.m_root); }
 
-    bool empty() const noexcept { return m_nodes.empty(); }
-    const_iterator begin() const noexcept { return m_nodes.begin(); }
-    const_iterator end() const noexcept { return m_nodes.end(); }
+    bool empty() const noexcept { return !m_root; }
+    const_iterator begin() const noexcept;
+    const_iterator end() const noexcept { return {}; }
     /// The node of that name, or null.
-    config_tree* find(strings::ustring8 const& name) const;
+    config_tree* find(std::string_view name) const;
     /// The node of that name, made when there is none.
-    config_tree& find_or_make(strings::ustring8 const& name);
+    config_tree& find_or_make(std::string_view name);
     void clear() noexcept;
 
 private:
-    map_type m_nodes;
+    friend struct child_access;
+
+    child_block* m_root = nullptr; ///< null without children
 };
 
 } // namespace _private
@@ -102,7 +142,8 @@ public:
 
     /// True without children.
     bool empty() const noexcept { return m_children.empty(); }
-    /// Over (name, node) pairs of the direct children, in byte order of the names.
+    /// Over (name, node) pairs of the direct children, in byte order of the names. Iterators are valid until
+    /// a child is added or removed.
     const_iterator begin() const noexcept { return m_children.begin(); }
     const_iterator end() const noexcept { return m_children.end(); }
 
@@ -137,6 +178,7 @@ public:
 
 private:
     friend class _private::deep_copy_map;
+    friend struct _private::child_access;
 
     entry_type m_entry;
     _private::deep_copy_map m_children;

@@ -1,0 +1,454 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// The children of a node are a B+ tree: blocks of up to 128 children in byte order of their names, and above
+// them blocks of blocks when one does not do. Blocks are split on the way down to where a child goes and
+// never joined: children go only all at once.
+//
+// A block keeps a byte of hash for each of its names. To find a name is to find its byte, which takes one
+// memchr and then most often one comparison; only to insert one is the block searched by order.
+//
+// A tree may be as deep as its longest key has components. So nothing here recurses over nodes; blocks to
+// be freed are strung together by their own links, which needs no memory.
+#include <zolt/config/config_children_private.hpp>
+
+#include <zolt/config/config_token.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace ZOLT_2_18::config::_private {
+
+using memory::pointers::rc_pointer;
+using strings::ustring8;
+
+struct child_block {
+    static constexpr unsigned int most = 128;
+
+    child_block* next;       ///< to the right on the same level of the same node, or null
+    unsigned short count;    ///< at least 1
+    unsigned short capacity; ///< `most` unless the block is a node's only one
+    unsigned short height;   ///< 0 for children, else one more than that of the blocks below
+
+    /// One for each child, beside the head, as they are what a search reads.
+    unsigned char* tags() noexcept { return reinterpret_cast<unsigned char*>(this + 1); }
+    child* children() noexcept { return reinterpret_cast<child*>(tags() + tags_size(capacity)); }
+    child_block** blocks() noexcept { return reinterpret_cast<child_block**>(this + 1); }
+
+    /// With what aligns the children that follow.
+    static constexpr std::size_t tags_size(std::size_t count) noexcept {
+        return (count + alignof(child) - 1) / alignof(child) * alignof(child);
+    }
+};
+static_assert(sizeof(child_block) % alignof(child) == 0);
+
+namespace {
+
+/// What becomes of each byte of a key. Zero where the locale decides: it changes nothing but capitals, and
+/// of the first 128 bytes these are letters.
+constexpr auto lowered_bytes = [] {
+    std::array<char, 256> table{};
+    for (std::size_t c = 1; c < 128; ++c) table[c] = c >= 'A' && c <= 'Z' ? '\0' : static_cast<char>(c);
+    table['/'] = table['\\'] = '.';
+    return table;
+}();
+
+template <typename Word>
+Word load(char const* bytes) noexcept {
+    Word word;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+/// Whether eight bytes are such that lowered_bytes changes none of them.
+bool are_lowered(std::uint64_t bytes) noexcept {
+    constexpr auto each = [](unsigned int byte) { return 0x0101010101010101 * std::uint64_t{byte}; };
+    // The high bit of each byte of a sum tells whether the byte is at least 0x80 less the summand. Bytes from
+    // 0x80 on disturb their neighbours, but they are not lowered anyway.
+    std::uint64_t const capitals = (bytes + each(0x80 - 'A')) & ~(bytes + each(0x80 - 'Z' - 1));
+    std::uint64_t const not_slash = (bytes ^ each('/')) + each(0x7F);
+    std::uint64_t const not_backslash = (bytes ^ each('\\')) + each(0x7F);
+    return ((bytes | capitals | ~not_slash | ~not_backslash) & each(0x80)) == 0;
+}
+
+bool is_lowered(std::string_view text) noexcept {
+    if (text.size() < 8) {
+        return std::all_of(text.begin(), text.end(),
+                           [](char c) { return lowered_bytes[static_cast<unsigned char>(c)] == c; });
+    }
+    char const* const last = text.data() + text.size() - 8; // eight bytes that may have been looked at
+    for (char const* at = text.data(); at < last; at += 8) {
+        if (!are_lowered(load<std::uint64_t>(at))) return false;
+    }
+    return are_lowered(load<std::uint64_t>(last));
+}
+
+/// Every byte of the name counts.
+unsigned char tag_of(std::string_view name) noexcept {
+    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15;
+    auto const mixed = [](std::uint64_t hash) { return hash * factor ^ (hash * factor) >> 32; };
+    std::uint64_t hash = name.size();
+    for (; name.size() > 16; name.remove_prefix(8)) hash = mixed(hash ^ load<std::uint64_t>(name.data()));
+    // The rest in two words, which may overlap.
+    char const* const end = name.data() + name.size();
+    if (name.size() >= 8) {
+        hash = mixed(hash ^ load<std::uint64_t>(name.data())) ^ load<std::uint64_t>(end - 8);
+    } else if (name.size() >= 4) {
+        hash ^= load<std::uint32_t>(name.data()) | std::uint64_t{load<std::uint32_t>(end - 4)} << 32;
+    } else {
+        for (char const c : name) hash = hash << 8 ^ static_cast<unsigned char>(c);
+    }
+    return static_cast<unsigned char>(hash * factor >> 56);
+}
+
+// Children.
+
+struct record_deleter {
+    void operator()(text_record* record) const noexcept { ::operator delete(record); }
+};
+using owned_record = std::unique_ptr<text_record, record_deleter>;
+
+/// Neither may be longer than text_record::most.
+owned_record make_record(std::string_view name, std::string_view text) {
+    void* const memory = ::operator new(sizeof(text_record) + name.size() + text.size());
+    auto* const record = new (memory) text_record{static_cast<unsigned short>(name.size()),
+                                                  static_cast<unsigned short>(text.size())};
+    char* const bytes = reinterpret_cast<char*>(record + 1);
+    std::copy(name.begin(), name.end(), bytes);
+    std::copy(text.begin(), text.end(), bytes + name.size());
+    return owned_record(record);
+}
+
+/// The child as a node, made now if it was a text.
+named_node& as_node(child& place) {
+    if (text_record* const record = place.record()) {
+        place = child(new named_node(record->name(), place.value(), 0));
+        record_deleter()(record);
+    }
+    return *place.named();
+}
+
+// Blocks.
+
+child_block* make_block(unsigned int capacity, unsigned int height) {
+    std::size_t const tags_size = height == 0 ? child_block::tags_size(capacity) : 0;
+    void* const memory = ::operator new(sizeof(child_block) + tags_size + capacity * sizeof(child));
+    return new (memory) child_block{nullptr, 0, static_cast<unsigned short>(capacity),
+                                    static_cast<unsigned short>(height)};
+}
+
+void free_block(child_block* block) noexcept { ::operator delete(block); }
+
+child_block* first_leaf(child_block* block) noexcept {
+    while (block && block->height != 0) block = block->blocks()[0];
+    return block;
+}
+
+std::string_view first_name(child_block* block) noexcept { return first_leaf(block)->children()[0].name(); }
+
+/// Which of the blocks below holds the name if any does.
+unsigned int block_index(child_block& block, std::string_view name) noexcept {
+    auto const is_before = [](std::string_view wanted, child_block* below) { return wanted < first_name(below); };
+    auto const* const first = block.blocks();
+    auto const* const after = std::upper_bound(first + 1, first + block.count, name, is_before);
+    return static_cast<unsigned int>(after - first) - 1;
+}
+
+child* find(child_block* block, wanted_name const& name) noexcept {
+    if (!block) return nullptr;
+    while (block->height != 0) block = block->blocks()[block_index(*block, name.text)];
+    unsigned char const* const tags = block->tags();
+    unsigned char const* const end = tags + block->count;
+    for (auto const* at = tags; at != end; ++at) {
+        at = static_cast<unsigned char const*>(std::memchr(at, name.tag, static_cast<std::size_t>(end - at)));
+        if (!at) return nullptr;
+        child& found = block->children()[at - tags];
+        if (found.name() == name.text) return &found;
+    }
+    return nullptr;
+}
+
+child* find(config_tree const& node, key_path const& path) noexcept {
+    config_tree const* step = &node;
+    child* found = nullptr;
+    for (wanted_name const& name : path) {
+        found = step ? find(child_access::root(*step), name) : nullptr;
+        if (!found) return nullptr;
+        step = found->node();
+    }
+    return found;
+}
+
+/// Moves what the block holds from the index on to an empty block of the same height.
+void move_tail(child_block& block, unsigned int index, child_block& empty) noexcept {
+    auto const count = static_cast<unsigned short>(block.count - index);
+    if (block.height == 0) {
+        std::copy_n(block.children() + index, count, empty.children());
+        std::copy_n(block.tags() + index, count, empty.tags());
+    } else {
+        std::copy_n(block.blocks() + index, count, empty.blocks());
+    }
+    empty.count = count;
+    block.count = static_cast<unsigned short>(index);
+}
+
+template <typename T>
+void insert_at(T* places, unsigned int count, unsigned int index, T value) noexcept {
+    std::copy_backward(places + index, places + count, places + count + 1);
+    places[index] = value;
+}
+
+/// Splits the full block at the index, to make room for the name. Names that come in order leave full
+/// blocks behind.
+void split_below(child_block& parent, unsigned int index, std::string_view name) {
+    child_block& full = *parent.blocks()[index];
+    std::string_view const last_name = full.height == 0 ? full.children()[full.count - 1].name()
+                                                        : first_name(full.blocks()[full.count - 1]);
+    bool const goes_last = !full.next && last_name < name;
+    child_block* const right = make_block(child_block::most, full.height);
+    move_tail(full, goes_last ? full.count - 1u : full.count / 2u, *right);
+    right->next = full.next;
+    full.next = right;
+    insert_at(parent.blocks(), parent.count, index + 1, right);
+    ++parent.count;
+}
+
+/// Makes room for one more below the root.
+void grow_root(child_block*& root, std::string_view name) {
+    if (!root) {
+        root = make_block(4, 0);
+    } else if (root->count == child_block::most) {
+        child_block* const top = make_block(child_block::most, root->height + 1u);
+        top->blocks()[0] = root;
+        top->count = 1;
+        root = top;
+        split_below(*top, 0, name);
+    } else if (root->count == root->capacity) {
+        child_block* const larger = make_block(std::min(child_block::most, root->capacity * 3u / 2), 0);
+        move_tail(*root, 0, *larger);
+        free_block(std::exchange(root, larger));
+    }
+}
+
+/// Adds a child of a name that is not there yet.
+void insert(child_block*& root, wanted_name const& name, child added) {
+    grow_root(root, name.text);
+    child_block* block = root;
+    while (block->height != 0) {
+        unsigned int index = block_index(*block, name.text);
+        if (block->blocks()[index]->count == child_block::most) {
+            split_below(*block, index, name.text);
+            index = block_index(*block, name.text);
+        }
+        block = block->blocks()[index];
+    }
+    auto const is_before = [](child const& here, std::string_view wanted) { return here.name() < wanted; };
+    child* const first = block->children();
+    child* const last = first + block->count;
+    // Names often come in order.
+    bool const goes_last = block->count != 0 && is_before(last[-1], name.text);
+    child* const place = goes_last ? last : std::lower_bound(first, last, name.text, is_before);
+    auto const index = static_cast<unsigned int>(place - first);
+    insert_at(first, block->count, index, added);
+    insert_at(block->tags(), block->count, index, name.tag);
+    ++block->count;
+}
+
+config_tree& insert_node(child_block*& root, wanted_name const& name, types::variant const& value,
+                         unsigned int kind) {
+    auto* const node = new named_node(name.text, value, kind);
+    rc_pointer<config_tree> owner = std::move(node->self.second);
+    insert(root, name, child(node));
+    node->self.second = std::move(owner);
+    return *node;
+}
+
+config_tree& find_or_make(child_block*& root, wanted_name const& name) {
+    child* const found = find(root, name);
+    return found ? as_node(*found) : insert_node(root, name, types::nil, 0);
+}
+
+void insert_text(child_block*& root, wanted_name const& name, std::string_view text) {
+    owned_record record = make_record(name.text, text);
+    insert(root, name, child(record.get()));
+    static_cast<void>(record.release());
+}
+
+/// Puts the blocks with the children of a node before those of the list and frees the others.
+void prepend_leaves(child_block* root, child_block*& list) noexcept {
+    while (root->height != 0) {
+        child_block* const below = root->blocks()[0];
+        while (root) free_block(std::exchange(root, root->next));
+        root = below;
+    }
+    child_block* last = root;
+    while (last->next) last = last->next;
+    last->next = std::exchange(list, root);
+}
+
+} // namespace
+
+// deep_copy_map.
+
+deep_copy_map::deep_copy_map() noexcept = default;
+
+// Through the default constructor, so that a copy that fails half-way is taken apart like any other map.
+deep_copy_map::deep_copy_map(deep_copy_map const& other) : deep_copy_map() {
+    std::vector<std::pair<deep_copy_map const*, deep_copy_map*>> pending{{&other, this}};
+    while (!pending.empty()) {
+        auto const [source, target] = pending.back();
+        pending.pop_back();
+        for (child_block* leaf = first_leaf(source->m_root); leaf; leaf = leaf->next) {
+            for (child const* each = leaf->children(); each != leaf->children() + leaf->count; ++each) {
+                if (text_record const* const record = each->record()) {
+                    insert_text(target->m_root, wanted_name(record->name()), record->text());
+                    continue;
+                }
+                config_tree const& node = *each->node();
+                config_tree& copy =
+                    insert_node(target->m_root, wanted_name(each->name()), node.value(), node.kind());
+                if (!node.empty()) pending.emplace_back(&node.m_children, &copy.m_children);
+            }
+        }
+    }
+}
+
+deep_copy_map::~deep_copy_map() { clear(); }
+
+deep_copy_map& deep_copy_map::assign(deep_copy_map const& other) {
+    deep_copy_map copy(other);
+    swap(copy);
+    return *this;
+}
+
+deep_copy_map::const_iterator deep_copy_map::begin() const noexcept {
+    return const_iterator(first_leaf(m_root), 0);
+}
+
+deep_copy_map::value_type const& deep_copy_map::const_iterator::operator*() const {
+    return as_node(m_block->children()[m_index]).self;
+}
+
+deep_copy_map::const_iterator& deep_copy_map::const_iterator::operator++() noexcept {
+    if (++m_index == m_block->count) *this = const_iterator(m_block->next, 0);
+    return *this;
+}
+
+config_tree* deep_copy_map::find(std::string_view name) const {
+    child* const found = _private::find(m_root, wanted_name(name));
+    return found ? &as_node(*found) : nullptr;
+}
+
+config_tree& deep_copy_map::find_or_make(std::string_view name) {
+    return _private::find_or_make(m_root, wanted_name(name));
+}
+
+// Each node goes only after its children have been taken from it, so its destructor finds nothing to do.
+void deep_copy_map::clear() noexcept {
+    child_block* doomed = nullptr;
+    if (m_root) prepend_leaves(std::exchange(m_root, nullptr), doomed);
+    while (doomed) {
+        child_block* const block = std::exchange(doomed, doomed->next);
+        for (child const* each = block->children(); each != block->children() + block->count; ++each) {
+            if (text_record* const record = each->record()) {
+                record_deleter()(record);
+                continue;
+            }
+            config_tree& node = *each->node();
+            bool const goes_now = node.reference_count == 1 && node.heap_allocated;
+            if (goes_now && !node.empty()) prepend_leaves(std::exchange(node.m_children.m_root, nullptr), doomed);
+            each->named()->self.second.reset();
+        }
+        free_block(block);
+    }
+}
+
+// What the library's own sources use.
+
+child_cursor::child_cursor(config_tree const& node) noexcept : m_block(first_leaf(child_access::root(node))) {}
+
+child const& child_cursor::take() noexcept {
+    child const& taken = m_block->children()[m_index];
+    if (++m_index == m_block->count) {
+        m_block = m_block->next;
+        m_index = 0;
+    }
+    return taken;
+}
+
+named_node::named_node(std::string_view name, types::variant const& value, unsigned int kind)
+    : config_tree(value, kind), self(name, nullptr) {
+    heap_allocated = true;
+    self.second = this;
+}
+named_node::~named_node() = default;
+
+wanted_name::wanted_name(std::string_view name) noexcept : text(name), tag(tag_of(name)) {}
+
+key_path::key_path(std::string_view key) {
+    std::string_view rest = lowered(key, m_lowered);
+    do {
+        std::size_t const size = std::min(rest.find('.'), rest.size());
+        wanted_name const name(rest.substr(0, size));
+        rest.remove_prefix(std::min(size + 1, rest.size()));
+        if (m_size == few) m_many.assign(m_few, m_few + few);
+        if (m_size < few) {
+            m_few[m_size] = name;
+        } else {
+            m_many.push_back(name);
+        }
+        ++m_size;
+    } while (!rest.empty());
+}
+
+std::string_view lowered(std::string_view text, ustring8& buffer) {
+    if (is_lowered(text)) return text;
+    buffer = ustring8(text);
+    for (char& c : buffer) {
+        auto const byte = static_cast<unsigned char>(c);
+        c = lowered_bytes[byte] != '\0' ? lowered_bytes[byte] : static_cast<char>(std::tolower(byte));
+    }
+    return buffer;
+}
+
+child const* find_child(config_tree const& node, key_path const& path) noexcept { return find(node, path); }
+
+config_tree const* find_node(config_tree const& node, key_path const& path) {
+    child* const found = find(node, path);
+    return found ? &as_node(*found) : nullptr;
+}
+
+config_tree& make_node(config_tree& node, key_path const& path) {
+    config_tree* made = &node;
+    for (wanted_name const& name : path) made = &find_or_make(child_access::root(*made), name);
+    return *made;
+}
+
+void set_text(config_tree& node, std::string_view key, std::string_view text) {
+    key_path const path(key);
+    wanted_name const& name = *(path.end() - 1);
+    config_tree* parent = &node;
+    for (auto const* step = path.begin(); step != &name; ++step) parent = &find_or_make(child_access::root(*parent), *step);
+
+    child_block*& root = child_access::root(*parent);
+    child* const found = find(root, name);
+    bool const is_node = (found && found->node()) || std::max(name.text.size(), text.size()) > text_record::most;
+    if (is_node) {
+        find_or_make(child_access::root(*parent), name).set_entry(ustring8(text), 0);
+    } else if (found) {
+        owned_record replaced = make_record(name.text, text);
+        text_record* const old = found->record();
+        *found = child(replaced.release());
+        replaced.reset(old);
+    } else {
+        insert_text(root, name, text);
+    }
+}
+
+} // namespace ZOLT_2_18::config::_private
