@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <map>
+#include <random>
 #include <sstream>
 
 namespace {
@@ -112,6 +115,45 @@ TEST(config_tree, dumps) {
                       "|\t\tc : true\n" + in + "|\t\t" + in + "|\t\td : 16 shown\n" + in + "|\t\tend\n|\n" + in +
                       "e : 2 \n" + in + "end\n",
                   stream.str());
+    }
+}
+
+TEST(config_tree, any_number_of_children_in_order) {
+    std::mt19937 random(3);
+    for (int const count : {1, 4, 5, 127, 128, 129, 300, 40000}) {
+        for (int const order : {-1, 0, 1}) {
+            std::map<std::string, int> expected;
+            config_tree tree;
+            for (int i = 0; i < count; ++i) {
+                int const number = order == 0 ? static_cast<int>(random() % 100000) : 100000 + order * i;
+                std::string const name = std::string(static_cast<std::size_t>(number % 19), 'n') + std::to_string(number);
+                tree.set_node(ustring8(name), number, 0);
+                expected[name] = number;
+                EXPECT_EQ(nullptr, tree.get_node(ustring8(name + "n")));
+            }
+            auto here = tree.begin();
+            for (auto const& [name, number] : expected) {
+                ASSERT_TRUE(here != tree.end() && here->first == name && here->second->value().as_int() == number);
+                ASSERT_EQ(here++->second.get(), tree.get_node(ustring8(name)));
+            }
+            EXPECT_EQ(tree.end(), here);
+        }
+    }
+}
+
+// Keys are looked at eight bytes at a time.
+TEST(config_tree, each_byte_of_a_key) {
+    for (int byte = 0; byte < 256; ++byte) {
+        for (std::size_t place = 0; place < 19; ++place) {
+            std::string key(19, 'x'), name = key;
+            key[place] = static_cast<char>(byte);
+            name[place] = static_cast<char>(std::tolower(byte));
+            if (std::string("./\\").find(static_cast<char>(byte)) != std::string::npos) name.resize(place);
+            config_tree tree;
+            tree.set_node(ustring8(key), 1, 0);
+            EXPECT_EQ(name, tree.begin()->first) << byte << " " << place;
+            EXPECT_EQ(name.size() < 18, !tree.begin()->second->empty());
+        }
     }
 }
 

@@ -64,6 +64,73 @@ entry_map savable_entries(file_item const& item) {
     return all;
 }
 
+// The grammar read token by token, which is what it is defined by.
+class token_reader {
+public:
+    explicit token_reader(std::string const& text) : m_text(text) {
+        using token = config::config_token;
+        for (unsigned kind = next(); kind != token::T_END; kind = next()) {
+            if (is_comment() || is_layout()) continue;
+            if (kind == token::T_SBRACKET) {
+                next();
+                m_prefix = text_up_to(token::T_EBRACKET);
+                if (m_token.kind == token::T_END) m_prefix.clear();
+                if (!m_prefix.empty()) m_prefix += ".";
+                continue;
+            }
+            std::string key = text_up_to(token::T_EQ);
+            if (m_token.kind == token::T_END) return;
+            bool const is_array = key.ends_with("[]");
+            if (is_array) key.resize(key.size() - 2);
+            texts_t const texts = read_texts(is_array);
+            if (texts.back().empty()) continue;
+            generic::varg_list list;
+            for (std::string const& each : texts) list.push_back(types::variant(ustring8(each)));
+            if (is_array) item.set_array(ustring8(m_prefix + key), list, {});
+            if (!is_array) item.set(ustring8(m_prefix + key), list[0].value(), 0);
+        }
+    }
+    config::user_item item;
+
+private:
+    unsigned next() {
+        config::base_config_item::get_token(m_text, m_position, m_token);
+        return m_token.kind;
+    }
+    bool is_layout() const {
+        return m_token.kind == m_token.T_SPACE || m_token.kind == m_token.T_TABCHAR || m_token.kind == m_token.T_NEWLINE;
+    }
+    bool is_comment() {
+        bool const is = m_token.kind == m_token.T_POUND || m_token.kind == m_token.T_FSFS;
+        if (is) m_position = static_cast<unsigned>(std::min(m_text.find('\n', m_position), m_text.size()));
+        return is;
+    }
+    std::string text_up_to(unsigned last) {
+        std::string text;
+        for (unsigned kind = m_token.kind; kind != last && kind != m_token.T_END; kind = next()) {
+            if (!is_layout()) text += m_token.text;
+        }
+        return text;
+    }
+    texts_t read_texts(bool is_array) {
+        texts_t texts(1);
+        bool is_open = false;
+        for (unsigned kind = next(); kind != m_token.T_END; kind = next()) {
+            if (kind == m_token.T_NEWLINE && !is_open) break;
+            if (is_comment() || is_layout()) continue;
+            is_open = is_array && kind == m_token.T_NON_ALPHA_NUM && m_token.text == ",";
+            if (is_open) texts.emplace_back();
+            if (!is_open) texts.back() += m_token.text;
+        }
+        return texts;
+    }
+
+    ustring8 m_text;
+    unsigned m_position = 0;
+    config::config_token m_token;
+    std::string m_prefix;
+};
+
 class ConfigFile : public testing::Test {
 protected:
     ConfigFile() : directory("/tmp/zolt_config_XXXXXX") { ::mkdtemp(directory.data()); }
@@ -246,7 +313,25 @@ TEST_F(ConfigFile, RandomTreesAndTextsComeBack) {
             set(item, random() % 2 ? pick("a01.", 5) : pick(bytes, 5), texts);
         }
         expect_round_trip(item);
-        expect_round_trip(loaded(pick(bytes + "\n\n,==[]ab", 60)));
+        std::string const text = pick(bytes + "\n\n,==[]ab", 60);
+        EXPECT_EQ(entries_of(loaded(text).tree()), entries_of(token_reader(text).item.tree())) << text;
+        expect_round_trip(loaded(text));
+    }
+}
+
+// The longest text that is kept without a node is of 65535 bytes.
+TEST_F(ConfigFile, TextsBecomeNodesUnnoticed) {
+    for (std::size_t const size : {1, 65535, 65536, 70000}) {
+        std::string const key(size, 'k'), text(size, 't');
+        file_item item = loaded(key + "=1\na=0\na=" + text + "\n" + key + "=2");
+        file_item const copy = item;
+        auto const* const value = item.get_value("A");
+        item.load();
+        EXPECT_TRUE(value == item.get_value("a") && value->second.as_string() == text);
+        item.set("a.b", 1, 0);
+        for (file_item const* each : {&std::as_const(item), &copy}) {
+            EXPECT_EQ(entries(each->tree()), "a=" + text + (each == &copy ? "; " : "; a.b=1; ") + key + "=2; ");
+        }
     }
 }
 

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cctype>
 #include <cstring>
 #include <memory>
@@ -59,6 +60,9 @@ constexpr auto lowered_bytes = [] {
     return table;
 }();
 
+static_assert(std::endian::native == std::endian::little);
+
+/// The bytes as a number, the first one lowest.
 template <typename Word>
 Word load(char const* bytes) noexcept {
     Word word;
@@ -66,27 +70,21 @@ Word load(char const* bytes) noexcept {
     return word;
 }
 
-/// Whether eight bytes are such that lowered_bytes changes none of them.
-bool are_lowered(std::uint64_t bytes) noexcept {
-    constexpr auto each = [](unsigned int byte) { return 0x0101010101010101 * std::uint64_t{byte}; };
-    // The high bit of each byte of a sum tells whether the byte is at least 0x80 less the summand. Bytes from
-    // 0x80 on disturb their neighbours, but they are not lowered anyway.
-    std::uint64_t const capitals = (bytes + each(0x80 - 'A')) & ~(bytes + each(0x80 - 'Z' - 1));
-    std::uint64_t const not_slash = (bytes ^ each('/')) + each(0x7F);
-    std::uint64_t const not_backslash = (bytes ^ each('\\')) + each(0x7F);
-    return ((bytes | capitals | ~not_slash | ~not_backslash) & each(0x80)) == 0;
+// Words of eight bytes. The high bit of each byte of a result tells about that byte.
+
+constexpr std::uint64_t each(unsigned int byte) noexcept { return 0x0101010101010101 * std::uint64_t{byte}; }
+
+// A sum with 0x80 less n tells whether a byte below 0x80 is at least n.
+
+std::uint64_t equal(std::uint64_t bytes, char c) noexcept {
+    std::uint64_t const differences = bytes ^ each(static_cast<unsigned char>(c));
+    return ~(((differences & each(0x7F)) + each(0x7F)) | differences) & each(0x80);
 }
 
-bool is_lowered(std::string_view text) noexcept {
-    if (text.size() < 8) {
-        return std::all_of(text.begin(), text.end(),
-                           [](char c) { return lowered_bytes[static_cast<unsigned char>(c)] == c; });
-    }
-    char const* const last = text.data() + text.size() - 8; // eight bytes that may have been looked at
-    for (char const* at = text.data(); at < last; at += 8) {
-        if (!are_lowered(load<std::uint64_t>(at))) return false;
-    }
-    return are_lowered(load<std::uint64_t>(last));
+/// Those which lowered() may change. Bytes from 0x80 on disturb their neighbours, but are among them anyway.
+std::uint64_t not_lowered(std::uint64_t bytes) noexcept {
+    std::uint64_t const capitals = (bytes + each(0x80 - 'A')) & ~(bytes + each(0x80 - 'Z' - 1));
+    return ((bytes | capitals) & each(0x80)) | equal(bytes, '/') | equal(bytes, '\\');
 }
 
 /// Every byte of the name counts.
@@ -162,14 +160,14 @@ unsigned int block_index(child_block& block, std::string_view name) noexcept {
 
 child* find(child_block* block, wanted_name const& name) noexcept {
     if (!block) return nullptr;
-    while (block->height != 0) block = block->blocks()[block_index(*block, name.text)];
+    while (block->height != 0) block = block->blocks()[block_index(*block, name.text())];
     unsigned char const* const tags = block->tags();
     unsigned char const* const end = tags + block->count;
     for (auto const* at = tags; at != end; ++at) {
         at = static_cast<unsigned char const*>(std::memchr(at, name.tag, static_cast<std::size_t>(end - at)));
         if (!at) return nullptr;
         child& found = block->children()[at - tags];
-        if (found.name() == name.text) return &found;
+        if (found.name() == name.text()) return &found;
     }
     return nullptr;
 }
@@ -238,13 +236,13 @@ void grow_root(child_block*& root, std::string_view name) {
 
 /// Adds a child of a name that is not there yet.
 void insert(child_block*& root, wanted_name const& name, child added) {
-    grow_root(root, name.text);
+    grow_root(root, name.text());
     child_block* block = root;
     while (block->height != 0) {
-        unsigned int index = block_index(*block, name.text);
+        unsigned int index = block_index(*block, name.text());
         if (block->blocks()[index]->count == child_block::most) {
-            split_below(*block, index, name.text);
-            index = block_index(*block, name.text);
+            split_below(*block, index, name.text());
+            index = block_index(*block, name.text());
         }
         block = block->blocks()[index];
     }
@@ -252,8 +250,8 @@ void insert(child_block*& root, wanted_name const& name, child added) {
     child* const first = block->children();
     child* const last = first + block->count;
     // Names often come in order.
-    bool const goes_last = block->count != 0 && is_before(last[-1], name.text);
-    child* const place = goes_last ? last : std::lower_bound(first, last, name.text, is_before);
+    bool const goes_last = block->count != 0 && is_before(last[-1], name.text());
+    child* const place = goes_last ? last : std::lower_bound(first, last, name.text(), is_before);
     auto const index = static_cast<unsigned int>(place - first);
     insert_at(first, block->count, index, added);
     insert_at(block->tags(), block->count, index, name.tag);
@@ -262,7 +260,7 @@ void insert(child_block*& root, wanted_name const& name, child added) {
 
 config_tree& insert_node(child_block*& root, wanted_name const& name, types::variant const& value,
                          unsigned int kind) {
-    auto* const node = new named_node(name.text, value, kind);
+    auto* const node = new named_node(name.text(), value, kind);
     rc_pointer<config_tree> owner = std::move(node->self.second);
     insert(root, name, child(node));
     node->self.second = std::move(owner);
@@ -275,7 +273,7 @@ config_tree& find_or_make(child_block*& root, wanted_name const& name) {
 }
 
 void insert_text(child_block*& root, wanted_name const& name, std::string_view text) {
-    owned_record record = make_record(name.text, text);
+    owned_record record = make_record(name.text(), text);
     insert(root, name, child(record.get()));
     static_cast<void>(record.release());
 }
@@ -389,32 +387,56 @@ named_node::named_node(std::string_view name, types::variant const& value, unsig
 }
 named_node::~named_node() = default;
 
-wanted_name::wanted_name(std::string_view name) noexcept : text(name), tag(tag_of(name)) {}
+wanted_name::wanted_name(std::string_view name) noexcept : data(name.data()), size(name.size()), tag(tag_of(name)) {}
 
 key_path::key_path(std::string_view key) {
-    std::string_view rest = lowered(key, m_lowered);
-    do {
-        std::size_t const size = std::min(rest.find('.'), rest.size());
-        wanted_name const name(rest.substr(0, size));
-        rest.remove_prefix(std::min(size + 1, rest.size()));
-        if (m_size == few) m_many.assign(m_few, m_few + few);
-        if (m_size < few) {
-            m_few[m_size] = name;
-        } else {
-            m_many.push_back(name);
-        }
-        ++m_size;
-    } while (!rest.empty());
+    if (cut<false>(key)) return;
+    m_size = 0;
+    m_many.clear();
+    m_lowered = lowered(key);
+    cut<true>(m_lowered);
 }
 
-std::string_view lowered(std::string_view text, ustring8& buffer) {
-    if (is_lowered(text)) return text;
-    buffer = ustring8(text);
-    for (char& c : buffer) {
+/// Finds the components; false when the text may have to be lowered first.
+template <bool is_lowered>
+bool key_path::cut(std::string_view text) {
+    std::size_t first = 0; // of a component
+    auto const end_component = [&](std::size_t end) {
+        add(text.substr(first, end - first));
+        first = end + 1;
+    };
+    std::size_t at = 0;
+    for (; text.size() - at >= 8; at += 8) {
+        std::uint64_t const word = load<std::uint64_t>(text.data() + at);
+        if (!is_lowered && not_lowered(word) != 0) return false;
+        std::uint64_t dots = equal(word, '.');
+        for (; dots != 0; dots &= dots - 1) end_component(at + static_cast<unsigned int>(std::countr_zero(dots)) / 8);
+    }
+    for (; at < text.size(); ++at) {
+        if (!is_lowered && lowered_bytes[static_cast<unsigned char>(text[at])] != text[at]) return false;
+        if (text[at] == '.') end_component(at);
+    }
+    if (first < text.size() || m_size == 0) end_component(text.size());
+    return true;
+}
+
+void key_path::add(std::string_view component) {
+    if (m_size == few) m_many.assign(m_few, m_few + few);
+    if (m_size < few) {
+        m_few[m_size] = wanted_name(component);
+    } else {
+        m_many.emplace_back(component);
+    }
+    ++m_size;
+}
+
+ustring8 lowered(std::string_view text) {
+    ustring8 result(text);
+    for (char& c : result) {
         auto const byte = static_cast<unsigned char>(c);
         c = lowered_bytes[byte] != '\0' ? lowered_bytes[byte] : static_cast<char>(std::tolower(byte));
     }
-    return buffer;
+    return result;
 }
 
 child const* find_child(config_tree const& node, key_path const& path) noexcept { return find(node, path); }
@@ -438,11 +460,11 @@ void set_text(config_tree& node, std::string_view key, std::string_view text) {
 
     child_block*& root = child_access::root(*parent);
     child* const found = find(root, name);
-    bool const is_node = (found && found->node()) || std::max(name.text.size(), text.size()) > text_record::most;
+    bool const is_node = (found && found->node()) || std::max(name.text().size(), text.size()) > text_record::most;
     if (is_node) {
         find_or_make(child_access::root(*parent), name).set_entry(ustring8(text), 0);
     } else if (found) {
-        owned_record replaced = make_record(name.text, text);
+        owned_record replaced = make_record(name.text(), text);
         text_record* const old = found->record();
         *found = child(replaced.release());
         replaced.reset(old);

@@ -86,8 +86,10 @@ private:
 struct wanted_name {
     wanted_name() noexcept = default;
     explicit wanted_name(std::string_view name) noexcept;
+    std::string_view text() const noexcept { return {data, size}; }
 
-    std::string_view text;
+    char const* data;
+    std::size_t size;
     unsigned char tag; ///< a byte of hash, which the children keep, too
 };
 
@@ -106,6 +108,10 @@ public:
 private:
     static constexpr std::size_t few = 6;
 
+    template <bool is_lowered>
+    bool cut(std::string_view text);
+    void add(std::string_view component);
+
     std::size_t m_size = 0;
     wanted_name m_few[few];
     std::vector<wanted_name> m_many; ///< all components if they are more than a few
@@ -118,9 +124,8 @@ child const* find_child(config_tree const& node, key_path const& path) noexcept;
 /// The same as a node, which is made if it was a text.
 config_tree const* find_node(config_tree const& node, key_path const& path);
 
-/// The text in lower case with "." for every separator: the text itself where that changes nothing, else the
-/// buffer.
-std::string_view lowered(std::string_view text, strings::ustring8& buffer);
+/// The text in lower case with "." for every separator.
+strings::ustring8 lowered(std::string_view text);
 
 /// The node at the path, made with all steps to it as needed.
 config_tree& make_node(config_tree& node, key_path const& path);

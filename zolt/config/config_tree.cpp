@@ -104,8 +104,7 @@ config_tree const* config_tree::get_node(ustring8 const& key) const {
 void config_tree::parse_string(ustring8 const& key, ustring8& head, ustring8& rest) const {
     auto const separator = std::find_if(key.begin(), key.end(), isConfigDotSlash);
     std::string_view const first(key.data(), static_cast<std::size_t>(separator - key.begin()));
-    ustring8 buffer;
-    ustring8 lowered(_private::lowered(first, buffer));
+    ustring8 lowered = _private::lowered(first);
     rest = ustring8(separator == key.end() ? separator : separator + 1, key.end()); // may be the key itself
     head.swap(lowered);
 }
