@@ -73,7 +73,8 @@ std::string make_text(std::vector<setting> const& settings, syntax form) {
             section = each.section;
             text += "\n# " + section + "\n[" + section + "]\n";
         }
-        bool const quoted = form == syntax::toml || (form == syntax::zolt && each.value.find(' ') != each.value.npos);
+        bool const quoted =
+            form == syntax::toml || (form == syntax::zolt && each.value.find(' ') != each.value.npos);
         text += each.name + " = " + (quoted ? "\"" + each.value + "\"" : each.value) + "\n";
     }
     return text;
@@ -83,8 +84,8 @@ std::string make_text(std::vector<setting> const& settings, syntax form) {
 class temporary_file {
 public:
     explicit temporary_file(std::string const& text)
-        : m_name((std::filesystem::temp_directory_path() / ("zolt_bench_" + std::to_string(getpid()) + "_" +
-                                                            std::to_string(++made())))
+        : m_name((std::filesystem::temp_directory_path() /
+                  ("zolt_bench_" + std::to_string(getpid()) + "_" + std::to_string(++made())))
                      .string()) {
         system::store_file(ustring8(m_name), ustring8(text));
     }
@@ -161,32 +162,36 @@ void add_reading() {
     static temporary_file const own(make_text(settings(), syntax::zolt));
     auto const& last = settings().back();
     bench::comparison task("config/read_file/20000_keys", key_count);
-    task.side("zolt", [] { return loaded(own.name()); },
-              [&] { return loaded(own.name())->get_value(last.key())->second.as_utf8(); });
+    task.side(
+        "zolt", [] { return loaded(own.name()); },
+        [&] { return loaded(own.name())->get_value(last.key())->second.as_utf8(); });
 #if PEER_GLIB || PEER_INIH
     static temporary_file const ini(make_text(settings(), syntax::key_file));
 #endif
 #if PEER_GLIB
-    task.side("GKeyFile", [] { return load_key_file(ini.name()); },
-              [&] {
-                  key_file const file = load_key_file(ini.name());
-                  char* const value = g_key_file_get_string(file.get(), last.section.c_str(), last.name.c_str(), nullptr);
-                  std::string const result(value ? value : "");
-                  g_free(value);
-                  return result;
-              });
+    task.side(
+        "GKeyFile", [] { return load_key_file(ini.name()); },
+        [&] {
+            key_file const file = load_key_file(ini.name());
+            char* const value = g_key_file_get_string(file.get(), last.section.c_str(), last.name.c_str(), nullptr);
+            std::string const result(value ? value : "");
+            g_free(value);
+            return result;
+        });
 #endif
 #if PEER_INIH
-    task.side("inih", [] { return INIReader(ini.name()); },
-              [&] { return INIReader(ini.name()).Get(last.section, last.name, ""); });
+    task.side(
+        "inih", [] { return INIReader(ini.name()); },
+        [&] { return INIReader(ini.name()).Get(last.section, last.name, ""); });
 #endif
 #if PEER_TOMLPLUSPLUS
     static temporary_file const toml_text(make_text(settings(), syntax::toml));
-    task.side("tomlplusplus", [] { return toml::parse_file(toml_text.name()); },
-              [&] {
-                  toml::table const table = toml::parse_file(toml_text.name());
-                  return table.at_path(last.section + "." + last.name).value_or(std::string());
-              });
+    task.side(
+        "tomlplusplus", [] { return toml::parse_file(toml_text.name()); },
+        [&] {
+            toml::table const table = toml::parse_file(toml_text.name());
+            return table.at_path(last.section + "." + last.name).value_or(std::string());
+        });
 #endif
 }
 

@@ -126,7 +126,8 @@ TEST(config_tree, any_number_of_children_in_order) {
             config_tree tree;
             for (int i = 0; i < count; ++i) {
                 int const number = order == 0 ? static_cast<int>(random() % 100000) : 100000 + order * i;
-                std::string const name = std::string(static_cast<std::size_t>(number % 19), 'n') + std::to_string(number);
+                std::string const name =
+                    std::string(static_cast<std::size_t>(number % 19), 'n') + std::to_string(number);
                 tree.set_node(ustring8(name), number, 0);
                 expected[name] = number;
                 EXPECT_EQ(nullptr, tree.get_node(ustring8(name + "n")));

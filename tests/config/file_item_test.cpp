@@ -98,7 +98,8 @@ private:
         return m_token.kind;
     }
     bool is_layout() const {
-        return m_token.kind == m_token.T_SPACE || m_token.kind == m_token.T_TABCHAR || m_token.kind == m_token.T_NEWLINE;
+        return m_token.kind == m_token.T_SPACE || m_token.kind == m_token.T_TABCHAR ||
+               m_token.kind == m_token.T_NEWLINE;
     }
     bool is_comment() {
         bool const is = m_token.kind == m_token.T_POUND || m_token.kind == m_token.T_FSFS;

@@ -115,8 +115,8 @@ using owned_record = std::unique_ptr<text_record, record_deleter>;
 /// Neither may be longer than text_record::most.
 owned_record make_record(std::string_view name, std::string_view text) {
     void* const memory = ::operator new(sizeof(text_record) + name.size() + text.size());
-    auto* const record = new (memory) text_record{static_cast<unsigned short>(name.size()),
-                                                  static_cast<unsigned short>(text.size())};
+    auto* const record = new (memory)
+        text_record{static_cast<unsigned short>(name.size()), static_cast<unsigned short>(text.size())};
     char* const bytes = reinterpret_cast<char*>(record + 1);
     std::copy(name.begin(), name.end(), bytes);
     std::copy(text.begin(), text.end(), bytes + name.size());
@@ -137,8 +137,8 @@ named_node& as_node(child& place) {
 child_block* make_block(unsigned int capacity, unsigned int height) {
     std::size_t const tags_size = height == 0 ? child_block::tags_size(capacity) : 0;
     void* const memory = ::operator new(sizeof(child_block) + tags_size + capacity * sizeof(child));
-    return new (memory) child_block{nullptr, 0, static_cast<unsigned short>(capacity),
-                                    static_cast<unsigned short>(height)};
+    return new (memory)
+        child_block{nullptr, 0, static_cast<unsigned short>(capacity), static_cast<unsigned short>(height)};
 }
 
 void free_block(child_block* block) noexcept { ::operator delete(block); }
@@ -206,8 +206,8 @@ void insert_at(T* places, unsigned int count, unsigned int index, T value) noexc
 /// blocks behind.
 void split_below(child_block& parent, unsigned int index, std::string_view name) {
     child_block& full = *parent.blocks()[index];
-    std::string_view const last_name = full.height == 0 ? full.children()[full.count - 1].name()
-                                                        : first_name(full.blocks()[full.count - 1]);
+    std::string_view const last_name =
+        full.height == 0 ? full.children()[full.count - 1].name() : first_name(full.blocks()[full.count - 1]);
     bool const goes_last = !full.next && last_name < name;
     child_block* const right = make_block(child_block::most, full.height);
     move_tail(full, goes_last ? full.count - 1u : full.count / 2u, *right);
@@ -387,7 +387,8 @@ named_node::named_node(std::string_view name, types::variant const& value, unsig
 }
 named_node::~named_node() = default;
 
-wanted_name::wanted_name(std::string_view name) noexcept : data(name.data()), size(name.size()), tag(tag_of(name)) {}
+wanted_name::wanted_name(std::string_view name) noexcept
+    : data(name.data()), size(name.size()), tag(tag_of(name)) {}
 
 key_path::key_path(std::string_view key) {
     if (cut<false>(key)) return;
@@ -410,7 +411,8 @@ bool key_path::cut(std::string_view text) {
         std::uint64_t const word = load<std::uint64_t>(text.data() + at);
         if (!is_lowered && not_lowered(word) != 0) return false;
         std::uint64_t dots = equal(word, '.');
-        for (; dots != 0; dots &= dots - 1) end_component(at + static_cast<unsigned int>(std::countr_zero(dots)) / 8);
+        for (; dots != 0; dots &= dots - 1)
+            end_component(at + static_cast<unsigned int>(std::countr_zero(dots)) / 8);
     }
     for (; at < text.size(); ++at) {
         if (!is_lowered && lowered_bytes[static_cast<unsigned char>(text[at])] != text[at]) return false;
@@ -456,7 +458,8 @@ void set_text(config_tree& node, std::string_view key, std::string_view text) {
     key_path const path(key);
     wanted_name const& name = *(path.end() - 1);
     config_tree* parent = &node;
-    for (auto const* step = path.begin(); step != &name; ++step) parent = &find_or_make(child_access::root(*parent), *step);
+    for (auto const* step = path.begin(); step != &name; ++step)
+        parent = &find_or_make(child_access::root(*parent), *step);
 
     child_block*& root = child_access::root(*parent);
     child* const found = find(root, name);

@@ -27,12 +27,12 @@ constexpr std::size_t last_position = std::numeric_limits<unsigned int>::max();
 
 /// What may be of interest in a text; the parts below are made of these.
 enum interest : unsigned char {
-    in_all = 1,       ///< layout and quotes
-    in_pairs = 2,     ///< the first bytes of marks of two
-    at_line_end = 4,  ///< a line end ends the part instead of being skipped
-    at_equals = 8,    ///< so does "="
-    at_comma = 16,    ///< and ","
-    at_bracket = 32,  ///< and "]"
+    in_all = 1,        ///< layout and quotes
+    in_pairs = 2,      ///< the first bytes of marks of two
+    at_line_end = 4,   ///< a line end ends the part instead of being skipped
+    at_equals = 8,     ///< so does "="
+    at_comma = 16,     ///< and ","
+    at_bracket = 32,   ///< and "]"
     with_comments = 64 ///< "#" and "//" begin comments
 };
 
@@ -44,8 +44,8 @@ constexpr unsigned char array_part = value_part | at_comma;
 /// In which interests a byte has a part.
 constexpr auto interests = [] {
     std::array<unsigned char, 256> table{};
-    for (unsigned char const c : {' ', '\t', '\n', '\r', '"'}) table[c] = in_all;
-    for (unsigned char const c : {'=', ':', '/', '>', '<', '+', '-', '*'}) table[c] = in_pairs;
+    for (char const c : {' ', '\t', '\n', '\r', '"'}) table[static_cast<unsigned char>(c)] = in_all;
+    for (char const c : {'=', ':', '/', '>', '<', '+', '-', '*'}) table[static_cast<unsigned char>(c)] = in_pairs;
     table['#'] = with_comments;
     table[','] = at_comma;
     table[']'] = at_bracket;

@@ -12,19 +12,17 @@
 namespace ZOLT_2_18::config {
 namespace {
 
-using strings::ustring8;
 using _private::child;
 using _private::find_child;
 using _private::key_path;
+using strings::ustring8;
 
 constexpr unsigned int array_kind = 2;
 constexpr unsigned int first_element_bits = 3;
 constexpr unsigned int reference_bit = 4;
 
 bool is_reference(child const& entry) { return (entry.kind() & reference_bit) != 0; }
-bool means_first_element(child const& entry) {
-    return (entry.kind() & first_element_bits) == first_element_bits;
-}
+bool means_first_element(child const& entry) { return (entry.kind() & first_element_bits) == first_element_bits; }
 
 /// The child at the key unless it is only a step of a path.
 child const* find_entry(base_config_item const& source, key_path const& key) {

@@ -93,9 +93,7 @@ void config_tree::set_node(ustring8 const& key, types::variant const& value, uns
     make_node(key).set_entry(value, kind);
 }
 
-config_tree& config_tree::make_node(ustring8 const& key) {
-    return _private::make_node(*this, key_path(key));
-}
+config_tree& config_tree::make_node(ustring8 const& key) { return _private::make_node(*this, key_path(key)); }
 
 config_tree const* config_tree::get_node(ustring8 const& key) const {
     return _private::find_node(*this, key_path(key));
