@@ -9,7 +9,7 @@
 // The cores here are portable; unicode_private.hpp tells what a core is and chooses among them.
 #include <zolt/strings/unicode.hpp>
 
-#include "unicode_private.hpp"
+#include <zolt/strings/unicode_private.hpp>
 
 #include <zolt/debug/assert.hpp>
 

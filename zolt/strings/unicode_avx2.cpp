@@ -5,7 +5,7 @@
 // all lanes are computed as if each held the longest form, then corrected, and what is not wanted is
 // squeezed out, here by one byte shuffle for each 16 bytes, whose control comes from a table. Pairs on the
 // way to and from UTF-32 and the ends of UTF-16 and UTF-32 texts are left to the portable cores.
-#include "unicode_private.hpp"
+#include <zolt/strings/unicode_private.hpp>
 
 #include <algorithm>
 #include <array>

@@ -11,7 +11,7 @@
 // Reading UTF-8 goes the other way: each byte that ends a character, together with the bytes in front of
 // it, gives the low and the high byte of its unit. Windows are always 64 bytes; a character that crosses
 // into the next window ends there, and `utf8_masks` remembers its lead.
-#include "unicode_private.hpp"
+#include <zolt/strings/unicode_private.hpp>
 
 #include <bit>
 
