@@ -131,6 +131,24 @@ TEST(str_to_integer, agrees_with_the_slow_reading_around_every_limit_in_every_ra
     }
 }
 
+TEST(str_to_integer, agrees_with_the_slow_reading_with_a_foreign_unit_at_any_place) {
+    for (unsigned int const base : {2u, 10u, 36u, 0u}) {
+        for (std::size_t length = 1; length <= (base == 2 ? 66 : 21) && !HasFailure(); ++length) {
+            std::string const number = "-" + (base ? "" : "0x" + std::string(length % 2, '0')) +
+                                       std::string("1101011001011101011010").substr(0, length) +
+                                       std::string(length > 22 ? length - 22 : 0, '1');
+            for (std::size_t i = 0; i < number.size(); ++i) {
+                for (char const unit : std::string("/:@G`{2\0\x80\xB1 ", 11)) {
+                    std::string text = number;
+                    text[i] = unit;
+                    CHECK(int, str_to_int32), CHECK(long long, str_to_int64);
+                    CHECK(unsigned long long, str_to_uint64);
+                }
+            }
+        }
+    }
+}
+
 TEST(str_to_integer, reads_the_known_examples) {
     EXPECT_EQ(str_to_int("08"), 0);
     EXPECT_EQ(str_to_int("\\x1F"), 31);
@@ -190,6 +208,25 @@ TEST(str_to_floating, reads_as_a_stream_in_the_classic_locale) {
     check_floating("0." + std::string(5000, '0') + "1e5001");
     check_floating(std::string(5000, '9') + "e-4990");
     check_floating("1e" + std::string(5000, '0') + "7");
+    check_floating("-179769313486231580793e289"), check_floating("-340282356779733661637539395458142568448");
+}
+
+TEST(str_to_floating, reads_the_middle_between_two_values_and_what_lies_beside_it_as_a_stream) {
+    std::mt19937_64 random(21);
+    for (int i = 0; i < 3000 && !HasFailure(); ++i) {
+        bool const is_float = i % 2;
+        double const below =
+            std::ldexp(static_cast<double>(random() >> (is_float ? 40 : 11)),
+                       static_cast<int>(random() % (is_float ? 200 : 2000)) - (is_float ? 160 : 1090));
+        double const above = is_float ? static_cast<double>(std::nextafter(static_cast<float>(below), 3e38F))
+                                      : std::nextafter(below, 1e308);
+        char middle[1200];
+        std::snprintf(middle, sizeof middle, "%.*Le", i % 3 ? 1100 : static_cast<int>(random() % 30),
+                      (static_cast<long double>(below) + static_cast<long double>(above)) / 2);
+        std::string text(middle);
+        check_floating(text);
+        check_floating(text.insert(text.find('e'), "1"));
+    }
 }
 
 TEST(str_to_floating, reads_random_texts_as_a_stream) {

@@ -1,15 +1,17 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// All integer functions are one template: a cursor hands out the text's units one by one, the head
-// of the text (blanks, sign, radix prefix) is read the same way for every type, then the magnitude
-// is gathered in an unsigned word of 32 or 64 bits. Two numbers, the quotient and the remainder of
-// the type's limit by the radix, tell before each digit whether it still fits, so that nothing
-// overflows and no wider type is needed.
+// Every integer function has two readers. The usual number goes through a short one for its kind of text, which
+// gathers the digits unchecked and looks at the range afterwards. Any other text is read by a cursor that hands
+// out the units one by one: the head of the text (blanks, sign, radix prefix) is read the same way for every type,
+// then the magnitude is gathered in an unsigned word of 32 or 64 bits. Two numbers, the quotient and the remainder
+// of the type's limit by the radix, tell before each digit whether it still fits, so that nothing overflows and no
+// wider type is needed.
 //
-// Floating-point text is read by a stream unless the locale is the classic one. Then from_chars and
-// the C library do the same without a stream; what they accept beyond it (infinities, not-a-number,
-// hexadecimal digits) or differently (an exponent mark without digits) is sorted out around them.
+// Floating-point text is read by a stream unless the locale is the classic one. Then the digits are gathered in
+// one pass, of which the first 19 nearly always decide; the C library is asked for the rest and for long double.
+// What it accepts beyond a stream (infinities, not-a-number, hexadecimal digits) or differently (an exponent mark
+// without digits) is sorted out around it.
 #include <zolt/generic/convert/str_to_x.hpp>
 
 #include <zolt/exceptions/exception.hpp>
@@ -194,7 +196,7 @@ template <typename T, typename C>
     return 0;
 }
 
-// The usual number is read by one of three functions below: no blanks in front, nothing behind, few enough
+// The usual number is read by one of the functions below: no blanks in front, nothing behind, few enough
 // digits to gather them unchecked, within the range of its type. Whatever else turns up, read_any starts again
 // from the beginning.
 
@@ -383,16 +385,15 @@ void c_library_read(char const* text, char** stop, long double& value) {
 
 /// Reads the number at `text`, which has no blanks in front, as the stream does: no infinities, no not-a-number,
 /// no hexadecimal digits, and an exponent mark needs digits behind it.
-template <typename T>
-T c_library_number(char const* text) {
+long double c_library_number(char const* text) {
     char const* const digits = behind_sign(text);
     if (*digits != '.' && !is_digit(*digits)) return 0;
-    if (digits[0] == '0' && (digits[1] | 0x20) == 'x') return *text == '-' ? -T{0} : T{0};
+    if (digits[0] == '0' && (digits[1] | 0x20) == 'x') return *text == '-' ? -0.0L : 0.0L;
     char* stop = nullptr;
-    T value = 0;
+    long double value = 0;
     c_library_read(text, &stop, value);
     bool const is_dangling =
-        is_exponent_mark(*stop) && std::none_of(text, const_cast<char const*>(stop), is_exponent_mark);
+        is_exponent_mark(*stop) && std::none_of(text, static_cast<char const*>(stop), is_exponent_mark);
     return std::isinf(value) || is_dangling ? 0 : value;
 }
 
@@ -427,7 +428,10 @@ template <typename T>
     exponent += end - digits - (std::find(digits, end, '.') != end);
     T const below = _private::nearest_binary<T>(number, exponent);
     if (digits == end || below == _private::nearest_binary<T>(number + 1, exponent)) return below;
-    return std::abs(c_library_number<T>(text));
+    char* stop = nullptr;
+    T value = 0;
+    c_library_read(text, &stop, value);
+    return std::abs(value);
 }
 
 template <typename T>
@@ -469,7 +473,7 @@ template <>
 long double classic_number(strings::ustring8 const& whole) {
     char const* text = whole.c_str();
     while (is_classic_blank(*text)) ++text;
-    return c_library_number<long double>(text);
+    return c_library_number(text);
 }
 
 template <typename T>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// Digits are counted first and then written from the last to the first at their final place. Radix 10, 16 and
-// 36 write pairs out of a table of their own and divide by constants; other powers of two go by shifts. The
-// remaining radixes are written in the order in which division yields them and turned round. What can be done
-// in 32 bits is, since 64-bit division is slow on every build.
+// Digits are counted first and then written from the last to the first at their final place. Radix 10, 16 and 36
+// write pairs out of tables of their own and divide by constants; other powers of two go by shifts. The remaining
+// radixes are written in the order in which division yields them and turned round. What can be done in 32 bits is,
+// since 64-bit division is slow on every build.
 #include <zolt/generic/convert/x_to_str.hpp>
 
 #include <zolt/generic/convert/classic_locale_private.hpp>
@@ -36,32 +36,20 @@ constexpr auto digit_pairs = [] {
     return pairs;
 }();
 
-/// Those of 64 bits, and all ones for the first one beyond.
+/// Those that 64 bits hold.
 template <std::uint64_t Radix>
 constexpr auto powers = [] {
-    constexpr auto max = std::numeric_limits<std::uint64_t>::max();
-    constexpr std::size_t count = [] {
-        std::size_t digits = 1;
-        for (auto rest = max; rest >= Radix; rest /= Radix) ++digits;
-        return digits;
-    }();
-    std::array<std::uint64_t, count + 1> all{1};
-    for (std::size_t i = 1; i < count; ++i) all[i] = all[i - 1] * Radix;
-    all[count] = max;
+    std::array<std::uint64_t, Radix == 10 ? 20 : 13> all{1};
+    for (std::size_t i = 1; i < all.size(); ++i) all[i] = all[i - 1] * Radix;
     return all;
 }();
 
-/// 2^12 times the logarithm of 2, rounded down: an estimate by it is the number of digits or one less.
-template <std::uint64_t Radix>
-constexpr unsigned int logarithm_of_two = Radix == 10   ? 1233
-                                          : Radix == 16 ? 1024
-                                                        : 792;
-
+/// 1233 / 2^12 and 792 / 2^12 stand for the logarithms of 2: the estimate is the number of digits or one less.
 template <std::uint64_t Radix>
 unsigned int count_digits(std::uint64_t value) {
     auto const bits = static_cast<unsigned int>(std::bit_width(value | 1));
     if constexpr (Radix == 16) return (bits + 3) / 4;
-    unsigned int const estimate = bits * logarithm_of_two<Radix> >> 12;
+    unsigned int const estimate = bits * (Radix == 10 ? 1233 : 792) >> 12;
     return estimate + ((value | 1) >= powers<Radix>[estimate]);
 }
 
@@ -142,13 +130,8 @@ C* write_by_division(std::uint64_t value, C* buffer, unsigned int radix) {
 
 template <typename C>
 [[gnu::noinline]] void write_rarer_radix(std::uint64_t value, C* buffer, unsigned int radix) {
-    *(std::has_single_bit(radix) ? write_power_of_two(value, buffer, radix)
-                                 : write_by_division(value, buffer, radix)) = 0;
-}
-
-template <std::uint32_t Radix, typename C>
-[[gnu::always_inline]] inline void write_radix(std::uint64_t value, C* buffer) {
-    *write_pairs<Radix>(value, buffer) = 0;
+    bool const is_power_of_two = std::has_single_bit(radix);
+    *(is_power_of_two ? write_power_of_two(value, buffer, radix) : write_by_division(value, buffer, radix)) = 0;
 }
 
 template <typename T>
@@ -166,14 +149,14 @@ template <typename T, typename C>
     *buffer = static_cast<C>('-'); // where there is no sign a digit takes its place
     buffer += value < 0;
     auto const magnitude = magnitude_of(value);
-    if (radix == 10) return write_radix<10>(magnitude, buffer);
-    switch (radix) {
-    case 16:
-        return write_radix<16>(magnitude, buffer);
-    case 36:
-        return write_radix<36>(magnitude, buffer);
-    default:
-        return write_rarer_radix(magnitude, buffer, radix);
+    if (radix == 10) {
+        *write_pairs<10>(magnitude, buffer) = 0;
+    } else if (radix == 16) {
+        *write_pairs<16>(magnitude, buffer) = 0;
+    } else if (radix == 36) {
+        *write_pairs<36>(magnitude, buffer) = 0;
+    } else {
+        write_rarer_radix(magnitude, buffer, radix);
     }
 }
 
