@@ -31,16 +31,40 @@ namespace {
 
 // A message catalog of about `size` bytes.
 std::string catalog_text(std::size_t size) {
-    static constexpr char const* words[] = {
-        "file",     "could", "not",  "be",     "opened", "Gr\xC3\xB6\xC3\x9F" "e", "R&amp;D", "&quot;%1&quot;", "a",
-        "settings", "saved", "the",  "value,", "of",     "\xE2\x82\xAC",           "message", "directory",      "in",
-        "catalog",  "is",    "too",  "large.", "to",     "\xD1\x84\xD0\xB0\xD0\xB9\xD0\xBB", "&lt;1&gt;", "and"};
+    static constexpr char const* words[] = {"file",
+                                            "could",
+                                            "not",
+                                            "be",
+                                            "opened",
+                                            "Gr\xC3\xB6\xC3\x9F"
+                                            "e",
+                                            "R&amp;D",
+                                            "&quot;%1&quot;",
+                                            "a",
+                                            "settings",
+                                            "saved",
+                                            "the",
+                                            "value,",
+                                            "of",
+                                            "\xE2\x82\xAC",
+                                            "message",
+                                            "directory",
+                                            "in",
+                                            "catalog",
+                                            "is",
+                                            "too",
+                                            "large.",
+                                            "to",
+                                            "\xD1\x84\xD0\xB0\xD0\xB9\xD0\xBB",
+                                            "&lt;1&gt;",
+                                            "and"};
     std::mt19937 random(3);
     auto const below = [&random](unsigned limit) { return static_cast<unsigned>(random()) % limit; };
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<xmc version=\"1.1\">\n"
                        "  <catalog name=\"app\" lang=\"de_DE\">\n";
     for (unsigned message = 0; text.size() + 40 < size; ++message) {
-        if (message && below(8) == 0) text += "    <!-- messages of the file dialog, shown when nothing else fits -->\n";
+        if (message && below(8) == 0)
+            text += "    <!-- messages of the file dialog, shown when nothing else fits -->\n";
         text += "    <msg name=\"message_" + std::to_string(message) + "\"";
         if (below(4) == 0) text += " meta='seen by users &amp; translators'";
         text += ">";
@@ -128,9 +152,14 @@ void walk(rapidxml::xml_node<> const* parent, Sink& sink) {
             walk(node, sink);
             sink.end(name_of(node));
             break;
-        case rapidxml::node_data: sink.run(text_of(node)); break;
-        case rapidxml::node_comment: sink.comment(text_of(node)); break;
-        default: break;
+        case rapidxml::node_data:
+            sink.run(text_of(node));
+            break;
+        case rapidxml::node_comment:
+            sink.comment(text_of(node));
+            break;
+        default:
+            break;
         }
     }
 }
@@ -176,8 +205,8 @@ event_sum libxml2_events(std::string const& text) {
     event_sum sum;
     xmlSAXHandler handler{};
     handler.initialized = XML_SAX2_MAGIC;
-    handler.startElementNs = [](void* data, xmlChar const* name, xmlChar const*, xmlChar const*, int, xmlChar const**,
-                                int count, int, xmlChar const** attributes) {
+    handler.startElementNs = [](void* data, xmlChar const* name, xmlChar const*, xmlChar const*, int,
+                                xmlChar const**, int count, int, xmlChar const** attributes) {
         sum_of(data).start(chars(name));
         for (; count; --count, attributes += 5) { // name, prefix, address, value, end of the value
             sum_of(data).attribute(chars(attributes[0]), {chars(attributes[3]), chars(attributes[4])});

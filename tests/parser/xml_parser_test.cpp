@@ -154,10 +154,12 @@ TEST(XmlParser, SmallTextsExhaustively) {
 // A run of every kind with every byte behind it, at lengths and places on both sides of 16 and 64 bytes.
 TEST(XmlParser, RunsEndAtTheRightByte) {
     auto const count = [](char const* bytes, int c) { return c && std::strchr(bytes, c) != nullptr; };
-    for (unsigned int length : {1u, 2u, 3u, 7u, 8u, 15u, 16u, 17u, 47u, 48u, 63u, 64u, 65u, 127u, 128u, 129u, 200u}) {
+    for (unsigned int length :
+         {1u, 2u, 3u, 7u, 8u, 15u, 16u, 17u, 47u, 48u, 63u, 64u, 65u, 127u, 128u, 129u, 200u}) {
         for (int byte = 0; byte < 256; ++byte) {
             std::string const end(1, static_cast<char>(byte)), run(length, 'x'), white(length, ' ');
-            bool const is_white = count(" \t\r\n", byte), is_name = byte < 0x80 && (std::isalnum(byte) || byte == '_');
+            bool const is_white = count(" \t\r\n", byte),
+                       is_name = byte < 0x80 && (std::isalnum(byte) || byte == '_');
             std::string const line = byte == '\n' ? "1" : "0";
             auto const expect = [&](std::string const& input, std::string const& expected) {
                 EXPECT_EQ(outcome("<?xml?>" + input), expected) << length << " then byte " << byte;
@@ -170,7 +172,8 @@ TEST(XmlParser, RunsEndAtTheRightByte) {
             if (!count("<>&", byte)) {
                 expect(white + end, is_white ? "W:" + white + end + "|ok" : "W:" + white + "|T:" + end + "|ok");
                 expect("<a x='" + run + end + "'/>" + line, // the closing quote may be the byte itself
-                       byte == '\'' ? "S:a|A:x=" + run + "|5 0 '\''" : "S:a|A:x=" + run + end + "|E:a|T:" + line + "|ok");
+                       byte == '\'' ? "S:a|A:x=" + run + "|5 0 '\''"
+                                    : "S:a|A:x=" + run + end + "|E:a|T:" + line + "|ok");
             }
             if (is_name) expect("<" + run + end + "/>", "S:" + run + end + "|E:" + run + end + "|ok");
             if (byte < 0x80 && !is_name && !is_white && !count("/>", byte)) {

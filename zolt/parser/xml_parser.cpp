@@ -160,7 +160,8 @@ public:
     // False when the name is there already.
     bool insert(std::string_view name) {
         for (std::size_t i = 0; i < m_size; ++i) {
-            if (m_few[i].size() == name.size() && same_bytes(m_few[i].data(), name.data(), name.size())) return false;
+            if (m_few[i].size() == name.size() && same_bytes(m_few[i].data(), name.data(), name.size()))
+                return false;
         }
         if (m_size == m_few.size()) return insert_into_many(name);
         m_few[m_size++] = name;
@@ -185,7 +186,8 @@ public:
     [[gnu::always_inline]] ustring8 const& hold(std::string_view text) {
         if (text.size() >= m_short.size()) return hold_long(text);
         ustring8& held = m_short[text.size()];
-        if (held.size() != text.size()) [[unlikely]] return first_of_length(held, text);
+        if (held.size() != text.size()) [[unlikely]]
+            return first_of_length(held, text);
         copy_bytes(held.data(), text.data(), text.size());
         return held;
     }
@@ -275,7 +277,8 @@ private:
         return {first, static_cast<std::size_t>(last - first)};
     }
     void expect_more(place at) const {
-        if (at == m_last) [[unlikely]] fail(at, parse_error::unexpected_end);
+        if (at == m_last) [[unlikely]]
+            fail(at, parse_error::unexpected_end);
     }
     [[noreturn]] void fail(place at, parse_error::error_type kind, std::string_view text = {}) const;
     [[noreturn]] void fail_here(place at) const;
@@ -288,7 +291,7 @@ private:
     xml_parser const& m_callbacks;
     place const m_first;
     place const m_last;
-    place m_body; // where the lines are counted from: behind the header, until then nowhere
+    place m_body;                      // where the lines are counted from: behind the header, until then nowhere
     std::size_t m_uncounted_lines = 0; // those in comments and attribute values
     bool m_root_closed = false;
     std::vector<std::string_view> m_open_elements;

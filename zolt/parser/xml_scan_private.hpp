@@ -130,7 +130,8 @@ public:
         auto const offset = static_cast<std::size_t>(from - m_block);
         if (offset < 64) [[likely]] {
             std::uint64_t const found = m_ends.*Kind >> offset;
-            if (found) [[likely]] return from + std::countr_zero(found);
+            if (found) [[likely]]
+                return from + std::countr_zero(found);
         }
         return find_beyond(from, Kind);
     }

@@ -64,8 +64,12 @@ struct node_allocator {
     T* allocate(std::size_t count) { return static_cast<T*>(blocks->take(count * sizeof(T))); }
     void deallocate(T*, std::size_t) noexcept {}
 
-    friend bool operator==(node_allocator left, node_allocator right) noexcept { return left.blocks == right.blocks; }
-    friend bool operator!=(node_allocator left, node_allocator right) noexcept { return left.blocks != right.blocks; }
+    friend bool operator==(node_allocator left, node_allocator right) noexcept {
+        return left.blocks == right.blocks;
+    }
+    friend bool operator!=(node_allocator left, node_allocator right) noexcept {
+        return left.blocks != right.blocks;
+    }
 
     node_blocks* blocks;
 };
