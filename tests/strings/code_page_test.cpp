@@ -127,7 +127,7 @@ TEST(CodePage, TablesAnswerAsTheConverterDoes) {
             samples.push_back(decoded(byte));
         }
         for (unsigned int code = 0; code < 0x2600; ++code) {
-            ustring8 const text = utf32_to_utf8(ustring32(1, code));
+            ustring8 const text = utf32_to_utf8(ustring32(1, static_cast<ustring32::value_type>(code)));
             ASSERT_EQ(page.encode(text), encoded(text)) << code;
         }
         for (int i = 0; i < 1000; ++i) {
