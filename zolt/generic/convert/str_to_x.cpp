@@ -216,7 +216,7 @@ std::uint64_t listed_value(C unit) {
 /// By radix: how many digits make a number of 64 bits whatever they are.
 constexpr auto safe_counts = [] {
     std::array<unsigned char, 37> counts{};
-    for (std::uint64_t radix = 2; radix < counts.size(); ++radix) {
+    for (std::size_t radix = 2; radix < counts.size(); ++radix) {
         std::uint64_t largest = 0;
         for (; largest <= (std::numeric_limits<std::uint64_t>::max() - (radix - 1)) / radix; ++counts[radix]) {
             largest = largest * radix + (radix - 1);
@@ -258,7 +258,7 @@ template <typename T, typename C>
     std::uint64_t magnitude = 0;
     for (std::uint64_t digit = 0; (digit = listed_value(*at)) < base; ++at) magnitude = magnitude * base + digit;
     auto const count = static_cast<std::size_t>(at - digits);
-    bool const is_usual = count - 1 < safe_counts[base] && number.can_be(magnitude);
+    bool const is_usual = count - 1 < safe_counts[radix] && number.can_be(magnitude);
     return is_usual ? number.of(magnitude) : unusual();
 }
 
@@ -337,7 +337,7 @@ template <typename T, typename C>
             digits += base != 8;
         }
     }
-    if (static_cast<std::size_t>(end - digits) - 1 >= safe_counts[base]) return unusual();
+    if (static_cast<std::size_t>(end - digits) - 1 >= safe_counts[static_cast<std::size_t>(base)]) return unusual();
     std::uint64_t magnitude = 0;
     if constexpr (sizeof(C) == 1) {
         if (base == 2 && end - digits >= 8) {
