@@ -215,9 +215,9 @@ TEST(str_to_floating, reads_the_middle_between_two_values_and_what_lies_beside_i
     std::mt19937_64 random(21);
     for (int i = 0; i < 3000 && !HasFailure(); ++i) {
         bool const is_float = i % 2;
-        double const below =
-            std::ldexp(static_cast<double>(random() >> (is_float ? 40 : 11)),
-                       static_cast<int>(random() % (is_float ? 200 : 2000)) - (is_float ? 160 : 1090));
+        auto const significant = static_cast<double>(random() >> (is_float ? 40 : 11));
+        int const power = static_cast<int>(random() % (is_float ? 200 : 2000)) - (is_float ? 160 : 1090);
+        double const below = std::ldexp(significant, power);
         double const above = is_float ? static_cast<double>(std::nextafter(static_cast<float>(below), 3e38F))
                                       : std::nextafter(below, 1e308);
         char middle[1200];

@@ -415,6 +415,8 @@ long double c_library_number(char const* text) {
 
 /// The number of 20 digits or more between `digits` and `end`, with one point or none among them, times ten to
 /// the power of `exponent`. Its first 19 digits decide unless a limit between two values lies within their last.
+/// Denormal values are the C library's, as in a stream: it rounds some that have one bit too many to even although
+/// they lie beyond the middle.
 template <typename T>
 [[gnu::noinline]] T many_digits_number(char const* text, char const* digits, char const* end,
                                        std::int64_t exponent) {
@@ -427,7 +429,8 @@ template <typename T>
     }
     exponent += end - digits - (std::find(digits, end, '.') != end);
     T const below = _private::nearest_binary<T>(number, exponent);
-    if (digits == end || below == _private::nearest_binary<T>(number + 1, exponent)) return below;
+    bool const is_decided = digits == end || below == _private::nearest_binary<T>(number + 1, exponent);
+    if (is_decided && below > std::numeric_limits<T>::min()) return below;
     char* stop = nullptr;
     T value = 0;
     c_library_read(text, &stop, value);
