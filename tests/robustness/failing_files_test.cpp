@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// Files that fail while they are used. The program's own read, write and opendir stand in front of the C
+// Files that fail while they are used. The program's own read, pread, write and opendir stand in front of the C
 // library's: they give or take a few bytes a call, are interrupted, end early, or find the disk full.
 #include <zolt/zolt.hpp>
 
@@ -20,7 +20,7 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
-#include <sys/syscall.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 namespace {
@@ -47,11 +47,18 @@ std::size_t allowed(std::size_t wanted) {
     return count;
 }
 
-template <typename Buffer>
-ssize_t transfer(long call, int descriptor, Buffer buffer, std::size_t size) {
+// `call(count)` moves the bytes that are allowed.
+template <typename Call>
+ssize_t transfer(std::size_t size, Call call) {
     std::size_t const count = allowed(size);
     if (count == 0 && size > 0) return errno ? -1 : 0;
-    return syscall(call, descriptor, buffer, count);
+    return call(count);
+}
+
+// The C library's own function of that name.
+template <typename Function>
+Function* real(char const* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 class failing {
@@ -62,19 +69,32 @@ public:
 
 } // namespace
 
-extern "C" ssize_t read(int descriptor, void* buffer, std::size_t size) {
-    return transfer(SYS_read, descriptor, buffer, size);
+extern "C" {
+ssize_t read(int descriptor, void* buffer, std::size_t size) {
+    return transfer(size, [=](std::size_t count) { return real<decltype(read)>("read")(descriptor, buffer, count); });
 }
 
-extern "C" ssize_t write(int descriptor, void const* buffer, std::size_t size) {
-    return transfer(SYS_write, descriptor, buffer, size);
+ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t place) {
+    return transfer(size, [=](std::size_t count) {
+        return real<decltype(pread)>("pread")(descriptor, buffer, count, place);
+    });
 }
 
-extern "C" DIR* opendir(char const* name) {
-    static auto const real = reinterpret_cast<DIR* (*)(char const*)>(dlsym(RTLD_NEXT, "opendir"));
-    if (now.opens_directories) return real(name);
+ssize_t pread64(int descriptor, void* buffer, std::size_t size, off64_t place) {
+    return transfer(size, [=](std::size_t count) {
+        return real<decltype(pread64)>("pread64")(descriptor, buffer, count, place);
+    });
+}
+
+ssize_t write(int descriptor, void const* buffer, std::size_t size) {
+    return transfer(size, [=](std::size_t count) { return real<decltype(write)>("write")(descriptor, buffer, count); });
+}
+
+DIR* opendir(char const* name) {
+    if (now.opens_directories) return real<decltype(opendir)>("opendir")(name);
     errno = EACCES;
     return nullptr;
+}
 }
 
 namespace {

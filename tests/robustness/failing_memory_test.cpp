@@ -159,7 +159,7 @@ script const scripts[] = {
     {"configuration",
      []() -> std::string {
          static temporary_file const file("[section_with_a_long_name]\nkey = value that is stored in full length\n"
-                                          "list += 1, 2, \"three and the rest of it\"\nother.key.below = $reference\n");
+                                          "list[] = 1, 2, \"three and the rest of it\"\nother.key.below = $reference\n");
          static char const* const arguments[] = {"/usr/bin/program", "--section.key=from the command line"};
          config::config_manager manager;
          manager.init(config::std_config_dispatch(2, arguments, nullptr, file.name(), ustring8()));

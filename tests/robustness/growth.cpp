@@ -151,11 +151,11 @@ task const tasks[] = {
          };
      }},
     {"configuration", [](std::size_t n) -> work {
-         std::string const text = numbered("[s", "]\nk = v\nl += 1, 2, \"3\"\n# c\n", n);
+         std::string const text = numbered("[s", "]\nk = v\nl[] = 1, 2, \"3\"\n# c\n", n);
          return [text] { load_configuration(file_of(text)); };
      }},
     {"one array", [](std::size_t n) -> work {
-         return [text = "a += " + numbered("x", ",", n)] { load_configuration(file_of(text)); };
+         return [text = "a[] = " + numbered("x", ",", n)] { load_configuration(file_of(text)); };
      }},
     {"one key", [](std::size_t n) -> work {
          return [text = repeated("a.", n) + "a = 1"] { load_configuration(file_of(text)); };

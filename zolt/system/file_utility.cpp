@@ -106,9 +106,9 @@ private:
 template <typename Write>
 void overwrite(std::string& content, std::size_t size, Write write) {
 #ifdef __cpp_lib_string_resize_and_overwrite
-    content.resize_and_overwrite(size, [&write](char* data, std::size_t length) {
+    content.resize_and_overwrite(size, [&write, size](char* data, std::size_t) { // g++ 12 gives its own size
         write(data);
-        return length;
+        return size;
     });
 #else
     content.resize(size);
