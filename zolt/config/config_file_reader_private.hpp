@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// The grammar of configuration files, which docs/configuration.md describes for their authors.
+// The grammar of configuration files, which docs/formats/configuration.md describes for their authors.
 #pragma once
 
 #include <zolt/config/config_tree.hpp>

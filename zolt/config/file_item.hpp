@@ -16,7 +16,7 @@
 //     item.set("net.port", 8080, 0);
 //     item.save();
 //
-// Values are text of type ustring8. docs/configuration.md describes the format for those who write such
+// Values are text of type ustring8. docs/formats/configuration.md describes the format for those who write such
 // files. Neither loading nor saving throws for what a file holds or for a file that is not there.
 #pragma once
 

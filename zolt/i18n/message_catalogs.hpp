@@ -21,7 +21,7 @@
 //     catalogs.message("app", "loaded").as_utf8(arguments);    // "Geladen: 5 Dateien"
 //
 // A request for "de-DE.UTF-8" takes catalogs in ".", "en", "de", "de_DE", "de_DE_UTF" and
-// "de_DE_UTF_8", the later the better; all other languages are passed over. docs/xmc-format.md
+// "de_DE_UTF_8", the later the better; all other languages are passed over. docs/formats/catalog.md
 // describes the format for those who write such files.
 //
 // Loading never throws for a bad path or file, and looking up never fails: names that are not there
