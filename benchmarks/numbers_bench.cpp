@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: BSL-1.0
 //
 // Text to number and back beside the C and C++ libraries, fast_float and {fmt}: batches of 1,000 numbers of
-// every length, half of them negative. A peer that knows no radix prefix gets it sorted out in front of it.
+// every length, half of them negative. A peer that knows no radix prefix gets it sorted out in front of it. An
+// istringstream is made for each text, as programs do.
 #include "bench.hpp"
 
 #include <zolt/generic/convert/bin_str.hpp>
@@ -80,11 +81,14 @@ void side(bench::comparison& task, char const* who, texts_t const& texts, Read r
     task.side(who, run, [run]() mutable { return *run(); });
 }
 
-int zolt_read(int, char const* text, unsigned long length, radix_t radix) {
-    return convert::str_to_int32(text, length, radix);
-}
-long long zolt_read(long long, char const* text, unsigned long length, radix_t radix) {
-    return convert::str_to_int64(text, length, radix);
+template <typename T>
+T by_zolt(strings::ustring8 const& text, radix_t radix) {
+    auto const length = static_cast<unsigned long>(text.size());
+    if constexpr (sizeof(T) <= sizeof(int)) {
+        return convert::str_to_int32(text.data(), length, radix);
+    } else {
+        return convert::str_to_int64(text.data(), length, radix);
+    }
 }
 
 template <typename T>
@@ -111,6 +115,12 @@ T by_from_chars_and_prefix(strings::ustring8 const& text) {
     return static_cast<T>(negative ? 0 - value : value);
 }
 
+template <typename T, int Radix>
+void add_radix(bench::comparison& task, texts_t const& inputs) {
+    side(task, "zolt", inputs, [](auto& text) { return by_zolt<T>(text, static_cast<radix_t>(Radix)); });
+    side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, Radix); });
+}
+
 template <typename T>
 void add_text_to_integer(std::string const& name) {
     static std::vector<T> const numbers = integers<T>();
@@ -129,24 +139,22 @@ void add_text_to_integer(std::string const& name) {
                      })});
     for (auto const& [label, base, inputs] : forms) {
         bench::comparison task("numbers/" + name + "/" + label, batch);
-        side(task, "zolt", inputs, [radix = static_cast<radix_t>(base)](strings::ustring8 const& text) {
-            return zolt_read(T(), text.data(), static_cast<unsigned long>(text.size()), radix);
-        });
-        switch (base) { // from_chars is an inline function: it gets its radix as the constant it is
+        switch (base) { // both are inline functions: they get their radix as the constant it is
         case 0:
+            side(task, "zolt", inputs, [](auto& text) { return by_zolt<T>(text, radix_t::automatic); });
             side(task, "from_chars", inputs, [](auto& text) { return by_from_chars_and_prefix<T>(text); });
             break;
         case 2:
-            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 2); });
+            add_radix<T, 2>(task, inputs);
             break;
         case 10:
-            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 10); });
+            add_radix<T, 10>(task, inputs);
             break;
         case 16:
-            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 16); });
+            add_radix<T, 16>(task, inputs);
             break;
         default:
-            side(task, "from_chars", inputs, [](auto& text) { return by_from_chars<T>(text, 36); });
+            add_radix<T, 36>(task, inputs);
         }
         side(task, "strtol", inputs, [radix = base](strings::ustring8 const& text) {
             if constexpr (sizeof(T) <= sizeof(long))
@@ -154,11 +162,9 @@ void add_text_to_integer(std::string const& name) {
             return static_cast<T>(std::strtoll(text.c_str(), nullptr, radix));
         });
         if (base == 2 || base == 36) continue; // no stream reads these
-        static std::istringstream stream;
         side(task, "istringstream", inputs, [radix = base](strings::ustring8 const& text) {
             T value = 0;
-            stream.clear();
-            stream.str(text);
+            std::istringstream stream(text);
             stream.setf(radix == 10   ? std::ios::dec
                         : radix == 16 ? std::ios::hex
                                       : std::ios::fmtflags(),
@@ -209,11 +215,9 @@ void add_text_to_double() {
             std::from_chars(text.data(), text.data() + text.size(), value);
             return value;
         });
-        static std::istringstream stream;
         side(task, "istringstream", inputs, [](auto& text) {
             double value = 0;
-            stream.clear();
-            stream.str(text);
+            std::istringstream stream(text);
             stream >> value;
             return value;
         });
@@ -234,24 +238,29 @@ void side(bench::comparison& task, char const* who, std::vector<T> const& number
     task.side(who, run, [run]() mutable { return *run(); });
 }
 
+template <int Radix, typename T>
+void add_radix(bench::comparison& task, std::vector<T> const& numbers) {
+    side(task, "zolt", numbers, [](T value, char* to) {
+        if constexpr (sizeof(T) <= sizeof(int)) return convert::ltoa(value, to, Radix);
+        return convert::lltoa(value, to, Radix);
+    });
+    side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n, Radix).ptr = 0; });
+}
+
 template <typename T>
 void add_integer_to_text(std::string const& name) {
     static std::vector<T> const numbers = integers<T>();
     for (auto [label, radix] : {std::pair("decimal", 10u), {"hexadecimal", 16u}, {"base_36", 36u}}) {
         bench::comparison task("numbers/" + name + "/" + label, batch);
-        side(task, "zolt", numbers, [radix = radix](T value, char* to) {
-            if constexpr (sizeof(T) <= sizeof(int)) return convert::ltoa(value, to, radix);
-            return convert::lltoa(value, to, radix);
-        });
-        switch (radix) { // as for from_chars
+        switch (radix) { // as for the readers
         case 10:
-            side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n).ptr = 0; });
+            add_radix<10>(task, numbers);
             break;
         case 16:
-            side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n, 16).ptr = 0; });
+            add_radix<16>(task, numbers);
             break;
         default:
-            side(task, "to_chars", numbers, [](T n, char* to) { *std::to_chars(to, to + 71, n, 36).ptr = 0; });
+            add_radix<36>(task, numbers);
         }
 #if PEER_FMT
         if (radix == 10) {

@@ -34,6 +34,8 @@
 namespace ZOLT_2_18::generic::convert {
 namespace {
 
+using _private::digit_value;
+using _private::digit_values;
 using types::radix_t;
 
 // --- Failures --------------------------------------------------------------------------------------------
@@ -78,14 +80,6 @@ constexpr std::uint32_t code(wchar_t unit) { return static_cast<std::uint32_t>(u
 bool is_blank(std::uint32_t unit) {
     if (unit > 0x20 && unit < 0x7F) return false;
     return unit <= 0xFF && std::isspace(static_cast<int>(unit)) != 0;
-}
-
-/// The unit's value as a digit, at least 36 when it is none in any radix.
-constexpr std::uint32_t digit_value(std::uint32_t unit) {
-    std::uint32_t const digit = unit - '0';
-    if (digit < 10) return digit;
-    std::uint32_t const letter = (unit | 0x20) - 'a';
-    return letter < 26 ? letter + 10 : 36;
 }
 
 /// Hands out the units of a text of given length, or of one that ends before its NUL when that is 0.
@@ -200,17 +194,9 @@ template <typename T, typename C>
 // digits to gather them unchecked, within the range of its type. Whatever else turns up, read_any starts again
 // from the beginning.
 
-constexpr auto digit_values = [] {
-    std::array<unsigned char, 256> values{};
-    for (std::uint32_t unit = 0; unit < values.size(); ++unit) {
-        values[unit] = static_cast<unsigned char>(unit < 0x80 ? digit_value(unit) : 36);
-    }
-    return values;
-}();
-
 template <typename C>
 std::uint64_t listed_value(C unit) {
-    return sizeof(C) == 1 || code(unit) < digit_values.size() ? digit_values[code(unit)] : 36;
+    return sizeof(C) == 1 || code(unit) < 256 ? digit_values.of[code(unit)] : 36;
 }
 
 /// By radix: how many digits make a number of 64 bits whatever they are.

@@ -39,6 +39,7 @@
 #include <zolt/strings/ustring.hpp>
 #include <zolt/types/radix.hpp>
 
+#include <limits>
 #include <string> // declares std::locale; include <locale> to name one
 
 namespace ZOLT_2_18::generic::convert {
@@ -77,16 +78,20 @@ ZOLT_API short str_to_short(wchar_t const* text, unsigned long length = 0,
                             types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
 
 /// -2147483648 to 2147483647.
-ZOLT_API int str_to_int32(char const* text, unsigned long length = 0,
-                          types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_int32(char const* text, unsigned long length, types::radix_t::base radix,
+                          bool throw_on_overflow);
+inline int str_to_int32(char const* text, unsigned long length = 0,
+                        types::radix_t::base radix = types::radix_t::automatic);
 ZOLT_API int str_to_int32(unsigned short const* text, unsigned long length = 0,
                           types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
 ZOLT_API int str_to_int32(wchar_t const* text, unsigned long length = 0,
                           types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
 
 /// Another name of str_to_int32.
-ZOLT_API int str_to_int(char const* text, unsigned long length = 0,
-                        types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
+ZOLT_API int str_to_int(char const* text, unsigned long length, types::radix_t::base radix,
+                        bool throw_on_overflow);
+inline int str_to_int(char const* text, unsigned long length = 0,
+                      types::radix_t::base radix = types::radix_t::automatic);
 ZOLT_API int str_to_int(unsigned short const* text, unsigned long length = 0,
                         types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
 ZOLT_API int str_to_int(wchar_t const* text, unsigned long length = 0,
@@ -110,9 +115,10 @@ ZOLT_API int str_to_signed(wchar_t const* text, unsigned long length = 0,
                            types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
 
 /// -9223372036854775808 to 9223372036854775807.
-ZOLT_API long long str_to_int64(char const* text, unsigned long length = 0,
-                                types::radix_t::base radix = types::radix_t::automatic,
-                                bool throw_on_overflow = false);
+ZOLT_API long long str_to_int64(char const* text, unsigned long length, types::radix_t::base radix,
+                                bool throw_on_overflow);
+inline long long str_to_int64(char const* text, unsigned long length = 0,
+                              types::radix_t::base radix = types::radix_t::automatic);
 ZOLT_API long long str_to_int64(unsigned short const* text, unsigned long length = 0,
                                 types::radix_t::base radix = types::radix_t::automatic,
                                 bool throw_on_overflow = false);
@@ -187,5 +193,98 @@ ZOLT_API double str_to_double(strings::ustring8 const& text);
 ZOLT_API double str_to_double(strings::ustring8 const& text, std::locale const& locale);
 ZOLT_API long double str_to_long_double(strings::ustring8 const& text);
 ZOLT_API long double str_to_long_double(strings::ustring8 const& text, std::locale const& locale);
+
+// ---------------------------------------------------------------------------------------------------------
+// The usual text is read where the call stands: one "-" or none, few digits, nothing in front or behind, a number
+// within the limits. For anything else the functions of the library start again from the beginning.
+
+namespace _private {
+
+/// The unit's value as a digit, at least 36 when it is none in any radix.
+constexpr unsigned int digit_value(unsigned int unit) {
+    if (unit - '0' < 10) return unit - '0';
+    unsigned int const letter = (unit | 0x20) - 'a';
+    return letter < 26 ? letter + 10 : 36;
+}
+
+/// The same for each byte.
+struct digit_values_t {
+    unsigned char of[256];
+
+    constexpr digit_values_t() : of() {
+        for (unsigned int byte = 0; byte < 256; ++byte) of[byte] = static_cast<unsigned char>(digit_value(byte));
+    }
+};
+inline constexpr digit_values_t digit_values;
+
+template <typename T>
+struct usual_text {
+    char const* text;
+    unsigned long length; ///< 0: the text ends before its NUL
+    types::radix_t::base radix;
+
+    bool read(T& number) const {
+        bool const negative = *text == '-';
+        char const* const digits = text + negative;
+        unsigned long long magnitude = 0;
+        if (!(length != 0 ? read_bounded(digits, magnitude) : read_terminated(digits, magnitude))) return false;
+        if (magnitude > static_cast<unsigned long long>(std::numeric_limits<T>::max())) return false;
+        number = static_cast<T>(negative ? 0 - magnitude : magnitude);
+        return true;
+    }
+
+private:
+    /// How many digits are read here: with them a number has 64 bits at most. The library reads more of them at
+    /// once.
+    static constexpr unsigned long most_digits(unsigned int base) { return base > 16 ? 12 : base == 16 ? 16 : 10; }
+
+    bool read_bounded(char const* at, unsigned long long& magnitude) const {
+        char const* const end = text + length;
+        unsigned int base = radix;
+        if (base == types::radix_t::automatic) {
+            base = 10;
+            if (at != end && (*at == '0' || *at == '\\')) {
+                if (end - at < 3 || *at != '0' || (at[1] | 0x20) != 'x') return false;
+                base = 16;
+                at += 2;
+            }
+        }
+        if (base - 2 > 34 || static_cast<unsigned long>(end - at) - 1 >= most_digits(base)) return false;
+        do {
+            unsigned int const digit = digit_values.of[static_cast<unsigned char>(*at)];
+            if (digit >= base) return false;
+            magnitude = magnitude * base + digit;
+        } while (++at != end);
+        return true;
+    }
+
+    bool read_terminated(char const* at, unsigned long long& magnitude) const {
+        char const* const begin = at;
+        unsigned int digit = 0;
+        if (radix - 2u > 34) return false;
+        for (; (digit = digit_values.of[static_cast<unsigned char>(*at)]) < radix; ++at) {
+            magnitude = magnitude * radix + digit;
+        }
+        return static_cast<unsigned long>(at - begin) - 1 < most_digits(radix);
+    }
+};
+
+} // namespace _private
+
+inline int str_to_int32(char const* text, unsigned long length, types::radix_t::base radix) {
+    int number = 0;
+    bool const is_usual = _private::usual_text<int>{text, length, radix}.read(number);
+    return is_usual ? number : str_to_int32(text, length, radix, false);
+}
+
+inline int str_to_int(char const* text, unsigned long length, types::radix_t::base radix) {
+    return str_to_int32(text, length, radix);
+}
+
+inline long long str_to_int64(char const* text, unsigned long length, types::radix_t::base radix) {
+    long long number = 0;
+    bool const is_usual = _private::usual_text<long long>{text, length, radix}.read(number);
+    return is_usual ? number : str_to_int64(text, length, radix, false);
+}
 
 } // namespace ZOLT_2_18::generic::convert

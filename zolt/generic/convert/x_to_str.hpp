@@ -19,13 +19,13 @@ namespace ZOLT_2_18::generic::convert {
 /// Writes "-" for a negative value, the digits of its magnitude ("0" to "9", then "a" to "z") and a
 /// terminating zero unit. The buffer needs room for all three: 66 units hold every value in every radix.
 /// A radix outside 2 to 36 writes an empty text. Nothing is allocated; the locale plays no part.
-ZOLT_API void ltoa(long value, char* buffer, unsigned int radix);
+ZOLT_API inline void ltoa(long value, char* buffer, unsigned int radix);
 ZOLT_API void ltoa(long value, unsigned short* buffer, unsigned int radix);
 ZOLT_API void ltoa(long value, wchar_t* buffer, unsigned int radix);
 ZOLT_API void ultoa(unsigned long value, char* buffer, unsigned int radix);
 ZOLT_API void ultoa(unsigned long value, unsigned short* buffer, unsigned int radix);
 ZOLT_API void ultoa(unsigned long value, wchar_t* buffer, unsigned int radix);
-ZOLT_API void lltoa(long long value, char* buffer, unsigned int radix);
+ZOLT_API inline void lltoa(long long value, char* buffer, unsigned int radix);
 ZOLT_API void lltoa(long long value, unsigned short* buffer, unsigned int radix);
 ZOLT_API void lltoa(long long value, wchar_t* buffer, unsigned int radix);
 ZOLT_API void ulltoa(unsigned long long value, char* buffer, unsigned int radix);
@@ -78,6 +78,88 @@ template <>
 ZOLT_API strings::ustring8 to_str<long double>(long double const& value);
 
 // ---------------------------------------------------------------------------------------------------------
+
+namespace _private {
+
+/// "00" to "99" and the like, one after the other.
+template <unsigned int Radix>
+struct digit_pairs_t {
+    char units[2 * Radix * Radix];
+
+    constexpr digit_pairs_t() : units() {
+        constexpr char const* digits = "0123456789abcdefghijklmnopqrstuvwxyz";
+        for (unsigned int i = 0; i < Radix * Radix; ++i) {
+            units[2 * i] = digits[i / Radix];
+            units[2 * i + 1] = digits[i % Radix];
+        }
+    }
+};
+template <unsigned int Radix>
+inline constexpr digit_pairs_t<Radix> digit_pairs;
+
+/// Those that 64 bits hold.
+template <unsigned int Radix>
+struct powers_t {
+    unsigned long long of[Radix == 10 ? 20 : 13];
+
+    constexpr powers_t() : of() {
+        unsigned long long power = 1;
+        for (auto& each : of) each = power, power *= Radix;
+    }
+};
+template <unsigned int Radix>
+inline constexpr powers_t<Radix> powers;
+
+/// 1233 / 2^12 and 792 / 2^12 stand for the logarithms of 2: the estimate is the number of digits or one less.
+template <unsigned int Radix>
+inline unsigned int count_digits(unsigned long long value) {
+    auto const bits = static_cast<unsigned int>(64 - __builtin_clzll(value | 1));
+    if constexpr (Radix == 16) return (bits + 3) / 4;
+    unsigned int const estimate = bits * (Radix == 10 ? 1233 : 792) >> 12;
+    return estimate + ((value | 1) >= powers<Radix>.of[estimate]);
+}
+
+template <unsigned int Radix, typename C>
+inline void put_pair(C* to, unsigned int number) {
+    char const* const pair = digit_pairs<Radix>.units + 2 * number;
+    to[0] = static_cast<C>(pair[0]);
+    to[1] = static_cast<C>(pair[1]);
+}
+
+/// Writes the digits from the last to the first at their final place and a zero unit behind them. 64-bit division
+/// is kept to the part that needs it.
+template <unsigned int Radix, typename C>
+inline void write_pairs(unsigned long long value, C* buffer) {
+    constexpr unsigned int square = Radix * Radix;
+    C* at = buffer + count_digits<Radix>(value);
+    *at = 0;
+    for (; value > 0xFFFFFFFF; value /= square) put_pair<Radix>(at -= 2, static_cast<unsigned int>(value % square));
+    auto rest = static_cast<unsigned int>(value);
+    for (; rest >= square; rest /= square) put_pair<Radix>(at -= 2, rest % square);
+    if (rest >= Radix) {
+        put_pair<Radix>(at - 2, rest);
+    } else {
+        at[-1] = static_cast<C>(digit_pairs<Radix>.units[2 * rest + 1]);
+    }
+}
+
+} // namespace _private
+
+// A radix that the compiler knows is written where the call stands.
+
+inline void lltoa(long long value, char* buffer, unsigned int radix) {
+    auto magnitude = static_cast<unsigned long long>(value);
+    if (value < 0 && radix - 2 <= 34) {
+        *buffer++ = '-';
+        magnitude = 0 - magnitude;
+    }
+    if (__builtin_constant_p(radix) && radix == 10) return _private::write_pairs<10>(magnitude, buffer);
+    if (__builtin_constant_p(radix) && radix == 16) return _private::write_pairs<16>(magnitude, buffer);
+    if (__builtin_constant_p(radix) && radix == 36) return _private::write_pairs<36>(magnitude, buffer);
+    ulltoa(magnitude, buffer, radix);
+}
+
+inline void ltoa(long value, char* buffer, unsigned int radix) { lltoa(value, buffer, radix); }
 
 template <typename T>
 strings::ustring8 to_str(T const& value) {
