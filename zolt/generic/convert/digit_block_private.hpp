@@ -3,35 +3,22 @@
 //
 // Digits read eight at a time: eight bytes of a text are one word, the first in its lowest byte. Arithmetic on
 // all of them at once tells whether they are digits and joins neighbours to pairs, to fours and to the value.
-// Numbers of different length take the same instructions, which leaves the processor nothing to mispredict.
+// Numbers of different length take the same instructions, which leaves the processor nothing to mispredict. What
+// decimal digits need stands in the public header, where short numbers are read.
 #pragma once
+
+#include <zolt/generic/convert/str_to_x.hpp>
 
 #include <cstdint>
 #include <cstring>
 
 namespace ZOLT_2_18::generic::convert::_private {
 
-constexpr std::uint64_t in_every_byte(std::uint64_t byte) { return byte * 0x0101010101010101; }
-
 /// The values of the eight digits at `digits`, one in each byte: 0 to 9 for digits, more for other bytes.
 inline std::uint64_t digit_values_at(char const* digits) {
     std::uint64_t bytes;
     std::memcpy(&bytes, digits, sizeof bytes);
     return bytes ^ in_every_byte('0');
-}
-
-/// In the top bit of each byte whether its value is above 9, right up to the first one that is.
-constexpr std::uint64_t beyond_nine(std::uint64_t values) {
-    return ((values + in_every_byte(0x80 - 10)) | values) & in_every_byte(0x80);
-}
-
-/// The number that eight digits make.
-constexpr std::uint64_t decimal_number(std::uint64_t values) {
-    std::uint64_t const pairs = values * 10 + (values >> 8);
-    constexpr std::uint64_t every_fourth_byte = 0x000000FF000000FF;
-    return ((pairs & every_fourth_byte) * (100 + (std::uint64_t{1'000'000} << 32)) +
-            (pairs >> 16 & every_fourth_byte) * (1 + (std::uint64_t{10'000} << 32))) >>
-           32;
 }
 
 /// Not 0 when a value is above 1.

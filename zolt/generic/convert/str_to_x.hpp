@@ -39,6 +39,8 @@
 #include <zolt/strings/ustring.hpp>
 #include <zolt/types/radix.hpp>
 
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string> // declares std::locale; include <locale> to name one
 
@@ -88,8 +90,7 @@ ZOLT_API int str_to_int32(wchar_t const* text, unsigned long length = 0,
                           types::radix_t::base radix = types::radix_t::automatic, bool throw_on_overflow = false);
 
 /// Another name of str_to_int32.
-ZOLT_API int str_to_int(char const* text, unsigned long length, types::radix_t::base radix,
-                        bool throw_on_overflow);
+ZOLT_API int str_to_int(char const* text, unsigned long length, types::radix_t::base radix, bool throw_on_overflow);
 inline int str_to_int(char const* text, unsigned long length = 0,
                       types::radix_t::base radix = types::radix_t::automatic);
 ZOLT_API int str_to_int(unsigned short const* text, unsigned long length = 0,
@@ -217,28 +218,65 @@ struct digit_values_t {
 };
 inline constexpr digit_values_t digit_values;
 
+constexpr std::uint64_t in_every_byte(std::uint64_t byte) { return byte * 0x0101010101010101; }
+
+/// In the top bit of each byte whether its value is above 9, right up to the first one that is.
+constexpr std::uint64_t beyond_nine(std::uint64_t values) {
+    return ((values + in_every_byte(0x80 - 10)) | values) & in_every_byte(0x80);
+}
+
+/// The number that eight digits make.
+constexpr std::uint64_t decimal_number(std::uint64_t values) {
+    std::uint64_t const pairs = values * 10 + (values >> 8);
+    constexpr std::uint64_t every_fourth_byte = 0x000000FF000000FF;
+    return ((pairs & every_fourth_byte) * (100 + (std::uint64_t{1'000'000} << 32)) +
+            (pairs >> 16 & every_fourth_byte) * (1 + (std::uint64_t{10'000} << 32))) >>
+           32;
+}
+
+/// The number that 1 to 8 decimal digits make: they become eight with zeros in front. False when there is another
+/// unit among them.
+[[gnu::always_inline]] inline bool read_decimal(char const* digits, unsigned long count, std::uint64_t& number) {
+    std::uint64_t units;
+    if (count >= 4) {
+        std::uint32_t first, last; // these overlap
+        std::memcpy(&first, digits, sizeof first);
+        std::memcpy(&last, digits + count - sizeof last, sizeof last);
+        units = first | std::uint64_t{last} << 8 * (count - 4);
+    } else {
+        auto const unit = [=](unsigned long at) {
+            return std::uint64_t{static_cast<unsigned char>(digits[at])} << 8 * at;
+        };
+        units = unit(0) | unit(count / 2) | unit(count - 1);
+    }
+    std::uint64_t const values = (units ^ in_every_byte('0')) << (64 - 8 * count);
+    number = decimal_number(values);
+    return beyond_nine(values) == 0;
+}
+
 template <typename T>
 struct usual_text {
     char const* text;
     unsigned long length; ///< 0: the text ends before its NUL
     types::radix_t::base radix;
 
-    bool read(T& number) const {
+    [[gnu::always_inline]] bool read(T& number) const {
         bool const negative = *text == '-';
         char const* const digits = text + negative;
-        unsigned long long magnitude = 0;
-        if (!(length != 0 ? read_bounded(digits, magnitude) : read_terminated(digits, magnitude))) return false;
-        if (magnitude > static_cast<unsigned long long>(std::numeric_limits<T>::max())) return false;
+        std::uint64_t magnitude = 0;
+        bool const is_terminated =
+            __builtin_constant_p(length) && length == 0; // else one form of reading is enough
+        if (!(is_terminated ? read_terminated(digits, magnitude) : read_bounded(digits, magnitude))) return false;
+        if (magnitude > static_cast<std::uint64_t>(std::numeric_limits<T>::max())) return false;
         number = static_cast<T>(negative ? 0 - magnitude : magnitude);
         return true;
     }
 
 private:
-    /// How many digits are read here: with them a number has 64 bits at most. The library reads more of them at
-    /// once.
-    static constexpr unsigned long most_digits(unsigned int base) { return base > 16 ? 12 : base == 16 ? 16 : 10; }
+    /// How many digits are read here: with them a number has 64 bits at most.
+    static constexpr unsigned long most_digits(unsigned int base) { return base > 16 ? 12 : base == 16 ? 16 : 8; }
 
-    bool read_bounded(char const* at, unsigned long long& magnitude) const {
+    [[gnu::always_inline]] bool read_bounded(char const* at, std::uint64_t& magnitude) const {
         char const* const end = text + length;
         unsigned int base = radix;
         if (base == types::radix_t::automatic) {
@@ -249,7 +287,9 @@ private:
                 at += 2;
             }
         }
-        if (base - 2 > 34 || static_cast<unsigned long>(end - at) - 1 >= most_digits(base)) return false;
+        auto const count = static_cast<unsigned long>(end - at);
+        if (base - 2 > 34 || count - 1 >= most_digits(base)) return false;
+        if (base == 10) return read_decimal(at, count, magnitude);
         do {
             unsigned int const digit = digit_values.of[static_cast<unsigned char>(*at)];
             if (digit >= base) return false;
@@ -258,7 +298,7 @@ private:
         return true;
     }
 
-    bool read_terminated(char const* at, unsigned long long& magnitude) const {
+    [[gnu::always_inline]] bool read_terminated(char const* at, std::uint64_t& magnitude) const {
         char const* const begin = at;
         unsigned int digit = 0;
         if (radix - 2u > 34) return false;
@@ -271,17 +311,18 @@ private:
 
 } // namespace _private
 
-inline int str_to_int32(char const* text, unsigned long length, types::radix_t::base radix) {
+[[gnu::always_inline]] inline int str_to_int32(char const* text, unsigned long length, types::radix_t::base radix) {
     int number = 0;
     bool const is_usual = _private::usual_text<int>{text, length, radix}.read(number);
     return is_usual ? number : str_to_int32(text, length, radix, false);
 }
 
-inline int str_to_int(char const* text, unsigned long length, types::radix_t::base radix) {
+[[gnu::always_inline]] inline int str_to_int(char const* text, unsigned long length, types::radix_t::base radix) {
     return str_to_int32(text, length, radix);
 }
 
-inline long long str_to_int64(char const* text, unsigned long length, types::radix_t::base radix) {
+[[gnu::always_inline]] inline long long str_to_int64(char const* text, unsigned long length,
+                                                     types::radix_t::base radix) {
     long long number = 0;
     bool const is_usual = _private::usual_text<long long>{text, length, radix}.read(number);
     return is_usual ? number : str_to_int64(text, length, radix, false);

@@ -12,6 +12,7 @@
 #include <zolt/export.hpp>
 #include <zolt/strings/ustring.hpp>
 
+#include <cstring>
 #include <iosfwd>
 
 namespace ZOLT_2_18::generic::convert {
@@ -122,18 +123,26 @@ inline unsigned int count_digits(unsigned long long value) {
 template <unsigned int Radix, typename C>
 inline void put_pair(C* to, unsigned int number) {
     char const* const pair = digit_pairs<Radix>.units + 2 * number;
-    to[0] = static_cast<C>(pair[0]);
-    to[1] = static_cast<C>(pair[1]);
+    if constexpr (sizeof(C) == 1) {
+        std::memcpy(to, pair, 2);
+    } else {
+        to[0] = static_cast<C>(pair[0]);
+        to[1] = static_cast<C>(pair[1]);
+    }
 }
 
 /// Writes the digits from the last to the first at their final place and a zero unit behind them. 64-bit division
 /// is kept to the part that needs it.
 template <unsigned int Radix, typename C>
 inline void write_pairs(unsigned long long value, C* buffer) {
-    constexpr unsigned int square = Radix * Radix;
+    constexpr unsigned int square = Radix * Radix, fourth = square * square;
     C* at = buffer + count_digits<Radix>(value);
     *at = 0;
-    for (; value > 0xFFFFFFFF; value /= square) put_pair<Radix>(at -= 2, static_cast<unsigned int>(value % square));
+    for (; value > 0xFFFFFFFF; value /= fourth) {
+        auto const low = static_cast<unsigned int>(value % fourth);
+        put_pair<Radix>(at -= 2, low % square);
+        put_pair<Radix>(at -= 2, low / square);
+    }
     auto rest = static_cast<unsigned int>(value);
     for (; rest >= square; rest /= square) put_pair<Radix>(at -= 2, rest % square);
     if (rest >= Radix) {
