@@ -33,41 +33,119 @@ public:
     serialize_binary_buf& assign(char const* bytes, int length) override;
     std::string as_str() const override;
 
-    void append_int8(signed char const& value) override;
-    void append_int16(short const& value) override;
-    void append_int32(long const& value) override;
-    void append_int64(long long const& value) override;
-    void append_uint8(unsigned char const& value) override;
-    void append_uint16(unsigned short const& value) override;
-    void append_uint32(unsigned long const& value) override;
-    void append_uint64(unsigned long long const& value) override;
-    void append_float(float const& value, unsigned long const& precision) override;
-    void append_double(double const& value, unsigned long const& precision) override;
-    void append_string(std::string const& text) override;
+    ZOLT_API void append_int8(signed char const& value) override;
+    ZOLT_API void append_int16(short const& value) override;
+    ZOLT_API void append_int32(long const& value) override;
+    ZOLT_API void append_int64(long long const& value) override;
+    ZOLT_API void append_uint8(unsigned char const& value) override;
+    ZOLT_API void append_uint16(unsigned short const& value) override;
+    ZOLT_API void append_uint32(unsigned long const& value) override;
+    ZOLT_API void append_uint64(unsigned long long const& value) override;
+    ZOLT_API void append_float(float const& value, unsigned long const& precision) override;
+    ZOLT_API void append_double(double const& value, unsigned long const& precision) override;
+    ZOLT_API void append_string(std::string const& text) override;
     void append_buffer(serialize_buffer const& other) override;
 
-    signed char read_int8() const override;
-    short read_int16() const override;
-    long read_int32() const override;
-    long long read_int64() const override;
-    unsigned char read_uint8() const override;
-    unsigned short read_uint16() const override;
-    unsigned long read_uint32() const override;
-    unsigned long long read_uint64() const override;
-    float read_float() const override;
-    double read_double() const override;
-    std::string read_string() const override;
+    ZOLT_API signed char read_int8() const override;
+    ZOLT_API short read_int16() const override;
+    ZOLT_API long read_int32() const override;
+    ZOLT_API long long read_int64() const override;
+    ZOLT_API unsigned char read_uint8() const override;
+    ZOLT_API unsigned short read_uint16() const override;
+    ZOLT_API unsigned long read_uint32() const override;
+    ZOLT_API unsigned long long read_uint64() const override;
+    ZOLT_API float read_float() const override;
+    ZOLT_API double read_double() const override;
+    ZOLT_API std::string read_string() const override;
     memory::pointers::rc_pointer<serialize_buffer> read_buffer() const override;
 
     /// All reading operations ask this, so a subclass that overrides it changes them, too.
-    bool at_end() const override;
+    ZOLT_API bool at_end() const override;
     void reset_read() const override;
     serialize_binary_buf* create() const override;
     serialize_binary_buf* clone() const override;
 
 private:
+    template <typename Stored>
+    void append_image(Stored value) {
+        std::memcpy(m_content.append(sizeof value), &value, sizeof value);
+    }
+    template <typename Stored>
+    Stored take_value() const;
+    template <typename Stored>
+    Stored next_value() const {
+        return at_end() ? Stored{} : take_value<Stored>();
+    }
+    std::string_view next_string() const;
+
+    void append_bytes(std::string_view bytes);
+    void take_cut_off(void* value, unsigned int size) const noexcept;
+    std::string_view take_cut_off_string(unsigned int length) const noexcept;
+
     _private::byte_content m_content;
     mutable unsigned int m_position = 0; ///< in bytes, never beyond 4294967295
 };
+
+// ---------------------------------------------------------------------------------------------------------
+// Inline, since a call into the library would take longer than the work itself. The images are those of the
+// plain packers: the value as it lies in memory.
+
+inline void serialize_binary_buf::append_int8(signed char const& value) { append_image(value); }
+inline void serialize_binary_buf::append_int16(short const& value) { append_image(value); }
+inline void serialize_binary_buf::append_int32(long const& value) { append_image(static_cast<int>(value)); }
+inline void serialize_binary_buf::append_int64(long long const& value) { append_image(value); }
+inline void serialize_binary_buf::append_uint8(unsigned char const& value) { append_image(value); }
+inline void serialize_binary_buf::append_uint16(unsigned short const& value) { append_image(value); }
+inline void serialize_binary_buf::append_uint32(unsigned long const& value) {
+    append_image(static_cast<unsigned int>(value));
+}
+inline void serialize_binary_buf::append_uint64(unsigned long long const& value) { append_image(value); }
+inline void serialize_binary_buf::append_float(float const& value, unsigned long const&) { append_image(value); }
+inline void serialize_binary_buf::append_double(double const& value, unsigned long const&) { append_image(value); }
+
+inline void serialize_binary_buf::append_string(std::string const& text) {
+    auto const length = static_cast<unsigned int>(text.size());
+    if (m_content.room() < sizeof length + text.size()) return append_bytes(text);
+    char* const place = m_content.append(sizeof length + text.size());
+    std::memcpy(place, &length, sizeof length);
+    std::memcpy(place + sizeof length, text.data(), text.size());
+}
+
+/// The value at the position, which moves past it. Within the content no position is too large.
+template <typename Stored>
+Stored serialize_binary_buf::take_value() const {
+    Stored value{};
+    if (m_content.size() < sizeof value || m_position > m_content.size() - sizeof value) {
+        take_cut_off(&value, sizeof value);
+    } else {
+        std::memcpy(&value, m_content.view().data() + m_position, sizeof value);
+        m_position += static_cast<unsigned int>(sizeof value);
+    }
+    return value;
+}
+
+inline std::string_view serialize_binary_buf::next_string() const {
+    if (at_end()) return m_content.view().substr(0, 0);
+    auto const length = take_value<unsigned int>();
+    if (m_position > m_content.size() || length > m_content.size() - m_position) return take_cut_off_string(length);
+    std::string_view const bytes(m_content.view().data() + m_position, length);
+    m_position += length;
+    return bytes;
+}
+
+inline signed char serialize_binary_buf::read_int8() const { return next_value<signed char>(); }
+inline short serialize_binary_buf::read_int16() const { return next_value<short>(); }
+inline long serialize_binary_buf::read_int32() const { return next_value<int>(); }
+inline long long serialize_binary_buf::read_int64() const { return next_value<long long>(); }
+inline unsigned char serialize_binary_buf::read_uint8() const { return next_value<unsigned char>(); }
+inline unsigned short serialize_binary_buf::read_uint16() const { return next_value<unsigned short>(); }
+inline unsigned long serialize_binary_buf::read_uint32() const { return next_value<unsigned int>(); }
+inline unsigned long long serialize_binary_buf::read_uint64() const { return next_value<unsigned long long>(); }
+inline float serialize_binary_buf::read_float() const { return next_value<float>(); }
+inline double serialize_binary_buf::read_double() const { return next_value<double>(); }
+inline std::string serialize_binary_buf::read_string() const { return m_content.text_of(next_string()); }
+
+/// No content reaches the largest position, so it needs no question of its own.
+inline bool serialize_binary_buf::at_end() const { return m_position >= m_content.size(); }
 
 } // namespace ZOLT_2_18::serialization

@@ -106,6 +106,14 @@ public:
 
 namespace _private {
 
+/// A copy of the first `length` bytes of 15, which are copied all: a number of bytes that varies costs more than
+/// the bytes do.
+__attribute__((flatten)) inline std::string short_text(char const* bytes, std::size_t length) {
+    std::string text(bytes, 15);
+    text.erase(length);
+    return text;
+}
+
 /// The bytes of a buffer. They stand in a string that is kept somewhat longer than they are, so that a number
 /// is appended by storing it; asking the string each time costs more than the number does.
 class ZOLT_API byte_content {
@@ -125,13 +133,16 @@ public:
     }
 
     std::string_view view() const noexcept { return std::string_view(m_bytes.data(), m_length); }
+    std::size_t size() const noexcept { return m_length; }
 
+    /// How much can be appended without asking for memory.
+    std::size_t room() const noexcept { return m_bytes.size() - m_length; }
     /// Makes sure that `length` bytes can be appended.
     /// @throws exceptions::length_error when the content would not fit into a 32-bit length.
     void reserve(std::size_t length) {
         if (room() < length) enlarge(length);
     }
-    /// The place of `length` new bytes, at most as many as a number has.
+    /// The place of `length` new bytes, as many as there is room for or as a number has.
     char* append(std::size_t length) {
         reserve(length);
         char* const place = m_bytes.data() + m_length;
@@ -143,6 +154,11 @@ public:
         std::memcpy(m_bytes.data() + m_length, bytes.data(), bytes.size());
         m_length += bytes.size();
     }
+    /// A copy of a part of the content.
+    std::string text_of(std::string_view part) const {
+        bool const is_short = part.size() <= 15 && view().data() + m_length - part.data() >= 15;
+        return is_short ? short_text(part.data(), part.size()) : std::string(part);
+    }
     /// The bytes as a string, which leaves nothing here.
     std::string take() {
         m_bytes.resize(std::exchange(m_length, 0));
@@ -150,9 +166,8 @@ public:
     }
 
 private:
-    std::size_t room() const noexcept { return m_bytes.size() - m_length; }
-    __attribute__((visibility("hidden"))) void enlarge(std::size_t length);
-    __attribute__((visibility("hidden"))) void append_to_string(std::string_view bytes);
+    void enlarge(std::size_t length);
+    void append_to_string(std::string_view bytes);
 
     std::string m_bytes; ///< the content and bytes without meaning behind it
     std::size_t m_length = 0;

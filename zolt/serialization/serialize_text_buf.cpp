@@ -49,13 +49,6 @@ void append_floating(byte_content& content, double value, unsigned long precisio
 
 strings::ustring8 number_text(std::string_view field) { return strings::ustring8(field.data(), field.size()); }
 
-/// The bytes of the next string; the length is read through the virtual operation.
-std::string_view next_string(serialize_buffer const& buffer, std::string_view content, unsigned int& position) {
-    if (position == _private::no_position) return {};
-    long const length = buffer.read_int32();
-    return _private::take_string(content, position, length);
-}
-
 serialize_text_buf* on_heap(serialize_text_buf* made) noexcept {
     made->heap_allocated = true;
     return made;
@@ -142,13 +135,14 @@ double serialize_text_buf::read_double() const {
     return convert::str_to_double(number_text(take_field(m_content.view(), m_position)));
 }
 
-std::string serialize_text_buf::read_string() const {
-    return std::string(next_string(*this, m_content.view(), m_position));
+std::string_view serialize_text_buf::take_cut_off_string(long length) const noexcept {
+    std::string_view const bytes = _private::take_string(m_content.view(), m_position, length);
+    return bytes.empty() ? m_content.view().substr(0, 0) : bytes;
 }
 
 memory::pointers::rc_pointer<serialize_buffer> serialize_text_buf::read_buffer() const {
     auto const buffer = memory::pointers::make_rc<serialize_text_buf>();
-    buffer->m_content.assign(next_string(*this, m_content.view(), m_position));
+    buffer->m_content.assign(next_string());
     return buffer;
 }
 

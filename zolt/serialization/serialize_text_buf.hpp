@@ -65,7 +65,7 @@ public:
     float read_float() const override;
     double read_double() const override;
     /// Asks read_int32() for the length, so a subclass that overrides it changes this, too.
-    std::string read_string() const override;
+    ZOLT_API std::string read_string() const override;
     /// Asks read_int32() for the length.
     memory::pointers::rc_pointer<serialize_buffer> read_buffer() const override;
 
@@ -75,8 +75,27 @@ public:
     serialize_text_buf* clone() const override;
 
 private:
+    std::string_view next_string() const;
+    std::string_view take_cut_off_string(long length) const noexcept;
+
     _private::byte_content m_content;
     mutable unsigned int m_position = 0; ///< all bits set: reading has run past the last separator
 };
+
+// ---------------------------------------------------------------------------------------------------------
+// Inline, since a string goes straight to where the caller wants it.
+
+inline std::string_view serialize_text_buf::next_string() const {
+    if (m_position == 0xFFFFFFFF) return m_content.view().substr(0, 0);
+    long const length = read_int32();
+    std::size_t const size = m_content.size();
+    if (length < 0 || m_position > size || static_cast<std::size_t>(length) >= size - m_position)
+        return take_cut_off_string(length);
+    std::string_view const bytes(m_content.view().data() + m_position, static_cast<std::size_t>(length));
+    m_position += static_cast<unsigned int>(length) + 1; // the separator
+    return bytes;
+}
+
+inline std::string serialize_text_buf::read_string() const { return m_content.text_of(next_string()); }
 
 } // namespace ZOLT_2_18::serialization
