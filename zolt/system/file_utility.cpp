@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: BSL-1.0
 //
 // Straight system calls, and no more of them than needed: a file of a few pages costs less to read than two of
-// them. Its beginning goes through a buffer, which tells a directory before the content is touched; the rest
-// goes into its string with one allocation and, where the C++ library lets it, without writing zeros there
-// first. File offsets have 64 bits on every build: the definition below has to stand first.
+// them. Such a one goes into a new string, since only reading tells a directory and the content must not be
+// touched then; a longer one is asked what it is and goes into the content. Either has one allocation and, where
+// the C++ library lets it, no zeros written first. File offsets have 64 bits on every build: the definition below
+// has to stand first.
 #define _FILE_OFFSET_BITS 64
 
 #include <zolt/system/file_utility.hpp>
@@ -116,16 +117,27 @@ void overwrite(std::string& content, std::size_t size, Write write) {
 #endif
 }
 
-/// False for a directory.
-bool load_known_size(open_file const& file, std::size_t size, std::string& content) {
-    char beginning[0x2000];
-    std::size_t const begun = file.read_at(0, beginning, std::min(size, sizeof beginning));
-    if (begun == 0 && file.is_directory()) return false;
+/// Fills the string with the first `size` bytes of the file, and tells how many there were.
+std::size_t read_beginning(open_file const& file, std::size_t size, std::string& content) {
+    std::size_t got = 0;
     overwrite(content, size, [&](char* data) {
-        std::memcpy(data, beginning, begun);
-        std::size_t const got = begun + file.read_at(begun, data + begun, size - begun);
+        got = file.read_at(0, data, size);
         std::memset(data + got, 0, size - got); // it has become shorter, or cannot be read
     });
+    return got;
+}
+
+/// False for a directory.
+bool load_known_size(open_file const& file, std::size_t size, std::string& content) {
+    constexpr std::size_t few_pages = 0x2000;
+    if (size > few_pages) {
+        if (file.is_directory()) return false;
+        read_beginning(file, size, content);
+        return true;
+    }
+    std::string bytes;
+    if (read_beginning(file, size, bytes) == 0 && file.is_directory()) return false;
+    content.swap(bytes);
     return true;
 }
 
