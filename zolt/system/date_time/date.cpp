@@ -26,6 +26,7 @@ constexpr range_fault no_day_before{"date value out of valid range", 146, "minus
 
 // These are inline, but programs may call them here, too.
 [[gnu::used]] unsigned int (date::*const reading[])() const noexcept = {&date::day, &date::pJulian_day_number};
+[[gnu::used]] bool (date::*const asking)() const noexcept = &date::is_leap_year;
 [[gnu::used]] void (date::*const writing)(unsigned int) noexcept = &date::pJulian_day_number;
 
 void move_to(date& target, unsigned int number) {
@@ -57,8 +58,6 @@ unsigned int date::day(unsigned int value) {
     if (!is_valid_day(value)) raise(invalid_day);
     return m_day = value;
 }
-
-bool date::is_leap_year() const noexcept { return (m_year % 4 == 0 && m_year % 100 != 0) || m_year % 400 == 0; }
 
 date& date::assign(date const& other) noexcept {
     m_year = other.m_year;

@@ -49,7 +49,7 @@ public:
     /// 1 to 12.
     static bool is_valid_month(unsigned int value) noexcept { return value >= 1 && value <= 12; }
 
-    bool is_leap_year() const noexcept;
+    ZOLT_API bool is_leap_year() const noexcept;
     /// True when day() is not the stored day.
     bool is_day_constrained() const noexcept { return day() != m_day; }
 
@@ -103,6 +103,10 @@ private:
 // down, runs through the months' first days. Counted in quarters of days, all centuries are equally long,
 // and so are all years.
 
+inline bool date::is_leap_year() const noexcept {
+    return (m_year % 4 == 0 && m_year % 100 != 0) || m_year % 400 == 0;
+}
+
 inline unsigned int date::day() const noexcept {
     if (m_day <= 28) return m_day;
     unsigned int length = 31;
@@ -130,13 +134,13 @@ inline void date::pJulian_day_number(unsigned int number) noexcept {
     unsigned int const year = static_cast<unsigned int>(years >> 32);
     unsigned int const day = static_cast<unsigned int>(years) / stretch / 4;
 
-    // The line in the same way: 2141 is 2^16 * 5 / 153. A leap day, 365, counts as the first day of the next
-    // year, as if years had only 365.
-    unsigned int const line = day == 365 ? 1305 : 2141 * day + 1305;
-    unsigned int const month = line >> 16; // 0 is March, 10 January
+    // The line in the same way: 2141 is 2^16 * 5 / 153. A leap day, 365, counts as the first day of a 13th month,
+    // as if years had only 365.
+    unsigned int const line = day == 365 ? 12 << 16 : 2141 * day + 1305;
+    unsigned int const next_year = day >= 306;
     m_day = (line & 0xFFFF) / 2141 + 1;
-    m_month = month < 10 ? month + 3 : month - 9;
-    m_year = 100 * century + year + (day >= 306 ? 1 : 0);
+    m_month = (line >> 16) + 3 - 12 * next_year; // month 0 of the line is March
+    m_year = 100 * century + year + next_year;
 }
 
 } // namespace ZOLT_2_18::system::date_time
