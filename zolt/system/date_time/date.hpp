@@ -116,10 +116,12 @@ inline unsigned int date::day() const noexcept {
 }
 
 inline unsigned int date::pJulian_day_number() const noexcept {
-    unsigned int const year = m_month < 3 ? m_year - 1 : m_year;
-    unsigned int const month = m_month < 3 ? m_month + 9 : m_month - 3;
+    unsigned int const before_march = m_month < 3; // computed with: as a branch, one date in six is a wrong guess
+    unsigned int const year = m_year - before_march;
+    unsigned int const month = m_month + 12 * before_march;
     unsigned int const century = year / 100;
-    return 365 * year + year / 4 - century + century / 4 + (153 * month + 2) / 5 + m_day;
+    auto const julian_days = static_cast<unsigned int>(1461ULL * year / 4);
+    return julian_days - century + century / 4 + (979 * month - 2919) / 32 + m_day; // 979 / 32 is 153 / 5, nearly
 }
 
 inline void date::pJulian_day_number(unsigned int number) noexcept {
