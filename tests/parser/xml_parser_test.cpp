@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 #include <zolt/parser/xml_parser.hpp>
+#include <zolt/parser/xml_scan_private.hpp>
 
 #include <gtest/gtest.h>
 
@@ -212,4 +213,21 @@ TEST(XmlParser, CallbacksMayThrowAndStartAnotherParse) {
     record.events.clear();
     EXPECT_EQ(result_text(record.parser.parse("<?xml?><a x=''>nest self</a>>")), "5 0 '>'");
     EXPECT_EQ(record.events, "S:a|A:x=|S:n|T:in|E:n|T:nest|W: |T:self|E:a|");
+}
+
+// The forms for particular processors against the plain one: every byte in every place of a block.
+TEST(XmlParser, FormsOfABlockAgree) {
+    using namespace ZOLT_2_18::parser::_private;
+    char block[64];
+    for (unsigned first = 0; first < 256; ++first) {
+        for (unsigned i = 0; i < sizeof block; ++i) block[i] = static_cast<char>(first + i * (first % 7 + 1));
+        run_ends plain, common, best;
+        find_run_ends_portably(block, plain);
+        find_run_ends(block, common);
+        best_run_end_finder()(block, best);
+        for (auto const kind : {&run_ends::text, &run_ends::white_space, &run_ends::name, &run_ends::value}) {
+            EXPECT_EQ(common.*kind, plain.*kind) << first;
+            EXPECT_EQ(best.*kind, plain.*kind) << first;
+        }
+    }
 }

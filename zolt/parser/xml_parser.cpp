@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
@@ -32,44 +33,24 @@ namespace _private {
 
 // `from` is behind the current block, or the run goes on to the end of it.
 char const* run_finder::find_beyond(char const* from, std::uint64_t run_ends::*kind) noexcept {
-    if (from - m_block < 128) {
-        next_block();
-        from = std::max(from, m_block);
-    } else {
-        start_at(from);
+    from = std::max(from, m_block + 64);
+    for (;;) {
+        look_at(from);
+        if (std::uint64_t const found = m_ends.*kind) return from + std::countr_zero(found);
+        from += 64;
     }
-    std::uint64_t found = m_ends.*kind >> (from - m_block);
-    for (; !found; found = m_ends.*kind) {
-        next_block();
-        from = m_block;
-    }
-    return from + std::countr_zero(found);
-}
-
-void run_finder::start_at(char const* block) noexcept {
-    m_block = block;
-    m_ends = look_at(block);
-    look_ahead();
-}
-
-void run_finder::next_block() noexcept {
-    m_block += 64;
-    m_ends = m_next_ends;
-    look_ahead();
-}
-
-void run_finder::look_ahead() noexcept {
-    if (m_last - m_block >= 64) m_next_ends = look_at(m_block + 64);
 }
 
 // Behind the end of the text stands what ends a run of any kind, so that nobody looks farther.
-run_ends run_finder::look_at(char const* block) const noexcept {
+void run_finder::look_at(char const* block) noexcept {
+    m_block = block;
     auto const left = static_cast<std::size_t>(m_last - block);
-    if (left >= 64) return find_run_ends(block);
+    if (left >= 64) [[likely]]
+        return m_find_run_ends(block, m_ends);
     char padded[64];
     std::memset(padded, '&', sizeof padded);
     if (left) std::memcpy(padded, block, left);
-    return find_run_ends(padded);
+    m_find_run_ends(padded, m_ends);
 }
 
 } // namespace _private
@@ -106,34 +87,37 @@ constexpr entity entities[] = {{"&amp;", '&'}, {"&apos;", '\''}, {"&gt;", '>'},
                                {"&lt;", '<'},  {"&quot;", '"'},  {"&nbsp;", ' '}};
 constexpr std::string_view entity_initials = "aglnq";
 
+// The same to be compared at once, as the first of 8 bytes.
+struct entity_word {
+    std::uint64_t bytes = ~std::uint64_t{};
+    std::uint64_t mask = 0; // which of the 8 bytes count
+    unsigned char size = 0;
+    char value = 0;
+};
+
+// By the five low bits of the initial, which tell them apart; &apos; is the one left out.
+constexpr std::array<entity_word, 32> make_entity_words() {
+    std::array<entity_word, 32> words{};
+    for (entity const& known : entities) {
+        entity_word& word = words[known.name[1] & 31];
+        if (word.size) continue;
+        std::array<unsigned char, 8> bytes{}, mask{};
+        for (std::size_t i = 0; i < known.name.size(); ++i) {
+            bytes[i] = static_cast<unsigned char>(known.name[i]);
+            mask[i] = 0xFF;
+        }
+        word = {std::bit_cast<std::uint64_t>(bytes), std::bit_cast<std::uint64_t>(mask),
+                static_cast<unsigned char>(known.name.size()), known.value};
+    }
+    return words;
+}
+
+constexpr auto entity_words = make_entity_words();
+
 //--------------------------------------------------------------------------------------------------
 
-// Most texts are a few bytes long, so that a call would take longer than what it does. These two handle
-// a short text by its first and its last bytes, which overlap unless there are twice as many.
-
-template <std::size_t Bytes>
-void copy_ends(char* to, char const* from, std::size_t size) noexcept {
-    char first[Bytes], last[Bytes];
-    std::memcpy(first, from, Bytes);
-    std::memcpy(last, from + size - Bytes, Bytes);
-    std::memcpy(to, first, Bytes);
-    std::memcpy(to + size - Bytes, last, Bytes);
-}
-
-inline void copy_bytes(char* to, char const* from, std::size_t size) noexcept {
-    if (size > 16) {
-        std::memcpy(to, from, size);
-    } else if (size >= 8) {
-        copy_ends<8>(to, from, size);
-    } else if (size >= 4) {
-        copy_ends<4>(to, from, size);
-    } else if (size >= 2) {
-        copy_ends<2>(to, from, size);
-    } else if (size) {
-        *to = *from;
-    }
-}
-
+// Most texts are a few bytes long, so that a call would take longer than what it does. A short text is
+// compared by its first and its last bytes, which overlap unless there are twice as many.
 bool same_bytes(char const* left, char const* right, std::size_t size) noexcept {
     auto const differ = [left, right]<typename Word>(Word, std::size_t at) {
         Word one, other;
@@ -180,21 +164,33 @@ private:
 
 // Turns a range of the input into the string that a callback is given. There is one string for each
 // small length, so that nothing but its bytes changes: most texts are a few bytes long, and a call to
-// assign would take longer than all the rest of an event.
+// assign would take longer than all the rest of an event. Where 16 bytes can be read they are copied,
+// whatever the length, which is then nothing to guess: a short string has that much room in itself.
 class text_holder {
 public:
-    [[gnu::always_inline]] ustring8 const& hold(std::string_view text) {
+    // The bytes up to `readable_end` can be read.
+    [[gnu::always_inline]] ustring8 const& hold(std::string_view text, char const* readable_end) {
         if (text.size() >= m_short.size()) return hold_long(text);
         ustring8& held = m_short[text.size()];
         if (held.size() != text.size()) [[unlikely]]
             return first_of_length(held, text);
-        copy_bytes(held.data(), text.data(), text.size());
+        if (readable_end - text.data() < 16) [[unlikely]]
+            return hold_last(held, text);
+        char* const to = held.data();
+        std::memcpy(to, text.data(), 16);
+        to[text.size()] = '\0';
         return held;
     }
 
 private:
     [[gnu::noinline]] static ustring8 const& first_of_length(ustring8& held, std::string_view text) {
         held.assign(text);
+        return held;
+    }
+
+    // Near the end of the input.
+    [[gnu::noinline]] static ustring8 const& hold_last(ustring8& held, std::string_view text) {
+        std::memcpy(held.data(), text.data(), text.size());
         return held;
     }
 
@@ -219,16 +215,23 @@ public:
         m_bytes[m_size++] = c;
     }
 
-    void add(std::string_view text) {
-        if (text.size() > m_bytes.size() - m_size) grow(text.size());
-        copy_bytes(m_bytes.data() + m_size, text.data(), text.size());
+    // The bytes up to `readable_end` can be read.
+    void add(std::string_view text, char const* readable_end) {
+        if (text.size() + 16 > m_bytes.size() - m_size) grow(text.size() + 16);
+        char* const to = m_bytes.data() + m_size;
+        if (text.size() <= 16 && readable_end - text.data() >= 16) {
+            std::memcpy(to, text.data(), 16);
+        } else {
+            std::memcpy(to, text.data(), text.size());
+        }
         m_size += text.size();
     }
 
     std::string_view view() const noexcept { return {m_bytes.data(), m_size}; }
+    char const* readable_end() const noexcept { return m_bytes.data() + m_bytes.size(); }
 
 private:
-    [[gnu::noinline]] void grow(std::size_t wanted) { m_bytes.resize(2 * m_size + wanted); }
+    [[gnu::noinline]] void grow(std::size_t wanted) { m_bytes.resize(2 * m_size + wanted + 64); }
 
     std::string m_bytes; // the text and room for more
     std::size_t m_size = 0;
@@ -258,7 +261,8 @@ private:
     place parse_space(place at);
     place parse_text(place at);
     place decode_text(place start, place at);
-    place parse_character(place at, char& decoded) const;
+    [[gnu::always_inline]] place parse_character(place at, char& decoded) const;
+    place parse_rare_character(place at, char& decoded) const;
     place parse_number(place at, char& decoded) const;
     [[gnu::always_inline]] place skip_whitespace(place at) noexcept {
         if (at == m_last || !is_white_space(*at)) return at;
@@ -283,9 +287,10 @@ private:
     [[noreturn]] void fail(place at, parse_error::error_type kind, std::string_view text = {}) const;
     [[noreturn]] void fail_here(place at) const;
 
+    // Of the input.
     template <typename Callback>
-    void report(Callback const& callback, std::string_view text) {
-        callback.invoke(m_texts.hold(text));
+    [[gnu::always_inline]] void report(Callback const& callback, std::string_view text) {
+        if (callback) callback.invoke(m_texts.hold(text, m_last));
     }
 
     xml_parser const& m_callbacks;
@@ -421,12 +426,14 @@ place scanner::parse_attribute(place at) {
     if (quote != '"' && quote != '\'') fail(at, parse_error::missing_quote, name);
     ++at;
     place const end = m_runs.find<&run_ends::value>(at);
+    auto const& callback = m_callbacks.on_attribute;
     if (end != m_last && *end == quote) {
-        m_callbacks.on_attribute.invoke(m_names.hold(name), m_texts.hold(between(at, end)));
+        if (callback) callback.invoke(m_names.hold(name, m_last), m_texts.hold(between(at, end), m_last));
         return end + 1;
     }
     at = decode_attrib_value(at, end, quote);
-    m_callbacks.on_attribute.invoke(m_names.hold(name), m_texts.hold(m_decoded.view()));
+    if (callback)
+        callback.invoke(m_names.hold(name, m_last), m_texts.hold(m_decoded.view(), m_decoded.readable_end()));
     return at;
 }
 
@@ -435,7 +442,7 @@ place scanner::parse_attribute(place at) {
 place scanner::decode_attrib_value(place start, place at, char quote) {
     m_decoded.clear();
     for (;;) {
-        m_decoded.add(between(start, at));
+        m_decoded.add(between(start, at), m_last);
         expect_more(at);
         if (*at == quote) return at + 1;
         start = at;
@@ -470,21 +477,36 @@ place scanner::parse_text(place at) {
 // A text with a reference or a fault at `at`.
 place scanner::decode_text(place start, place at) {
     m_decoded.clear();
-    m_decoded.add(between(start, at));
+    m_decoded.add(between(start, at), m_last);
     while (at != m_last && *at == '&') {
         char decoded;
         start = parse_character(at, decoded);
         m_decoded.add(decoded);
         at = m_runs.find<&run_ends::text>(start);
-        m_decoded.add(between(start, at));
+        m_decoded.add(between(start, at), m_last);
     }
     if (at != m_last && *at == '>') fail_here(at);
-    report(m_callbacks.on_character, m_decoded.view());
+    auto const& callback = m_callbacks.on_character;
+    if (callback) callback.invoke(m_texts.hold(m_decoded.view(), m_decoded.readable_end()));
     return at;
 }
 
 // At the "&" of a reference.
-place scanner::parse_character(place at, char& decoded) const {
+inline place scanner::parse_character(place at, char& decoded) const {
+    if (m_last - at >= 8) [[likely]] {
+        std::uint64_t next;
+        std::memcpy(&next, at, sizeof next);
+        entity_word const& usual = entity_words[at[1] & 31];
+        if ((next & usual.mask) == usual.bytes) {
+            decoded = usual.value;
+            return at + usual.size;
+        }
+    }
+    return parse_rare_character(at, decoded);
+}
+
+// Any reference, and what is none.
+place scanner::parse_rare_character(place at, char& decoded) const {
     expect_more(at + 1);
     if (at[1] == '#') return parse_number(at + 1, decoded);
     for (entity const& known : entities) {

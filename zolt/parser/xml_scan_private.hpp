@@ -19,7 +19,7 @@
 #include <string_view>
 
 #if defined(__SSE2__)
-#include <emmintrin.h>
+#include <immintrin.h>
 #endif
 
 namespace ZOLT_2_18::parser::_private {
@@ -64,8 +64,8 @@ struct run_ends {
     std::uint64_t value = 0;
 };
 
-inline run_ends find_run_ends_portably(char const* bytes) noexcept {
-    run_ends ends;
+inline void find_run_ends_portably(char const* bytes, run_ends& ends) noexcept {
+    ends = {};
     for (int i = 0; i < 64; ++i) {
         std::uint64_t const bit = std::uint64_t{1} << i;
         if (is(bytes[i], text_end)) ends.text |= bit;
@@ -73,12 +73,11 @@ inline run_ends find_run_ends_portably(char const* bytes) noexcept {
         if (!is(bytes[i], name_part)) ends.name |= bit;
         if (is(bytes[i], value_end)) ends.value |= bit;
     }
-    return ends;
 }
 
 #if defined(__SSE2__)
 /// The same by 16 bytes at a time.
-inline run_ends find_run_ends(char const* bytes) noexcept {
+inline void find_run_ends(char const* bytes, run_ends& ends) noexcept {
     auto const all = [](char c) { return _mm_set1_epi8(c); };
     auto const equal = [all](__m128i left, char right) { return _mm_cmpeq_epi8(left, all(right)); };
     auto const either = [](__m128i left, __m128i right) { return _mm_or_si128(left, right); };
@@ -110,19 +109,67 @@ inline run_ends find_run_ends(char const* bytes) noexcept {
     };
 
     quarter const q1 = look(bytes), q2 = look(bytes + 16), q3 = look(bytes + 32), q4 = look(bytes + 48);
-    return {joined(q1.text, q2.text, q3.text, q4.text),
-            ~joined(q1.white_space, q2.white_space, q3.white_space, q4.white_space),
-            ~joined(q1.name, q2.name, q3.name, q4.name), joined(q1.value, q2.value, q3.value, q4.value)};
+    ends.text = joined(q1.text, q2.text, q3.text, q4.text);
+    ends.white_space = ~joined(q1.white_space, q2.white_space, q3.white_space, q4.white_space);
+    ends.name = ~joined(q1.name, q2.name, q3.name, q4.name);
+    ends.value = joined(q1.value, q2.value, q3.value, q4.value);
 }
+
+#define ZOLT_AVX2 [[gnu::target("avx2")]]
+
+/// A row names at most one byte for each low half of a byte, by its place; -1 stands for none.
+ZOLT_AVX2 inline __m256i is_in_row(__m128i row, __m256i part) noexcept {
+    return _mm256_cmpeq_epi8(_mm256_shuffle_epi8(_mm256_broadcastsi128_si256(row), part), part);
+}
+
+ZOLT_AVX2 inline __m256i is_between(__m256i part, char low, char high) noexcept {
+    __m256i const offset = _mm256_sub_epi8(part, _mm256_set1_epi8(low));
+    __m256i const most = _mm256_set1_epi8(static_cast<char>(high - low));
+    return _mm256_cmpeq_epi8(_mm256_min_epu8(offset, most), offset);
+}
+
+ZOLT_AVX2 inline __m256i is_name_part(__m256i part) noexcept {
+    __m256i const letters = is_between(_mm256_or_si256(part, _mm256_set1_epi8(0x20)), 'a', 'z');
+    __m256i const underscores = _mm256_cmpeq_epi8(part, _mm256_set1_epi8('_'));
+    return _mm256_or_si256(_mm256_or_si256(letters, is_between(part, '0', '9')), underscores);
+}
+
+ZOLT_AVX2 inline std::uint64_t joined_bits(__m256i low, __m256i high) noexcept {
+    auto const bits = [](int found) { return std::uint64_t{static_cast<unsigned int>(found)}; };
+    return bits(_mm256_movemask_epi8(low)) | bits(_mm256_movemask_epi8(high)) << 32;
+}
+
+/// The same by 32 bytes at a time, for a processor with AVX2. The bytes of a kind differ in their low
+/// halves, names apart, so that a table tells for each half the only byte that it can belong to.
+ZOLT_AVX2 inline void find_run_ends_widely(char const* bytes, run_ends& ends) noexcept {
+    __m128i const text = _mm_setr_epi8(' ', -1, -1, -1, -1, -1, '&', -1, -1, '\t', '\n', -1, '<', '\r', '>', -1);
+    __m128i const white = _mm_setr_epi8(' ', -1, -1, -1, -1, -1, -1, -1, -1, '\t', '\n', -1, -1, '\r', -1, -1);
+    __m128i const value = _mm_setr_epi8(-1, -1, '"', -1, -1, -1, '&', '\'', -1, -1, '\n', -1, -1, -1, -1, -1);
+    __m256i const low = _mm256_loadu_si256(reinterpret_cast<__m256i const*>(bytes));
+    __m256i const high = _mm256_loadu_si256(reinterpret_cast<__m256i const*>(bytes + 32));
+    ends.text = joined_bits(is_in_row(text, low), is_in_row(text, high));
+    ends.white_space = ~joined_bits(is_in_row(white, low), is_in_row(white, high));
+    ends.name = ~joined_bits(is_name_part(low), is_name_part(high));
+    ends.value = joined_bits(is_in_row(value, low), is_in_row(value, high));
+}
+
+inline auto best_run_end_finder() noexcept {
+    return __builtin_cpu_supports("avx2") ? find_run_ends_widely : find_run_ends;
+}
+
+#undef ZOLT_AVX2
 #else
-inline run_ends find_run_ends(char const* bytes) noexcept { return find_run_ends_portably(bytes); }
+inline void find_run_ends(char const* bytes, run_ends& ends) noexcept { find_run_ends_portably(bytes, ends); }
+inline auto best_run_end_finder() noexcept { return find_run_ends; }
 #endif
 
-/// Finds the ends of runs in a text that is read from front to back. The block after the current one is
-/// looked at ahead of time, so that nobody waits for it.
+/// Finds the ends of runs in a text that is read from front to back.
 class run_finder {
 public:
-    run_finder(char const* first, char const* last) noexcept : m_last(last) { start_at(first); }
+    run_finder(char const* first, char const* last) noexcept
+        : m_find_run_ends(best_run_end_finder()), m_last(last) {
+        look_at(first);
+    }
 
     /// The first byte from `from` on that ends a run of the kind, else the end of the text.
     template <std::uint64_t run_ends::*Kind>
@@ -138,15 +185,12 @@ public:
 
 private:
     char const* find_beyond(char const* from, std::uint64_t run_ends::*kind) noexcept;
-    void start_at(char const* block) noexcept;
-    void next_block() noexcept;
-    void look_ahead() noexcept;
-    run_ends look_at(char const* block) const noexcept;
+    void look_at(char const* block) noexcept;
 
+    void (*m_find_run_ends)(char const*, run_ends&) noexcept;
     char const* m_last;
     char const* m_block; // the 64 bytes that m_ends is about
     run_ends m_ends;
-    run_ends m_next_ends; // of the 64 bytes behind these
 };
 
 } // namespace ZOLT_2_18::parser::_private
