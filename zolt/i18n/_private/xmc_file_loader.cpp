@@ -64,19 +64,20 @@ struct type_keyword {
     message_item::type_t type;
 };
 
+// The usual ones first.
 constexpr type_keyword type_keywords[] = {
-    {"date", message_item::date},
-    {"duration", message_item::duration},
+    {"string", message_item::string},
+    {"int", message_item::int_},
+    {"double", message_item::double_},
     {"memory", message_item::memory},
+    {"number", message_item::number},
+    {"duration", message_item::duration},
+    {"date", message_item::date},
     {"mem", message_item::memory},
     {"mem_unit", message_item::memory_unit},
     {"memory_unit", message_item::memory_unit},
     {"metric", message_item::metric},
     {"metric_unit", message_item::metric_unit},
-    {"number", message_item::number},
-    {"int", message_item::int_},
-    {"double", message_item::double_},
-    {"string", message_item::string},
     {"time", message_item::time},
     {"value", message_item::value},
 };
@@ -94,6 +95,55 @@ message_item::type_t type_of(string_view text) {
     return known ? known->type : message_item::string;
 }
 
+/// A text that grows by a few bytes at a time, for which a call to string::append takes longer than the copy.
+class text_builder {
+public:
+    void clear() noexcept { m_size = 0; }
+    void shorten(std::size_t size) noexcept { m_size = size; }
+    std::size_t size() const noexcept { return m_size; }
+    char const* data() const noexcept { return m_bytes.data(); }
+    char back() const noexcept { return m_bytes[m_size - 1]; }
+
+    void add(char c) {
+        if (m_size == m_bytes.size()) grow(1);
+        m_bytes[m_size++] = c;
+    }
+
+    void add(string_view text) {
+        std::size_t const size = text.size();
+        if (size > m_bytes.size() - m_size) grow(size);
+        char* const to = m_bytes.data() + m_size;
+        m_size += size;
+        if (size > 16 || size < 4) return copy_rare(to, text);
+        if (size >= 8) return copy_ends<8>(to, text);
+        copy_ends<4>(to, text);
+    }
+
+private:
+    // The first and the last bytes, which overlap unless there are twice as many.
+    template <std::size_t Bytes>
+    static void copy_ends(char* to, string_view text) noexcept {
+        char first[Bytes], last[Bytes];
+        std::memcpy(first, text.data(), Bytes);
+        std::memcpy(last, text.data() + text.size() - Bytes, Bytes);
+        std::memcpy(to, first, Bytes);
+        std::memcpy(to + text.size() - Bytes, last, Bytes);
+    }
+
+    static void copy_rare(char* to, string_view text) noexcept {
+        if (text.size() > 16) {
+            std::memcpy(to, text.data(), text.size());
+        } else {
+            for (char const c : text) *to++ = c;
+        }
+    }
+
+    [[gnu::noinline]] void grow(std::size_t wanted) { m_bytes.resize(2 * m_size + wanted + 64); }
+
+    std::string m_bytes; // the text and room for more
+    std::size_t m_size = 0;
+};
+
 /// Collects a message's content. The texts of all items stand one after the other in one buffer until the
 /// message ends; then every item is made once, with no more room than it needs.
 class item_builder {
@@ -106,17 +156,17 @@ public:
     }
 
     void add_characters(string_view text) {
-        m_text += text;
+        m_text.add(text);
         m_after_argument = false;
     }
 
     // Blanks at the start of a message go, other runs of them become one.
     void add_space() {
-        if (m_text.size() == m_start ? m_after_argument : m_text.back() != ' ') m_text += ' ';
+        if (m_text.size() == m_start ? m_after_argument : m_text.back() != ' ') m_text.add(' ');
         m_after_argument = false;
     }
 
-    void add_line_break() { m_text += '\n'; }
+    void add_line_break() { m_text.add('\n'); }
 
     void start_argument() {
         end_text();
@@ -125,14 +175,17 @@ public:
 
     // Kept: the name replaces everything before it, so options written before it are lost.
     void argument_name(string_view name) {
-        m_text.resize(m_start);
-        m_text += name;
+        m_text.shorten(m_start);
+        m_text.add(name);
     }
 
     void argument_type(message_item::type_t type) noexcept { m_type = type; }
 
     void argument_option(string_view key, string_view value) {
-        m_text.append(1, option_separator).append(key).append(1, option_separator).append(value);
+        m_text.add(option_separator);
+        m_text.add(key);
+        m_text.add(option_separator);
+        m_text.add(value);
     }
 
     void end_argument() {
@@ -167,7 +220,7 @@ private:
         m_start = m_text.size();
     }
 
-    ustring8 m_text;
+    text_builder m_text;
     std::vector<piece> m_pieces;
     std::size_t m_start = 0; ///< of the piece that is being read
     message_item::type_t m_type = message_item::string;
