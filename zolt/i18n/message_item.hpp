@@ -32,6 +32,10 @@ class varg_list;
 
 namespace ZOLT_2_18::i18n {
 
+namespace _private {
+class item_builder;
+}
+
 /// A literal text or a placeholder, with a rule for how the argument's value is written.
 class ZOLT_API message_item {
 public:
@@ -87,9 +91,13 @@ public:
 
 private:
     friend class message_t;
+    friend class _private::item_builder;
 
     /// Of a name whose end is searched when it is asked for: a literal's, or one of 4 GiB.
     static constexpr unsigned int unknown_size = 0xFFFFFFFF;
+
+    message_item(std::string_view data, type_t type, unsigned int name_size)
+        : m_data(data), m_type(type), m_name_size(name_size) {}
 
     std::string_view name_view() const noexcept {
         return std::string_view(m_data).substr(0, m_name_size == unknown_size ? m_data.find('\1') : m_name_size);

@@ -144,9 +144,11 @@ private:
     std::size_t m_size = 0;
 };
 
+} // namespace
+
 /// Collects a message's content. The texts of all items stand one after the other in one buffer until the
 /// message ends; then every item is made once, with no more room than it needs.
-class item_builder {
+class __attribute__((visibility("hidden"))) item_builder {
 public:
     void clear() noexcept {
         m_text.clear();
@@ -199,7 +201,8 @@ public:
         items.reserve(m_pieces.size());
         char const* text = m_text.data();
         for (piece const& next : m_pieces) {
-            items.emplace_back(ustring8(text, next.size), next.type);
+            string_view const data(text, next.size);
+            items.push_back(message_item(data, next.type, size_of_name(data, next.type)));
             text += next.size;
         }
         return items;
@@ -210,6 +213,12 @@ private:
         std::size_t size;
         message_item::type_t type;
     };
+
+    static unsigned int size_of_name(string_view data, message_item::type_t type) noexcept {
+        if (type == message_item::value) return message_item::unknown_size;
+        std::size_t const size = std::min(data.find(option_separator), data.size());
+        return static_cast<unsigned int>(std::min<std::size_t>(size, message_item::unknown_size));
+    }
 
     void end_text() {
         if (m_text.size() != m_start) end_piece(message_item::value);
@@ -226,6 +235,8 @@ private:
     message_item::type_t m_type = message_item::string;
     bool m_after_argument = false;
 };
+
+namespace {
 
 /// What is to be done for one element below the root: to read an included file or to keep messages.
 struct file_part {
