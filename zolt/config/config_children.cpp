@@ -1,12 +1,17 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// The children of a node are a B+ tree: blocks of up to 128 children in byte order of their names, and above
-// them blocks of blocks when one does not do. Blocks are split on the way down to where a child goes and
-// never joined: children go only all at once.
+// The children of a node are a B+ tree: blocks of up to 128 children, and above them blocks of blocks when
+// one does not do. Blocks are split on the way down to where a child goes and never joined: children go only
+// all at once.
 //
 // A block keeps a byte of hash for each of its names. To find a name is to find its byte, which takes one
-// memchr and then most often one comparison; only to insert one is the block searched by order.
+// memchr and then most often one comparison, in any order. So a new child goes to the end of its block, and
+// the children are put in byte order of their names only when the block is split or walked over; but the
+// first one is always the least, which tells blocks from each other.
+//
+// Text records lie one after the other in chunks of the block they were made for. After a split some of the
+// children in the block to the right lie in chunks of this one, which is as well: all go together.
 //
 // A tree may be as deep as its longest key has components. So nothing here recurses over nodes; blocks to
 // be freed are strung together by their own links, which needs no memory.
@@ -29,13 +34,24 @@ namespace ZOLT_2_18::config::_private {
 using memory::pointers::rc_pointer;
 using strings::ustring8;
 
+/// Memory for text records, behind this head.
+struct record_chunk {
+    record_chunk* next;
+    std::size_t size; ///< in bytes behind the head
+    std::size_t used;
+
+    char* bytes() noexcept { return reinterpret_cast<char*>(this + 1); }
+};
+
 struct child_block {
     static constexpr unsigned int most = 128;
 
     child_block* next;       ///< to the right on the same level of the same node, or null
+    record_chunk* records;   ///< the latest chunk, or null
     unsigned short count;    ///< at least 1
     unsigned short capacity; ///< `most` unless the block is a node's only one
     unsigned short height;   ///< 0 for children, else one more than that of the blocks below
+    bool ordered;            ///< by name; else only the first child is in its place
 
     /// One for each child, beside the head, as they are what a search reads.
     unsigned char* tags() noexcept { return reinterpret_cast<unsigned char*>(this + 1); }
@@ -50,15 +66,6 @@ struct child_block {
 static_assert(sizeof(child_block) % alignof(child) == 0);
 
 namespace {
-
-/// What becomes of each byte of a key. Zero where the locale decides: it changes nothing but capitals, and
-/// of the first 128 bytes these are letters.
-constexpr auto lowered_bytes = [] {
-    std::array<char, 256> table{};
-    for (std::size_t c = 1; c < 128; ++c) table[c] = c >= 'A' && c <= 'Z' ? '\0' : static_cast<char>(c);
-    table['/'] = table['\\'] = '.';
-    return table;
-}();
 
 static_assert(std::endian::native == std::endian::little);
 
@@ -81,10 +88,23 @@ std::uint64_t equal(std::uint64_t bytes, char c) noexcept {
     return ~(((differences & each(0x7F)) + each(0x7F)) | differences) & each(0x80);
 }
 
-/// Those which lowered() may change. Bytes from 0x80 on disturb their neighbours, but are among them anyway.
+/// Those that lowered() may change. Bytes from 0x80 on disturb their neighbours, but are among them anyway.
 std::uint64_t not_lowered(std::uint64_t bytes) noexcept {
     std::uint64_t const capitals = (bytes + each(0x80 - 'A')) & ~(bytes + each(0x80 - 'Z' - 1));
-    return ((bytes | capitals) & each(0x80)) | equal(bytes, '/') | equal(bytes, '\\');
+    return (bytes | capitals) & each(0x80);
+}
+
+/// "." and "/" differ in their lowest bit.
+std::uint64_t separators(std::uint64_t bytes) noexcept { return equal(bytes | each(1), '/') | equal(bytes, '\\'); }
+
+/// The eight bytes at the place, or as many as there are and zeros.
+std::uint64_t word_at(std::string_view text, std::size_t at) noexcept {
+    std::size_t const rest = text.size() - at;
+    if (rest >= 8) return load<std::uint64_t>(text.data() + at);
+    if (text.size() >= 8) return load<std::uint64_t>(text.data() + text.size() - 8) >> (64 - 8 * rest);
+    std::uint64_t word = 0;
+    for (std::size_t i = text.size(); i != at; --i) word = word << 8 | static_cast<unsigned char>(text[i - 1]);
+    return word;
 }
 
 /// Every byte of the name counts.
@@ -107,27 +127,10 @@ unsigned char tag_of(std::string_view name) noexcept {
 
 // Children.
 
-struct record_deleter {
-    void operator()(text_record* record) const noexcept { ::operator delete(record); }
-};
-using owned_record = std::unique_ptr<text_record, record_deleter>;
-
-/// Neither may be longer than text_record::most.
-owned_record make_record(std::string_view name, std::string_view text) {
-    void* const memory = ::operator new(sizeof(text_record) + name.size() + text.size());
-    auto* const record = new (memory)
-        text_record{static_cast<unsigned short>(name.size()), static_cast<unsigned short>(text.size())};
-    char* const bytes = reinterpret_cast<char*>(record + 1);
-    std::copy(name.begin(), name.end(), bytes);
-    std::copy(text.begin(), text.end(), bytes + name.size());
-    return owned_record(record);
-}
-
 /// The child as a node, made now if it was a text.
 named_node& as_node(child& place) {
     if (text_record* const record = place.record()) {
-        place = child(new named_node(record->name(), place.value(), 0));
-        record_deleter()(record);
+        place = child(new named_node(record->name(), place.value(), 0)); // the record's memory stays unused
     }
     return *place.named();
 }
@@ -137,11 +140,51 @@ named_node& as_node(child& place) {
 child_block* make_block(unsigned int capacity, unsigned int height) {
     std::size_t const tags_size = height == 0 ? child_block::tags_size(capacity) : 0;
     void* const memory = ::operator new(sizeof(child_block) + tags_size + capacity * sizeof(child));
-    return new (memory)
-        child_block{nullptr, 0, static_cast<unsigned short>(capacity), static_cast<unsigned short>(height)};
+    return new (memory) child_block{
+        nullptr, nullptr, 0, static_cast<unsigned short>(capacity), static_cast<unsigned short>(height), true};
 }
 
-void free_block(child_block* block) noexcept { ::operator delete(block); }
+void free_block(child_block* block) noexcept {
+    for (record_chunk* chunk = block->records; chunk;) ::operator delete(std::exchange(chunk, chunk->next));
+    ::operator delete(block);
+}
+
+/// Memory for a record of that many bytes in the block.
+void* record_place(child_block& block, std::size_t bytes) {
+    constexpr std::size_t least = 64, most = 4096;
+    bytes = (bytes + alignof(text_record) - 1) / alignof(text_record) * alignof(text_record);
+    record_chunk* chunk = block.records;
+    if (!chunk || chunk->size - chunk->used < bytes) {
+        std::size_t const usual = chunk ? std::clamp(chunk->size * 3 / 2, least, most) : least;
+        std::size_t const size = std::max(bytes, usual);
+        void* const memory = ::operator new(sizeof(record_chunk) + size);
+        chunk = block.records = new (memory) record_chunk{chunk, size, 0};
+    }
+    return chunk->bytes() + std::exchange(chunk->used, chunk->used + bytes);
+}
+
+/// Neither name nor text may be longer than text_record::most, nor the text than the capacity.
+text_record* make_record(child_block& block, std::string_view name, std::string_view text, std::size_t capacity) {
+    auto const size = [](std::size_t bytes) { return static_cast<unsigned short>(bytes); };
+    void* const place = record_place(block, sizeof(text_record) + name.size() + capacity);
+    auto* const record = new (place) text_record{size(name.size()), size(text.size()), size(capacity)};
+    std::copy(text.begin(), text.end(), std::copy(name.begin(), name.end(), record->bytes()));
+    return record;
+}
+
+/// Puts the children in order of their names.
+void put_in_order(child_block& block) noexcept {
+    if (block.ordered) return;
+    std::array<std::pair<child, unsigned char>, child_block::most> pairs;
+    for (unsigned int i = 0; i < block.count; ++i) pairs[i] = {block.children()[i], block.tags()[i]};
+    auto const is_before = [](auto const& a, auto const& b) { return a.first.name() < b.first.name(); };
+    std::sort(pairs.begin(), pairs.begin() + block.count, is_before);
+    for (unsigned int i = 0; i < block.count; ++i) {
+        block.children()[i] = pairs[i].first;
+        block.tags()[i] = pairs[i].second;
+    }
+    block.ordered = true;
+}
 
 child_block* first_leaf(child_block* block) noexcept {
     while (block && block->height != 0) block = block->blocks()[0];
@@ -193,6 +236,7 @@ void move_tail(child_block& block, unsigned int index, child_block& empty) noexc
         std::copy_n(block.blocks() + index, count, empty.blocks());
     }
     empty.count = count;
+    empty.ordered = block.ordered;
     block.count = static_cast<unsigned short>(index);
 }
 
@@ -206,6 +250,7 @@ void insert_at(T* places, unsigned int count, unsigned int index, T value) noexc
 /// blocks behind.
 void split_below(child_block& parent, unsigned int index, std::string_view name) {
     child_block& full = *parent.blocks()[index];
+    put_in_order(full);
     std::string_view const last_name =
         full.height == 0 ? full.children()[full.count - 1].name() : first_name(full.blocks()[full.count - 1]);
     bool const goes_last = !full.next && last_name < name;
@@ -228,41 +273,49 @@ void grow_root(child_block*& root, std::string_view name) {
         root = top;
         split_below(*top, 0, name);
     } else if (root->count == root->capacity) {
-        child_block* const larger = make_block(std::min(child_block::most, root->capacity * 3u / 2), 0);
+        child_block* const larger = make_block(root->capacity * 2u, 0);
         move_tail(*root, 0, *larger);
+        std::swap(larger->records, root->records);
         free_block(std::exchange(root, larger));
     }
 }
 
-/// Adds a child of a name that is not there yet.
-void insert(child_block*& root, wanted_name const& name, child added) {
-    grow_root(root, name.text());
+/// The block in which a child of that name goes, with room for it. It is left empty if it is the first one.
+child_block& make_room(child_block*& root, std::string_view name) {
+    grow_root(root, name);
     child_block* block = root;
     while (block->height != 0) {
-        unsigned int index = block_index(*block, name.text());
+        unsigned int index = block_index(*block, name);
         if (block->blocks()[index]->count == child_block::most) {
-            split_below(*block, index, name.text());
-            index = block_index(*block, name.text());
+            split_below(*block, index, name);
+            index = block_index(*block, name);
         }
         block = block->blocks()[index];
     }
-    auto const is_before = [](child const& here, std::string_view wanted) { return here.name() < wanted; };
-    child* const first = block->children();
-    child* const last = first + block->count;
-    // Names often come in order.
-    bool const goes_last = block->count != 0 && is_before(last[-1], name.text());
-    child* const place = goes_last ? last : std::lower_bound(first, last, name.text(), is_before);
-    auto const index = static_cast<unsigned int>(place - first);
-    insert_at(first, block->count, index, added);
-    insert_at(block->tags(), block->count, index, name.tag);
-    ++block->count;
+    return *block;
+}
+
+void add(child_block& block, wanted_name const& name, child added) noexcept {
+    child* const children = block.children();
+    unsigned int const last = block.count++;
+    unsigned int place = last;
+    if (last != 0 && name.text() < children[0].name()) {
+        children[last] = children[0];
+        block.tags()[last] = block.tags()[0];
+        block.ordered = last == 1;
+        place = 0;
+    } else if (last != 0 && block.ordered) {
+        block.ordered = children[last - 1].name() < name.text();
+    }
+    children[place] = added;
+    block.tags()[place] = name.tag;
 }
 
 config_tree& insert_node(child_block*& root, wanted_name const& name, types::variant const& value,
                          unsigned int kind) {
     auto* const node = new named_node(name.text(), value, kind);
     rc_pointer<config_tree> owner = std::move(node->self.second);
-    insert(root, name, child(node));
+    add(make_room(root, name.text()), name, child(node));
     node->self.second = std::move(owner);
     return *node;
 }
@@ -272,10 +325,29 @@ config_tree& find_or_make(child_block*& root, wanted_name const& name) {
     return found ? as_node(*found) : insert_node(root, name, types::nil, 0);
 }
 
+/// Neither may be longer than text_record::most.
 void insert_text(child_block*& root, wanted_name const& name, std::string_view text) {
-    owned_record record = make_record(name.text(), text);
-    insert(root, name, child(record.get()));
-    static_cast<void>(record.release());
+    child_block& block = make_room(root, name.text());
+    try {
+        add(block, name, child(make_record(block, name.text(), text, text.size())));
+    } catch (...) {
+        if (block.count == 0) free_block(std::exchange(root, nullptr));
+        throw;
+    }
+}
+
+/// The text may be part of the one there. A record that is too small is left behind for one of twice the room,
+/// so that no number of changes takes more than a few times the memory of the longest text.
+void replace_text(child_block& root, child& place, std::string_view text) {
+    text_record* record = place.record();
+    if (text.size() > record->text_capacity) {
+        std::size_t const capacity =
+            std::min(std::max(text.size(), record->text_capacity * std::size_t{2}), text_record::most);
+        place = child(make_record(*first_leaf(&root), record->name(), text, capacity));
+        return;
+    }
+    std::memmove(record->bytes() + record->name_size, text.data(), text.size());
+    record->text_size = static_cast<unsigned short>(text.size());
 }
 
 /// Puts the blocks with the children of a node before those of the list and frees the others.
@@ -326,7 +398,9 @@ deep_copy_map& deep_copy_map::assign(deep_copy_map const& other) {
 }
 
 deep_copy_map::const_iterator deep_copy_map::begin() const noexcept {
-    return const_iterator(first_leaf(m_root), 0);
+    child_block* const leaf = first_leaf(m_root);
+    if (leaf) put_in_order(*leaf);
+    return const_iterator(leaf, 0);
 }
 
 deep_copy_map::value_type const& deep_copy_map::const_iterator::operator*() const {
@@ -334,7 +408,10 @@ deep_copy_map::value_type const& deep_copy_map::const_iterator::operator*() cons
 }
 
 deep_copy_map::const_iterator& deep_copy_map::const_iterator::operator++() noexcept {
-    if (++m_index == m_block->count) *this = const_iterator(m_block->next, 0);
+    if (++m_index == m_block->count) {
+        *this = const_iterator(m_block->next, 0);
+        if (m_block) put_in_order(*m_block);
+    }
     return *this;
 }
 
@@ -354,10 +431,7 @@ void deep_copy_map::clear() noexcept {
     while (doomed) {
         child_block* const block = std::exchange(doomed, doomed->next);
         for (child const* each = block->children(); each != block->children() + block->count; ++each) {
-            if (text_record* const record = each->record()) {
-                record_deleter()(record);
-                continue;
-            }
+            if (each->record()) continue;
             config_tree& node = *each->node();
             bool const goes_now = node.reference_count == 1 && node.heap_allocated;
             if (goes_now && !node.empty()) prepend_leaves(std::exchange(node.m_children.m_root, nullptr), doomed);
@@ -369,13 +443,16 @@ void deep_copy_map::clear() noexcept {
 
 // What the library's own sources use.
 
-child_cursor::child_cursor(config_tree const& node) noexcept : m_block(first_leaf(child_access::root(node))) {}
+child_cursor::child_cursor(config_tree const& node) noexcept : m_block(first_leaf(child_access::root(node))) {
+    if (m_block) put_in_order(*m_block);
+}
 
 child const& child_cursor::take() noexcept {
     child const& taken = m_block->children()[m_index];
     if (++m_index == m_block->count) {
         m_block = m_block->next;
         m_index = 0;
+        if (m_block) put_in_order(*m_block);
     }
     return taken;
 }
@@ -392,8 +469,7 @@ wanted_name::wanted_name(std::string_view name) noexcept
 
 key_path::key_path(std::string_view key) {
     if (cut<false>(key)) return;
-    m_size = 0;
-    m_many.clear();
+    m_end = m_first;
     m_lowered = lowered(key);
     cut<true>(m_lowered);
 }
@@ -401,43 +477,35 @@ key_path::key_path(std::string_view key) {
 /// Finds the components; false when the text may have to be lowered first.
 template <bool is_lowered>
 bool key_path::cut(std::string_view text) {
-    std::size_t first = 0; // of a component
-    auto const end_component = [&](std::size_t end) {
-        add(text.substr(first, end - first));
+    char const* first = text.data(); // of a component
+    auto const end_component = [&](char const* end) {
+        if (m_end == m_limit) make_room();
+        *m_end++ = wanted_name({first, static_cast<std::size_t>(end - first)});
         first = end + 1;
     };
-    std::size_t at = 0;
-    for (; text.size() - at >= 8; at += 8) {
-        std::uint64_t const word = load<std::uint64_t>(text.data() + at);
+    for (std::size_t at = 0; at < text.size(); at += 8) {
+        std::uint64_t const word = word_at(text, at);
         if (!is_lowered && not_lowered(word) != 0) return false;
-        std::uint64_t dots = equal(word, '.');
-        for (; dots != 0; dots &= dots - 1)
-            end_component(at + static_cast<unsigned int>(std::countr_zero(dots)) / 8);
+        for (std::uint64_t ends = separators(word); ends != 0; ends &= ends - 1)
+            end_component(text.data() + at + static_cast<unsigned int>(std::countr_zero(ends)) / 8);
     }
-    for (; at < text.size(); ++at) {
-        if (!is_lowered && lowered_bytes[static_cast<unsigned char>(text[at])] != text[at]) return false;
-        if (text[at] == '.') end_component(at);
-    }
-    if (first < text.size() || m_size == 0) end_component(text.size());
+    char const* const end = text.data() + text.size();
+    if (m_end == m_first || first < end) end_component(end);
     return true;
 }
 
-void key_path::add(std::string_view component) {
-    if (m_size == few) m_many.assign(m_few, m_few + few);
-    if (m_size < few) {
-        m_few[m_size] = wanted_name(component);
-    } else {
-        m_many.emplace_back(component);
-    }
-    ++m_size;
+void key_path::make_room() {
+    auto const size = static_cast<std::size_t>(m_end - m_first);
+    if (m_many.empty()) m_many.assign(m_first, m_end);
+    m_many.resize(size * 2);
+    m_first = m_many.data();
+    m_end = m_first + size;
+    m_limit = m_first + m_many.size();
 }
 
 ustring8 lowered(std::string_view text) {
     ustring8 result(text);
-    for (char& c : result) {
-        auto const byte = static_cast<unsigned char>(c);
-        c = lowered_bytes[byte] != '\0' ? lowered_bytes[byte] : static_cast<char>(std::tolower(byte));
-    }
+    for (char& c : result) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return result;
 }
 
@@ -467,10 +535,7 @@ void set_text(config_tree& node, std::string_view key, std::string_view text) {
     if (is_node) {
         find_or_make(child_access::root(*parent), name).set_entry(ustring8(text), 0);
     } else if (found) {
-        owned_record replaced = make_record(name.text(), text);
-        text_record* const old = found->record();
-        *found = child(replaced.release());
-        replaced.reset(old);
+        replace_text(*root, *found, text);
     } else {
         insert_text(root, name, text);
     }

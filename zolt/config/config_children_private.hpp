@@ -31,15 +31,18 @@ struct text_record {
 
     unsigned short name_size;
     unsigned short text_size;
+    unsigned short text_capacity; ///< room for another text
 
+    char* bytes() noexcept { return reinterpret_cast<char*>(this + 1); }
     char const* bytes() const noexcept { return reinterpret_cast<char const*>(this + 1); }
     std::string_view name() const noexcept { return {bytes(), name_size}; }
     std::string_view text() const noexcept { return {bytes() + name_size, text_size}; }
 };
 
-/// A named node or a text record; whoever stores it owns it.
+/// A named node, owned by who stores it, or a text record, which goes with the blocks of its siblings.
 class child {
 public:
+    child() noexcept = default;
     explicit child(named_node* node) noexcept : m_place(reinterpret_cast<char*>(node)) {}
     explicit child(text_record* record) noexcept : m_place(reinterpret_cast<char*>(record) + 1) {}
 
@@ -102,29 +105,32 @@ public:
     key_path(key_path const&) = delete;
     key_path& operator=(key_path const&) = delete;
 
-    wanted_name const* begin() const noexcept { return m_many.empty() ? m_few : m_many.data(); }
-    wanted_name const* end() const noexcept { return begin() + m_size; }
+    wanted_name const* begin() const noexcept { return m_first; }
+    wanted_name const* end() const noexcept { return m_end; }
 
 private:
     static constexpr std::size_t few = 6;
 
     template <bool is_lowered>
     bool cut(std::string_view text);
-    void add(std::string_view component);
+    void make_room();
 
-    std::size_t m_size = 0;
+    wanted_name* m_first = m_few;
+    wanted_name* m_end = m_few;
+    wanted_name* m_limit = m_few + few;
     wanted_name m_few[few];
     std::vector<wanted_name> m_many; ///< all components if they are more than a few
     strings::ustring8 m_lowered;     ///< the key if it was not in lower case
 };
 
-/// The child of the node at the path, or null. It stays in place until a child is added or a node made of one.
+/// The child of the node at the path, or null. It stays in place until the children beside it are added to,
+/// walked over, or one of them made a node.
 child const* find_child(config_tree const& node, key_path const& path) noexcept;
 
 /// The same as a node, which is made if it was a text.
 config_tree const* find_node(config_tree const& node, key_path const& path);
 
-/// The text in lower case with "." for every separator.
+/// The text in lower case.
 strings::ustring8 lowered(std::string_view text);
 
 /// The node at the path, made with all steps to it as needed.

@@ -52,6 +52,27 @@ constexpr auto interests = [] {
     return table;
 }();
 
+/// Pieces of the file strung together. One piece, the usual case, is not copied.
+class joined_text {
+public:
+    std::string_view view() const noexcept { return m_view; }
+
+    void clear() noexcept { m_view = {}; }
+    void append(std::string_view piece) {
+        if (m_view.empty()) {
+            m_view = piece;
+            return;
+        }
+        if (m_view.data() != m_joined.data()) m_joined.assign(m_view);
+        m_joined.append(piece);
+        m_view = m_joined;
+    }
+
+private:
+    std::string_view m_view;
+    ustring8 m_joined;
+};
+
 class file_reader {
 public:
     file_reader(std::string_view text, config_tree& tree) : m_text(text), m_tree(tree) { m_section.emplace(tree); }
@@ -91,41 +112,42 @@ private:
     /// Moves behind the bytes that are text to the part, marks of two bytes included, the second of which
     /// may be a "=" or a slash that alone would be more than text.
     void skip_plain(unsigned char part) {
+        char const* const end = m_text.data() + m_text.size();
+        char const* at = m_text.data() + m_at;
         for (;;) {
-            std::size_t at = m_at;
-            while (at < m_text.size() && (interests[static_cast<unsigned char>(m_text[at])] & part) == 0) ++at;
-            m_at = at;
-            if (at == m_text.size() || !is_pair_start(m_text[at])) return;
+            while (at != end && (interests[static_cast<unsigned char>(*at)] & part) == 0) ++at;
+            if (at == end || !is_pair_start(*at)) break;
 
-            char const first = m_text[at];
-            char const second = peek(1);
+            char const first = *at;
+            char const second = end - at > 1 ? at[1] : '\0';
             bool const is_pair = second == '=' || (second == '/' && first == '*');
             bool const is_comment = first == '/' && second == '/';
-            if (!is_pair && first == '=' && (part & at_equals) != 0) return;
-            if (is_comment && (part & with_comments) != 0) return;
-            m_at += is_pair || is_comment ? 2 : 1;
+            if (!is_pair && first == '=' && (part & at_equals) != 0) break;
+            if (is_comment && (part & with_comments) != 0) break;
+            at += is_pair || is_comment ? 2 : 1;
         }
+        m_at = static_cast<std::size_t>(at - m_text.data());
     }
 
     /// Appends the content of the string that starts here, up to its closing quote or the text's end. A
     /// backslash belongs to the byte after it.
-    void read_string(ustring8& content) {
+    void read_string(joined_text& content) {
         std::size_t const first = m_at + 1;
         std::size_t end = first;
         while (end < m_text.size() && m_text[end] != '"') end += m_text[end] == '\\' ? 2 : 1;
         end = std::min(end, m_text.size());
-        content.append(m_text, first, end - first);
+        content.append(m_text.substr(first, end - first));
         m_at = std::min(end + 1, m_text.size());
     }
 
     /// Appends the texts of a part and moves behind the byte that ends it, which is returned; zero at the
     /// end of the file. `was_there` is set when there was a text, be it an empty string.
-    char read_part(unsigned char part, ustring8& text, bool& was_there) {
+    char read_part(unsigned char part, joined_text& text, bool& was_there) {
         for (;;) {
             std::size_t const first = m_at;
             skip_plain(part);
             if (m_at != first) {
-                text.append(m_text, first, m_at - first);
+                text.append(m_text.substr(first, m_at - first));
                 was_there = true;
             }
             if (m_at == m_text.size()) return '\0';
@@ -134,7 +156,7 @@ private:
                 read_string(text);
                 was_there = true;
             } else if (c == '\r' && peek(1) != '\n') {
-                text += c;
+                text.append(m_text.substr(m_at, 1));
                 was_there = true;
                 ++m_at;
             } else if (c == '#' || c == '/') {
@@ -147,7 +169,7 @@ private:
             }
         }
     }
-    char read_part(unsigned char part, ustring8& text) {
+    char read_part(unsigned char part, joined_text& text) {
         bool was_there = false;
         text.clear();
         return read_part(part, text, was_there);
@@ -155,41 +177,43 @@ private:
 
     void read_section() {
         ustring8 prefix;
-        if (read_part(section_part, prefix) == '\0') prefix.clear();
+        if (read_part(section_part, m_key) != '\0') prefix = m_key.view();
         if (!prefix.empty()) prefix += '.';
         m_section.emplace(m_tree, prefix);
     }
 
     void read_assignment() {
         if (read_part(key_part, m_key) == '\0') return;
-        if (std::string_view(m_key).ends_with(array_mark)) {
-            m_key.resize(m_key.size() - array_mark.size());
+        std::string_view const key = m_key.view();
+        if (key.ends_with(array_mark)) {
             auto const elements = read_array();
-            if (!elements.empty()) m_section->set_array(m_key, elements);
+            if (!elements.empty())
+                m_section->set_array(ustring8(key.substr(0, key.size() - array_mark.size())), elements);
         } else {
             read_part(value_part, m_value);
-            if (!m_value.empty()) m_section->set_text(m_key, m_value);
+            if (!m_value.view().empty()) m_section->set_text(key, m_value.view());
         }
     }
 
     /// The elements; none when the last one is empty.
     std::vector<ustring8> read_array() {
         std::vector<ustring8> elements;
-        ustring8 item;
+        joined_text item;
         bool is_open = false; // there was a comma and nothing but layout and comments since
         for (;;) {
             bool was_there = false;
             char const end = read_part(array_part, item, was_there);
             is_open = is_open && !was_there;
             if (end == ',') {
-                elements.push_back(std::exchange(item, ustring8()));
+                elements.emplace_back(item.view());
+                item.clear();
                 is_open = true;
             } else if (end == '\0' || !is_open) {
                 break;
             }
         }
-        if (item.empty()) return {};
-        elements.push_back(std::move(item));
+        if (item.view().empty()) return {};
+        elements.emplace_back(item.view());
         return elements;
     }
 
@@ -197,8 +221,8 @@ private:
     config_tree& m_tree;
     std::optional<_private::config_section> m_section;
     std::size_t m_at = 0;
-    ustring8 m_key; // these two are kept for their memory
-    ustring8 m_value;
+    joined_text m_key; // these two are kept for their memory
+    joined_text m_value;
 };
 
 } // namespace

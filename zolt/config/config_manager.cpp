@@ -8,6 +8,7 @@
 #include <ostream>
 #include <set>
 #include <string_view>
+#include <utility>
 
 namespace ZOLT_2_18::config {
 namespace {
@@ -23,6 +24,7 @@ constexpr unsigned int reference_bit = 4;
 
 bool is_reference(child const& entry) { return (entry.kind() & reference_bit) != 0; }
 bool means_first_element(child const& entry) { return (entry.kind() & first_element_bits) == first_element_bits; }
+bool is_plain(child const& entry) { return !is_reference(entry) && !means_first_element(entry); }
 
 /// The child at the key unless it is only a step of a path.
 child const* find_entry(base_config_item const& source, key_path const& key) {
@@ -30,10 +32,39 @@ child const* find_entry(base_config_item const& source, key_path const& key) {
     return found && found->has_entry() ? found : nullptr;
 }
 
+struct found_entry {
+    base_config_item const* source;
+    child const* entry; ///< null when no source holds the key
+};
+
+found_entry find_first(base_config_item::item_list const& sources, ustring8 const& key) {
+    key_path const path(key);
+    for (auto const& source : sources) {
+        child const* const entry = source ? find_entry(*source.get(), path) : nullptr;
+        if (entry) return {source.get(), entry};
+    }
+    return {nullptr, nullptr};
+}
+
 types::variant first_element(base_config_item const& source, ustring8 const& key) {
     child const* const element = find_entry(source, key_path(key + ".0"));
-    bool const is_plain = element && !is_reference(*element) && !means_first_element(*element);
-    return is_plain ? element->value() : types::variant();
+    return element && is_plain(*element) ? element->value() : types::variant();
+}
+
+/// The value of a key whose entry may be a reference or mean an element.
+types::variant follow(base_config_item::item_list const& sources, ustring8 key,
+                      types::variant const& default_value) {
+    std::set<ustring8> visited;
+    for (;;) {
+        auto const [source, entry] = find_first(sources, key);
+        if (!entry) return default_value;
+        if (means_first_element(*entry)) return first_element(*source, key);
+        if (!is_reference(*entry)) return entry->value();
+
+        visited.insert(std::move(key));
+        key = entry->value().as_utf8();
+        if (visited.count(key) != 0) return entry->value();
+    }
 }
 
 // Unformatted, so that the width of the stream plays no part.
@@ -66,24 +97,9 @@ void config_manager::unload() {
 }
 
 types::variant config_manager::get_value(ustring8 const& key, types::variant default_value) const {
-    std::set<ustring8> visited;
-    ustring8 target; // of the last reference
-    for (ustring8 const* current = &key;; current = &target) {
-        child const* entry = nullptr;
-        key_path const path(*current);
-        auto const holds_key = [&](auto const& item) {
-            entry = item ? find_entry(*item, path) : nullptr;
-            return entry != nullptr;
-        };
-        auto const source = std::find_if(m_items.begin(), m_items.end(), holds_key);
-        if (source == m_items.end()) return default_value;
-        if (means_first_element(*entry)) return first_element(**source, *current);
-        if (!is_reference(*entry)) return entry->value();
-
-        visited.insert(*current);
-        target = entry->value().as_utf8();
-        if (visited.count(target) != 0) return entry->value();
-    }
+    found_entry const found = find_first(m_items, key);
+    if (!found.entry) return default_value;
+    return is_plain(*found.entry) ? found.entry->value() : follow(m_items, key, default_value);
 }
 
 bool config_manager::value_exist(ustring8 const& key) const { return get_value(key, types::nil) != types::nil; }

@@ -10,6 +10,7 @@
 #include <zolt/generic/convert/x_to_str.hpp>
 #include <zolt/generic/varg_list.hpp>
 
+#include <string_view>
 #include <vector>
 
 namespace ZOLT_2_18::config::_private {
@@ -22,7 +23,7 @@ public:
         : m_tree(tree), m_prefix(prefix) {}
 
     /// As config_tree::set_node(prefix + key, a variant with the text, 0).
-    void set_text(strings::ustring8 const& key, std::string_view text) {
+    void set_text(std::string_view key, std::string_view text) {
         if (key.empty() && !m_prefix.empty()) {
             top().set_entry(strings::ustring8(text), 0);
         } else {
