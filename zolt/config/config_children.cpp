@@ -29,6 +29,10 @@
 #include <utility>
 #include <vector>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace ZOLT_2_18::config::_private {
 
 using memory::pointers::rc_pointer;
@@ -77,35 +81,69 @@ Word load(char const* bytes) noexcept {
     return word;
 }
 
-// Words of eight bytes. The high bit of each byte of a result tells about that byte.
-
-constexpr std::uint64_t each(unsigned int byte) noexcept { return 0x0101010101010101 * std::uint64_t{byte}; }
-
-// A sum with 0x80 less n tells whether a byte below 0x80 is at least n.
-
-std::uint64_t equal(std::uint64_t bytes, char c) noexcept {
-    std::uint64_t const differences = bytes ^ each(static_cast<unsigned char>(c));
-    return ~(((differences & each(0x7F)) + each(0x7F)) | differences) & each(0x80);
-}
-
-/// Those that lowered() may change. Bytes from 0x80 on disturb their neighbours, but are among them anyway.
-std::uint64_t not_lowered(std::uint64_t bytes) noexcept {
-    std::uint64_t const capitals = (bytes + each(0x80 - 'A')) & ~(bytes + each(0x80 - 'Z' - 1));
-    return (bytes | capitals) & each(0x80);
-}
-
-/// "." and "/" differ in their lowest bit.
-std::uint64_t separators(std::uint64_t bytes) noexcept { return equal(bytes | each(1), '/') | equal(bytes, '\\'); }
-
-/// The eight bytes at the place, or as many as there are and zeros.
-std::uint64_t word_at(std::string_view text, std::size_t at) noexcept {
-    std::size_t const rest = text.size() - at;
-    if (rest >= 8) return load<std::uint64_t>(text.data() + at);
-    if (text.size() >= 8) return load<std::uint64_t>(text.data() + text.size() - 8) >> (64 - 8 * rest);
+/// Up to eight bytes as a number, with zeros for those that are missing.
+std::uint64_t load_some(char const* bytes, std::size_t count) noexcept {
+    if (count >= 8) return load<std::uint64_t>(bytes);
     std::uint64_t word = 0;
-    for (std::size_t i = text.size(); i != at; --i) word = word << 8 | static_cast<unsigned char>(text[i - 1]);
+    if (count >= 4) {
+        word = load<std::uint32_t>(bytes + count - 4);
+        return word << 8 * (count - 4) | load<std::uint32_t>(bytes);
+    }
+    while (count != 0) word = word << 8 | static_cast<unsigned char>(bytes[--count]);
     return word;
 }
+
+/// Sixteen bytes looked at together. The bits of a result tell about one byte each, the lowest about the first.
+#if defined(__SSE2__)
+class sixteen_bytes {
+public:
+    explicit sixteen_bytes(void const* bytes) noexcept
+        : m_bytes(_mm_loadu_si128(static_cast<__m128i const*>(bytes))) {}
+    sixteen_bytes(std::uint64_t first, std::uint64_t second) noexcept
+        : m_bytes(_mm_set_epi64x(static_cast<long long>(second), static_cast<long long>(first))) {}
+
+    unsigned int separators() const noexcept { // "." and "/" differ in their lowest bit
+        __m128i const slashes = _mm_cmpeq_epi8(_mm_or_si128(m_bytes, _mm_set1_epi8(1)), _mm_set1_epi8('/'));
+        return mask(_mm_or_si128(slashes, _mm_cmpeq_epi8(m_bytes, _mm_set1_epi8('\\'))));
+    }
+    /// Those that lowered() may change: capitals, and from 0x80 on those that the locale takes for such.
+    unsigned int not_lowered() const noexcept {
+        __m128i const from_a = _mm_cmpgt_epi8(m_bytes, _mm_set1_epi8('A' - 1));
+        __m128i const to_z = _mm_cmplt_epi8(m_bytes, _mm_set1_epi8('Z' + 1));
+        return mask(_mm_or_si128(m_bytes, _mm_and_si128(from_a, to_z)));
+    }
+
+private:
+    static unsigned int mask(__m128i bytes) noexcept { return static_cast<unsigned int>(_mm_movemask_epi8(bytes)); }
+
+    __m128i m_bytes;
+};
+#else
+class sixteen_bytes {
+public:
+    explicit sixteen_bytes(void const* bytes) noexcept { std::memcpy(m_bytes, bytes, sizeof m_bytes); }
+    sixteen_bytes(std::uint64_t first, std::uint64_t second) noexcept {
+        std::memcpy(m_bytes, &first, sizeof first);
+        std::memcpy(m_bytes + sizeof first, &second, sizeof second);
+    }
+
+    unsigned int separators() const noexcept { return mask(isConfigDotSlash); }
+    /// Those that lowered() may change: capitals, and from 0x80 on those that the locale takes for such.
+    unsigned int not_lowered() const noexcept {
+        return mask([](char each) { return (each >= 'A' && each <= 'Z') || static_cast<signed char>(each) < 0; });
+    }
+
+private:
+    template <typename Test>
+    unsigned int mask(Test test) const noexcept {
+        unsigned int bits = 0;
+        for (unsigned int i = 0; i < sizeof m_bytes; ++i) bits |= test(m_bytes[i]) ? 1u << i : 0u;
+        return bits;
+    }
+
+    char m_bytes[16];
+};
+#endif
 
 /// Every byte of the name counts.
 unsigned char tag_of(std::string_view name) noexcept {
@@ -483,11 +521,26 @@ bool key_path::cut(std::string_view text) {
         *m_end++ = wanted_name({first, static_cast<std::size_t>(end - first)});
         first = end + 1;
     };
-    for (std::size_t at = 0; at < text.size(); at += 8) {
-        std::uint64_t const word = word_at(text, at);
-        if (!is_lowered && not_lowered(word) != 0) return false;
-        for (std::uint64_t ends = separators(word); ends != 0; ends &= ends - 1)
-            end_component(text.data() + at + static_cast<unsigned int>(std::countr_zero(ends)) / 8);
+    auto const look_at = [&](sixteen_bytes bytes, char const* place, unsigned int skipped) {
+        if (!is_lowered && bytes.not_lowered() != 0) return false;
+        for (unsigned int ends = bytes.separators() >> skipped; ends != 0; ends &= ends - 1)
+            end_component(place + std::countr_zero(ends));
+        return true;
+    };
+    char const* const data = text.data();
+    std::size_t const size = text.size();
+    if (size < 16) {
+        std::uint64_t const second = size > 8 ? load_some(data + 8, size - 8) : 0;
+        if (!look_at(sixteen_bytes(load_some(data, size), second), data, 0)) return false;
+    } else {
+        std::size_t at = 0;
+        for (; size - at >= 16; at += 16) {
+            if (!look_at(sixteen_bytes(data + at), data + at, 0)) return false;
+        }
+        // The rest with some that were there before.
+        if (at != size &&
+            !look_at(sixteen_bytes(data + size - 16), data + at, static_cast<unsigned int>(16 - (size - at))))
+            return false;
     }
     char const* const end = text.data() + text.size();
     if (m_end == m_first || first < end) end_component(end);
