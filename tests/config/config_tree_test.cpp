@@ -131,6 +131,9 @@ TEST(config_tree, any_number_of_children_in_order) {
                 tree.set_node(ustring8(name), number, 0);
                 expected[name] = number;
                 EXPECT_EQ(nullptr, tree.get_node(ustring8(name + "n")));
+                if (random() % 64 == 0) { // walked over now and then, which puts them in order
+                    EXPECT_EQ(expected.begin()->first, tree.begin()->first);
+                }
             }
             auto here = tree.begin();
             for (auto const& [name, number] : expected) {
@@ -142,18 +145,20 @@ TEST(config_tree, any_number_of_children_in_order) {
     }
 }
 
-// Keys are looked at eight bytes at a time.
+// Keys are looked at sixteen bytes at a time.
 TEST(config_tree, each_byte_of_a_key) {
-    for (int byte = 0; byte < 256; ++byte) {
-        for (std::size_t place = 0; place < 19; ++place) {
-            std::string key(19, 'x'), name = key;
-            key[place] = static_cast<char>(byte);
-            name[place] = static_cast<char>(std::tolower(byte));
-            if (std::string("./\\").find(static_cast<char>(byte)) != std::string::npos) name.resize(place);
-            config_tree tree;
-            tree.set_node(ustring8(key), 1, 0);
-            EXPECT_EQ(name, tree.begin()->first) << byte << " " << place;
-            EXPECT_EQ(name.size() < 18, !tree.begin()->second->empty());
+    for (std::size_t const size : {1u, 3u, 4u, 7u, 8u, 9u, 15u, 16u, 17u, 32u, 35u}) {
+        for (std::size_t place = 0; place < size; ++place) {
+            for (int byte = 0; byte < 256; ++byte) {
+                std::string key(size, 'x'), name = key;
+                key[place] = static_cast<char>(byte);
+                name[place] = static_cast<char>(std::tolower(byte));
+                if (std::string("./\\").find(static_cast<char>(byte)) != std::string::npos) name.resize(place);
+                config_tree tree;
+                tree.set_node(ustring8(key), 1, 0);
+                ASSERT_EQ(name, tree.begin()->first) << byte << " " << place << " " << size;
+                ASSERT_EQ(name.size() + 1 < size, !tree.begin()->second->empty());
+            }
         }
     }
 }

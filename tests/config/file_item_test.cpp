@@ -336,6 +336,23 @@ TEST_F(ConfigFile, TextsBecomeNodesUnnoticed) {
     }
 }
 
+TEST_F(ConfigFile, TheLastTextOfAKeyCounts) {
+    std::mt19937 random(9);
+    for (unsigned int const most : {3u, 100u, 40000u, 70000u}) {
+        entry_map expected;
+        std::string text;
+        for (unsigned int i = 0; i < 200; ++i) {
+            std::string const key = "k" + std::to_string(random() % 9);
+            std::string const value(1 + random() % most, static_cast<char>('a' + i % 26));
+            expected[key] = value;
+            text += key + "=" + value + "\n";
+        }
+        file_item item = loaded(text);
+        item.load();
+        EXPECT_TRUE(entries_of(item.tree()) == expected) << most;
+    }
+}
+
 // What is not linear, but for a logarithm, takes hours here; recursion overflows the stack.
 TEST_F(ConfigFile, LargeFilesTakeLinearTime) {
     std::string keys, list = "list[]=0", deep = "a";
