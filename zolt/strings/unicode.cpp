@@ -226,35 +226,90 @@ from_32_to_16 utf32_to_utf16_core(from_32_to_16 at, wchar_t const* stop, wchar_t
 // ------------------------------------------------------------------------------------------------
 // The common frame
 
-// How much the rest of a text is likely to give, where `from` units have given `to`: a sixteenth more than
-// in proportion, but no more than it can. It may be more than a size_t holds.
+constexpr size_t piece = 512;
+constexpr size_t sample = 128;
+
+// The converted form of a text of up to `piece` units, or of the begin of a longer one.
 template <typename In, typename Out>
-uint64_t estimate(uint64_t left, size_t from, size_t to) {
-    uint64_t const likely = left * to / from;
-    return std::min(likely + likely / 16, left * growth<In, Out>);
+struct converted_piece {
+    alignas(64) Out block[growth<In, Out> * (piece + overrun) + spill];
+    cursor<In, Out> at;
+
+    converted_piece(In const* from, In const* end, core<In, Out> core) {
+        at = core({from, block}, static_cast<size_t>(end - from) > piece ? from + sample : end, end);
+    }
+
+    size_t size() const { return static_cast<size_t>(at.to - block); }
+};
+
+// Makes the string `size` units long and has `write(data)` write all behind those that it had; what it
+// returns becomes the number of its units.
+template <typename Text, typename Write>
+void overwrite(Text& text, size_t size, Write write) {
+#ifdef __cpp_lib_string_resize_and_overwrite
+    text.resize_and_overwrite(size, [&write](auto* data, size_t) { return write(data); });
+#else
+    text.resize(size);
+    text.resize(write(text.data()));
+#endif
 }
 
-// Appends the converted text to the empty `out`; false, with `out` unfinished, when the core gives up.
+// Converts as long as the worst that may come has room in front of `room_end`.
 template <typename In, typename Out>
-bool convert(std::basic_string<In> const& text, std::basic_string<Out>& out, core<In, Out> core) {
-    constexpr size_t piece = 4096;
-    alignas(64) Out block[growth<In, Out> * (piece + overrun) + spill / sizeof(Out)];
-    In const* const begin = text.data();
-    In const* const end = begin + text.size();
-    for (cursor<In, Out> at{begin, block}; at.from < end;) {
-        In const* const stop = at.left(end) > piece ? at.from + piece : end;
-        at.to = block;
-        at = core(at, stop, end);
-        if (!at.to) return false;
-        auto const count = static_cast<size_t>(at.to - block);
-        if (out.empty() && at.from < end) {
-            auto const converted = static_cast<size_t>(at.from - begin);
-            uint64_t const expected = count + estimate<In, Out>(at.left(end), converted, count);
-            out.reserve(static_cast<size_t>(std::min<uint64_t>(expected, out.max_size())));
+cursor<In, Out> convert_in_place(cursor<In, Out> at, Out const* room_end, In const* end, core<In, Out> core) {
+    constexpr size_t least = 64;
+    while (at.to && at.from < end) {
+        auto const room = static_cast<size_t>(room_end - at.to);
+        size_t const units = room > spill ? (room - spill) / growth<In, Out> : 0;
+        if (at.left(end) <= units) return core(at, end, end);
+        if (units < overrun + least) return at;
+        at = core(at, at.from + (units - overrun), end);
+    }
+    return at;
+}
+
+// The size of the whole text where `from` units have given `to` and `left` are still to come: a sixteenth
+// more than in proportion, but no more than they can give.
+template <typename In, typename Out>
+size_t estimate(std::basic_string<Out> const& out, size_t from, size_t left) {
+    uint64_t const likely = static_cast<uint64_t>(left) * out.size() / from;
+    uint64_t const most = static_cast<uint64_t>(left) * growth<In, Out>;
+    uint64_t const size = out.size() + std::min(likely + likely / 16, most) + spill;
+    return static_cast<size_t>(std::min<uint64_t>(std::max<uint64_t>(size, out.capacity()), out.max_size()));
+}
+
+// Appends the rest of a text to `out`, which has the begin; false, with `out` unfinished, when the core gives
+// up.
+template <typename In, typename Out>
+[[gnu::noinline]] bool convert_rest(In const* begin, In const* from, In const* end, std::basic_string<Out>& out,
+                                    core<In, Out> core) {
+    cursor<In, Out> at{from, nullptr};
+    while (at.from < end) {
+        if (at.left(end) > piece) {
+            size_t const size = estimate<In>(out, static_cast<size_t>(at.from - begin), at.left(end));
+            overwrite(out, size, [&, done = out.size()](Out* data) {
+                at = convert_in_place<In, Out>({at.from, data + done}, data + size, end, core);
+                return at.to ? static_cast<size_t>(at.to - data) : 0;
+            });
+            if (!at.to) return false;
         }
-        out.append(block, count);
+        converted_piece<In, Out> const converted(at.from, end, core);
+        if (!converted.at.to) return false;
+        out.append(converted.block, converted.size());
+        at.from = converted.at.from;
     }
     return true;
+}
+
+// Makes `out`, which is empty, the converted text; false, with `out` unfinished, when the core gives up.
+template <typename In, typename Out>
+bool convert(std::basic_string<In> const& text, std::basic_string<Out>& out, core<In, Out> core) {
+    In const* const begin = text.data();
+    In const* const end = begin + text.size();
+    converted_piece<In, Out> const first(begin, end, core);
+    if (!first.at.to) return false;
+    out = std::basic_string<Out>(first.block, first.size());
+    return first.at.from == end || convert_rest(begin, first.at.from, end, out, core);
 }
 
 template <typename Text>

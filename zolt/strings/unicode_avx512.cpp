@@ -233,16 +233,19 @@ ZOLT_AVX512_INLINE wchar_t* put_fours(__m512i bytes, wchar_t* to) {
     return to + 16;
 }
 
-// Whole windows of ASCII, up to where one begins at `stop` or behind it or another character stands.
+// Whole windows of ASCII, up to where one begins at `stop` or behind it or another character stands. The
+// first goes but so far that the others are written to whole cache lines.
 template <typename Out>
 ZOLT_AVX512_INLINE bool copy_ascii(cursor<char, Out>& at, char const* stop, char const* end) {
     char const* const begin = at.from;
+    size_t step = 64 - reinterpret_cast<std::uintptr_t>(at.to) % 64 / sizeof(Out);
     while (at.from < stop && at.left(end) >= 64) {
         __m512i const bytes = load(at.from);
         if (_mm512_movepi8_mask(bytes)) break;
         put_ascii(bytes, at.to);
-        at.from += 64;
-        at.to += 64;
+        at.from += step;
+        at.to += step;
+        step = 64;
     }
     return at.from != begin;
 }
@@ -435,12 +438,8 @@ ZOLT_AVX512_INLINE __m512i encode_pairs(__m512i last_two, __m512i units, __m512i
     return _mm512_mask_add_epi16(last, pairs.high, fields, k.pair_marks);
 }
 
-// A window of ASCII, and all pairs of such windows behind it.
-ZOLT_AVX512_INLINE void copy_ascii(from_16_to_8& at, window const& w, unsigned short const* stop,
-                                   unsigned short const* end) {
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.to), _mm512_cvtepi16_epi8(w.units));
-    at.from += w.count;
-    at.to += w.count;
+// Whole pairs of windows of ASCII.
+ZOLT_AVX512_INLINE void copy_ascii(from_16_to_8& at, unsigned short const* stop, unsigned short const* end) {
     __m512i const order = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
     for (; at.from < stop && at.left(end) >= 64; at.from += 64, at.to += 64) {
         __m512i const first = load(at.from), second = load(at.from + 32);
@@ -451,13 +450,18 @@ ZOLT_AVX512_INLINE void copy_ascii(from_16_to_8& at, window const& w, unsigned s
 
 ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short const* stop,
                                             unsigned short const* end) {
+    copy_ascii(at, stop, end);
+    if (at.from >= stop) return at;
     encoder_constants const k;
     while (at.from < stop) {
         size_t const left = at.left(end);
         window w = load_window(at.from, left);
         unit_classes c = classify(w.units, w.count);
         if (!c.not_ascii) {
-            copy_ascii(at, w, stop, end);
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.to), _mm512_cvtepi16_epi8(w.units));
+            at.from += w.count;
+            at.to += w.count;
+            copy_ascii(at, stop, end);
             continue;
         }
         __m512i last_two = last_two_bytes(w.units, c, k);

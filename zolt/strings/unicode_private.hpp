@@ -8,7 +8,7 @@
 // A core converts the characters that begin in [at.from, stop), reads no further than `end`, and returns
 // where it has come to in its input and in its output, or `stuck` where the whole text fails. It starts and
 // ends between characters. It may run past `stop` by less than `overrun` units of input, or come back
-// somewhat earlier, but never where it began; and it may write up to `spill` bytes of no meaning behind its
+// somewhat earlier, but never where it began; and it may write up to `spill` units of no meaning behind its
 // output.
 //
 // The portable cores are the definition. A vector core works in windows of the text; what it has no form
