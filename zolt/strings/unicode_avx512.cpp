@@ -78,6 +78,20 @@ ZOLT_AVX512_INLINE __m512i pinned(__m512i x) {
     return x;
 }
 
+// Whether a window takes the form for long characters: it does when it holds one and when one of the last
+// windows did, since in a mixed text nobody can foretell the next.
+class habit {
+public:
+    ZOLT_AVX512_INLINE bool keep(bool needed) {
+        m_last = m_last >> 1 | uint32_t{needed} << 8;
+        return m_last;
+    }
+    bool kept() const { return m_last; }
+
+private:
+    uint32_t m_last = 0; // a bit for each window
+};
+
 // ------------------------------------------------------------------------------------------------
 // From UTF-8
 
@@ -453,11 +467,17 @@ ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short cons
     copy_ascii(at, stop, end);
     if (at.from >= stop) return at;
     encoder_constants const k;
+    habit threes_or_pairs, threes;
     while (at.from < stop) {
         size_t const left = at.left(end);
         window w = load_window(at.from, left);
         unit_classes c = classify(w.units, w.count);
-        if (!c.not_ascii) {
+        if (!threes_or_pairs.keep(c.three)) {
+            if (c.not_ascii) {
+                at.to = put_two(last_two_bytes(w.units, c, k), c, at.to);
+                at.from += w.count;
+                continue;
+            }
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.to), _mm512_cvtepi16_epi8(w.units));
             at.from += w.count;
             at.to += w.count;
@@ -465,18 +485,16 @@ ZOLT_AVX512 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short cons
             continue;
         }
         __m512i last_two = last_two_bytes(w.units, c, k);
-        if (c.three) {
-            uint32_t const found = find_surrogates(w.units, k.top_bits, k.surrogate);
-            if (found) {
-                surrogates pairs;
-                if (!find_pairs(w, found, left, pairs, k.low_surrogate_bit)) return stuck<unsigned short, char>;
-                last_two = encode_pairs(last_two, w.units, load_before(at.from, w.count), pairs, k);
-                c.three &= ~found; // half a pair has two bytes
-                c.lanes &= low_bits(w.count);
-                c.not_ascii &= c.lanes;
-            }
+        uint32_t const found = find_surrogates(w.units, k.top_bits, k.surrogate);
+        if (found) {
+            surrogates pairs;
+            if (!find_pairs(w, found, left, pairs, k.low_surrogate_bit)) return stuck<unsigned short, char>;
+            last_two = encode_pairs(last_two, w.units, load_before(at.from, w.count), pairs, k);
+            c.three &= ~found; // half a pair has two bytes
+            c.lanes &= low_bits(w.count);
+            c.not_ascii &= c.lanes;
         }
-        at.to = c.three ? put_three(w.units, last_two, c, k, at.to) : put_two(last_two, c, at.to);
+        at.to = threes.keep(c.three) ? put_three(w.units, last_two, c, k, at.to) : put_two(last_two, c, at.to);
         at.from += w.count;
     }
     return at;
@@ -527,34 +545,39 @@ ZOLT_AVX512 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short c
 // ------------------------------------------------------------------------------------------------
 // From UTF-32
 
-ZOLT_AVX512_INLINE bool holds_surrogate(__m512i codes) {
-    __m512i const top_bits = _mm512_and_si512(codes, _mm512_set1_epi32(static_cast<int>(0xFFFFF800)));
-    return _mm512_cmpeq_epi32_mask(top_bits, _mm512_set1_epi32(0xD800));
+struct code_constants {
+    __m512i top_bits = pinned(all32(0xFFFFF800));
+    __m512i surrogate = pinned(all32(0xD800));
+    __m512i end = pinned(all32(0x110000));
+    __m512i four = pinned(all32(0x10000));
+    __m512i three = pinned(all32(0x800));
+    __m512i two = pinned(all32(0x80));
+    __m512i fields = pinned(_mm512_set1_epi64(0x20'26'2C'32'00'06'0C'12));
+    __m512i field_bits = pinned(all32(0x3F3F3F3F));
+    __m512i four_marks = pinned(all32(0x808080F0));
+    __m512i three_marks = pinned(all32(0x8080E000));
+    __m512i two_marks = pinned(all32(0x80C00000));
+
+    ZOLT_AVX512_INLINE code_constants() {}
+};
+
+ZOLT_AVX512_INLINE __mmask16 find_surrogate_codes(__m512i codes, code_constants const& k) {
+    return _mm512_cmpeq_epi32_mask(_mm512_and_si512(codes, k.top_bits), k.surrogate);
 }
 
-ZOLT_AVX512_INLINE uint32_t not_below(__m512i codes, int limit) {
-    return _mm512_cmpge_epu32_mask(codes, _mm512_set1_epi32(limit));
+// Up to 16 codes below 0x110000, none a surrogate. A byte that is not wanted is 0 in the end.
+ZOLT_AVX512_INLINE char* put_four(window const& w, code_constants const& k, char* to) {
+    __m512i marks = _mm512_mask_mov_epi32(k.four_marks, _mm512_cmplt_epu32_mask(w.units, k.four), k.three_marks);
+    marks = _mm512_mask_mov_epi32(marks, _mm512_cmplt_epu32_mask(w.units, k.three), k.two_marks);
+    __m512i const fields = _mm512_multishift_epi64_epi8(k.fields, w.units);
+    __m512i x = _mm512_ternarylogic_epi32(fields, k.field_bits, marks, 0xEA);
+    x = _mm512_mask_slli_epi32(x, _mm512_cmplt_epu32_mask(w.units, k.two), w.units, 24);
+    uint64_t const last = 0x8888888888888888 & low_bits_64(4 * w.count); // it may be 0 and wanted
+    return put_bytes(x, _mm512_test_epi8_mask(x, x) | last, to);
 }
 
-// Up to 16 codes below 0x110000, none a surrogate.
-ZOLT_AVX512_INLINE char* put_four(window const& w, char* to) {
-    __m512i const shifts = _mm512_set1_epi64(0x20'26'2C'32'00'06'0C'12);
-    __m512i const fields = _mm512_multishift_epi64_epi8(shifts, w.units);
-    __m512i x = _mm512_ternarylogic_epi32(fields, all32(0x3F3F3F3F), all32(0x808080F0), 0xEA);
-    uint32_t const four = not_below(w.units, 0x10000), three = not_below(w.units, 0x800),
-                   two = not_below(w.units, 0x80);
-    x = _mm512_mask_or_epi32(x, _cvtu32_mask16(three & ~four), x, all32(0x6000));
-    x = _mm512_mask_or_epi32(x, _cvtu32_mask16(two & ~three), x, all32(0x400000));
-    x = _mm512_mask_slli_epi32(x, _cvtu32_mask16(~two), w.units, 24);
-    uint64_t const kept = spread(four, 0x1111111111111111) | spread(three, 0x2222222222222222) |
-                          spread(two, 0x4444444444444444) | spread(low_bits(w.count), 0x8888888888888888);
-    return put_bytes(x, kept, to);
-}
-
-// 32 codes, narrowed to UTF-16; false with nothing written when one has no single unit there.
-ZOLT_AVX512_INLINE bool put_units(wchar_t const* from, encoder_constants const& k, char*& to) {
-    __m512i const first = load(from), second = load(from + 16);
-    if (not_below(_mm512_max_epu32(first, second), 0x10000)) return false;
+// 32 codes below 0x10000, by way of UTF-16; false with nothing written when one is a surrogate.
+ZOLT_AVX512_INLINE bool put_units(__m512i first, __m512i second, encoder_constants const& k, char*& to) {
     __m512i const order = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
     __m512i const units = _mm512_permutexvar_epi64(order, _mm512_packus_epi32(first, second));
     unit_classes const c = classify(units, 32);
@@ -571,52 +594,70 @@ ZOLT_AVX512_INLINE bool put_units(wchar_t const* from, encoder_constants const& 
 }
 
 // A window of any codes; false where one is a surrogate.
-ZOLT_AVX512_INLINE bool convert_window(from_32_to_8& at, wchar_t const* end) {
+ZOLT_AVX512_INLINE bool convert_window(from_32_to_8& at, wchar_t const* end, code_constants const& k) {
     window const w = load_window(at.from, at.left(end));
-    if (holds_surrogate(w.units)) return false;
-    if (not_below(w.units, 0x110000)) {
+    if (find_surrogate_codes(w.units, k)) return false;
+    if (_mm512_cmpge_epu32_mask(w.units, k.end)) {
         at = portable_cores.utf32_to_utf8(at, at.from + w.count, end);
     } else {
-        at.to = put_four(w, at.to);
+        at.to = put_four(w, k, at.to);
         at.from += w.count;
     }
     return at.to != nullptr;
 }
 
 ZOLT_AVX512 from_32_to_8 utf32_to_utf8_core(from_32_to_8 at, wchar_t const* stop, wchar_t const* end) {
+    code_constants const codes;
     if (at.left(end) >= 32) { // else the constants are not worth making
         encoder_constants const k;
+        habit fours;
         while (at.from < stop && at.left(end) >= 32) {
-            if (put_units(at.from, k, at.to)) {
+            __m512i const first = load(at.from), second = load(at.from + 16);
+            if (!fours.keep(_mm512_cmpge_epu32_mask(_mm512_max_epu32(first, second), codes.four))) {
+                if (!put_units(first, second, k, at.to)) return stuck<wchar_t, char>;
                 at.from += 32;
-            } else if (!convert_window(at, end) || !convert_window(at, end)) {
+            } else if (!convert_window(at, end, codes) || !convert_window(at, end, codes)) {
                 return stuck<wchar_t, char>;
             }
         }
     }
     while (at.from < stop) {
-        if (!convert_window(at, end)) return stuck<wchar_t, char>;
+        if (!convert_window(at, end, codes)) return stuck<wchar_t, char>;
     }
     return at;
 }
 
+// 32 codes of one unit each; false with nothing written when one is of another kind.
+ZOLT_AVX512_INLINE bool put_single_units(from_32_to_16& at, __m512i first_pair, code_constants const& k) {
+    __m512i const first = load(at.from), second = load(at.from + 16);
+    __mmask16 const surrogates = _kor_mask16(find_surrogate_codes(first, k), find_surrogate_codes(second, k));
+    if (_kor_mask16(surrogates, _mm512_cmpge_epu32_mask(_mm512_max_epu32(first, second), first_pair))) return false;
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.to), _mm512_cvtepi32_epi16(first));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.to + 16), _mm512_cvtepi32_epi16(second));
+    at.from += 32;
+    at.to += 32;
+    return true;
+}
+
 ZOLT_AVX512 from_32_to_16 utf32_to_utf16_core(from_32_to_16 at, wchar_t const* stop, wchar_t const* end) {
+    __m512i const first_pair = all32(0xFFFF), low_bits_moved = all32(0x03FF0000), halves = all32(0xDC00D800);
+    code_constants const k;
+    habit pairs_too;
     while (at.from < stop) {
+        if (!pairs_too.kept() && at.left(end) >= 32 && put_single_units(at, first_pair, k)) continue;
         window const w = load_window(at.from, at.left(end));
-        auto const pairs = static_cast<__mmask16>(not_below(w.units, 0xFFFF));
-        if (holds_surrogate(w.units)) return stuck<wchar_t, unsigned short>;
-        if (!pairs) {
+        __mmask16 const wrong =
+            _kor_mask16(find_surrogate_codes(w.units, k), _mm512_cmpge_epu32_mask(w.units, k.end));
+        if (wrong) return stuck<wchar_t, unsigned short>;
+        uint32_t const pairs = _mm512_cmpge_epu32_mask(w.units, first_pair);
+        if (!pairs_too.keep(pairs)) {
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(at.to), _mm512_cvtepi32_epi16(w.units));
             at.to += w.count;
         } else {
-            if (not_below(w.units, 0x110000)) return stuck<wchar_t, unsigned short>;
-            __m512i const high = _mm512_srli_epi32(w.units, 10);
-            __m512i const low = _mm512_and_si512(_mm512_slli_epi32(w.units, 16), _mm512_set1_epi32(0x03FF0000));
-            __m512i const pair =
-                _mm512_or_si512(_mm512_add_epi32(high, _mm512_set1_epi32(0xD800)),
-                                _mm512_or_si512(low, _mm512_set1_epi32(static_cast<int>(0xDC000000))));
-            __m512i const x = _mm512_mask_mov_epi32(w.units, pairs, pair);
-            uint32_t const kept = (_mm512_test_epi16_mask(x, x) | 0x55555555) & low_bits(2 * w.count);
+            __m512i const low = _mm512_slli_epi32(w.units, 16), high = _mm512_srli_epi32(w.units, 10);
+            __m512i const fields = _mm512_ternarylogic_epi32(high, low, low_bits_moved, 0xF8);
+            __m512i const x = _mm512_mask_add_epi32(w.units, _cvtu32_mask16(pairs), fields, halves);
+            uint32_t const kept = _pdep_u32(pairs, 0xAAAAAAAA) | (0x55555555 & low_bits(2 * w.count));
             store(at.to, _mm512_maskz_compress_epi16(kept, x));
             at.to += std::popcount(kept);
         }
