@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// A conversion works in pieces of a few thousand units: a core turns one piece into a block on the stack,
-// which stays in the first-level cache, and the block is appended. So the result is written once (no
-// counting, no filling with zeros beforehand), and a core never asks whether its output has room. A text of
-// one piece is assigned as it is; of a longer one the first piece tells how much to reserve.
+// A short text is converted into a block on the stack and copied from there, so that the result has no room
+// to spare. Of a longer one the first characters tell how much the rest is likely to give; that goes straight
+// into the result's memory as long as the worst that may come has room, and what is then left over goes by
+// the block again.
 //
 // The cores here are portable; unicode_private.hpp tells what a core is and chooses among them.
 #include <zolt/strings/unicode.hpp>
@@ -298,6 +298,7 @@ template <typename In, typename Out>
         out.append(converted.block, converted.size());
         at.from = converted.at.from;
     }
+    if (out.capacity() / 2 > out.size()) out.shrink_to_fit(); // its begin was not like the rest
     return true;
 }
 
