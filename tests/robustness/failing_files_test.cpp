@@ -28,7 +28,7 @@ namespace {
 // What the calls do from now on; everything is let through at first.
 struct behaviour {
     std::size_t bytes_a_call = SSIZE_MAX;
-    bool interrupted = false; // every second call fails with EINTR
+    bool interrupted = false;                                         // every second call fails with EINTR
     std::size_t ends_after = std::numeric_limits<std::size_t>::max(); // bytes, over all calls
     int end_error = 0;                                                // 0: end of the file
     bool opens_directories = true;
@@ -71,13 +71,13 @@ public:
 
 extern "C" {
 ssize_t read(int descriptor, void* buffer, std::size_t size) {
-    return transfer(size, [=](std::size_t count) { return real<decltype(read)>("read")(descriptor, buffer, count); });
+    return transfer(size,
+                    [=](std::size_t count) { return real<decltype(read)>("read")(descriptor, buffer, count); });
 }
 
 ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t place) {
-    return transfer(size, [=](std::size_t count) {
-        return real<decltype(pread)>("pread")(descriptor, buffer, count, place);
-    });
+    return transfer(
+        size, [=](std::size_t count) { return real<decltype(pread)>("pread")(descriptor, buffer, count, place); });
 }
 
 ssize_t pread64(int descriptor, void* buffer, std::size_t size, off64_t place) {
@@ -87,7 +87,8 @@ ssize_t pread64(int descriptor, void* buffer, std::size_t size, off64_t place) {
 }
 
 ssize_t write(int descriptor, void const* buffer, std::size_t size) {
-    return transfer(size, [=](std::size_t count) { return real<decltype(write)>("write")(descriptor, buffer, count); });
+    return transfer(size,
+                    [=](std::size_t count) { return real<decltype(write)>("write")(descriptor, buffer, count); });
 }
 
 DIR* opendir(char const* name) {

@@ -102,8 +102,8 @@ script const scripts[] = {
     {"conversions",
      []() -> std::string {
          ustring8 const text(long_text);
-         return strings::utf32_to_utf8(strings::utf8_to_utf32(
-             strings::utf16_to_utf8(strings::utf32_to_utf16(strings::utf16_to_utf32(strings::utf8_to_utf16(text))))));
+         return strings::utf32_to_utf8(strings::utf8_to_utf32(strings::utf16_to_utf8(
+             strings::utf32_to_utf16(strings::utf16_to_utf32(strings::utf8_to_utf16(text))))));
      }},
     {"code pages",
      []() -> std::string {
@@ -153,13 +153,15 @@ script const scripts[] = {
          i18n::message_catalogs catalogs;
          auto const result = catalogs.load(file.name(), "en_GB");
          i18n::message_catalogs const copy(catalogs);
-         return result.message() + copy.message("a catalog with a long name", "a message with a long name")
+         return result.message() +
+                copy.message("a catalog with a long name", "a message with a long name")
                     .as_string(generic::varg_list(generic::argument("number", 3), generic::argument("size", 5e6)));
      }},
     {"configuration",
      []() -> std::string {
-         static temporary_file const file("[section_with_a_long_name]\nkey = value that is stored in full length\n"
-                                          "list[] = 1, 2, \"three and the rest of it\"\nother.key.below = $reference\n");
+         static temporary_file const file(
+             "[section_with_a_long_name]\nkey = value that is stored in full length\n"
+             "list[] = 1, 2, \"three and the rest of it\"\nother.key.below = $reference\n");
          static char const* const arguments[] = {"/usr/bin/program", "--section.key=from the command line"};
          config::config_manager manager;
          manager.init(config::std_config_dispatch(2, arguments, nullptr, file.name(), ustring8()));
@@ -201,13 +203,15 @@ script const scripts[] = {
     {"labeled buffers",
      []() -> std::string {
          serialization::labeled_text_buffer buffer;
-         buffer.create_group("a-group-with-a-long-name").add_value("a-label-with-a-long-name", types::variant(long_text));
+         buffer.create_group("a-group-with-a-long-name")
+             .add_value("a-label-with-a-long-name", types::variant(long_text));
          serialization::labeled_text_buffer const read(buffer.as_str());
          serialization::labeled_text_buffer merged(read);
          merged.overlay(buffer);
          return merged.as_str();
      }},
-    {"directories", []() -> std::string {
+    {"directories",
+     []() -> std::string {
          std::vector<ustring8> names;
          std::string all;
          system::get_directory_files(ustring8("/proc/self/attr"), names);
@@ -260,9 +264,10 @@ TEST(failing_memory, a_failed_assignment_leaves_the_old_value) {
         for (auto const& each : list) all += each.name() + "=" + each.value().as_string() + ";";
         return all;
     };
-    assigns_wholly(generic::varg_list(generic::argument("a", 1)),
-                   generic::varg_list(generic::argument("a", text), generic::argument("the second argument's name", 2)),
-                   of_list);
+    assigns_wholly(
+        generic::varg_list(generic::argument("a", 1)),
+        generic::varg_list(generic::argument("a", text), generic::argument("the second argument's name", 2)),
+        of_list);
 
     auto const of_message = [](i18n::message_t const& message) {
         std::string all = message.name();

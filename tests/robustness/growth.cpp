@@ -98,35 +98,43 @@ work buffer_round_trip(std::size_t n) {
 
 // In the order of the folders.
 task const tasks[] = {
-    {"utf8", [](std::size_t n) {
+    {"utf8",
+     [](std::size_t n) {
          return reading<[](ustring8 const& t) {
              strings::utf16_to_utf8(strings::utf32_to_utf16(strings::utf8_to_utf32(t)));
              strings::utf32_to_utf8(strings::utf16_to_utf32(strings::utf8_to_utf16(t)));
          }>(repeated("a\xC3\xA4\xE2\x82\xAC", n));
      }},
-    {"malformed utf8", [](std::size_t n) {
+    {"malformed utf8",
+     [](std::size_t n) {
          return reading<[](ustring8 const& t) { strings::utf8_to_utf32(t); }>(repeated("\xE2\x82", n));
      }},
-    {"character_index", [](std::size_t n) {
-         return reading<[](ustring8 const& t) { strings::character_index(t, t.size() / 2 - 1); }>(repeated("\xC3\xA4", n));
+    {"character_index",
+     [](std::size_t n) {
+         return reading<[](ustring8 const& t) { strings::character_index(t, t.size() / 2 - 1); }>(
+             repeated("\xC3\xA4", n));
      }},
-    {"code page", [](std::size_t n) {
+    {"code page",
+     [](std::size_t n) {
          return reading<[](ustring8 const& t) {
              strings::code_page const page(strings::code_page::cp932);
              page.as_utf8(page.encode(t));
          }>(repeated("a\xE2\x82\xAC\xFF", n));
      }},
-    {"replace_all", [](std::size_t n) {
+    {"replace_all",
+     [](std::size_t n) {
          return reading<[](ustring8 const& t) {
              ustring8 text(t);
              strings::replace_all(text, ustring8("a"), ustring8("bcd"));
              strings::split_string(text, ustring8("b"));
          }>(repeated("ab", n));
      }},
-    {"integer", [](std::size_t n) {
+    {"integer",
+     [](std::size_t n) {
          return reading<[](ustring8 const& t) { types::variant(t).as_int64(); }>(repeated("9", n));
      }},
-    {"double", [](std::size_t n) {
+    {"double",
+     [](std::size_t n) {
          return reading<[](ustring8 const& t) { generic::convert::str_to_double(t); }>("0." + repeated("3", n));
      }},
     {"elements", [](std::size_t n) { return reading<tokenize>(repeated("<b c='d'>e &amp; f<!--g--></b>\n", n)); }},
@@ -134,13 +142,15 @@ task const tasks[] = {
     {"nested elements", [](std::size_t n) { return reading<tokenize>(repeated("<b>", n)); }},
     {"unclosed comment", [](std::size_t n) { return reading<tokenize>(repeated("<!--", n)); }},
     {"bare references", [](std::size_t n) { return reading<tokenize>(repeated("&amp;&#x41;", n)); }},
-    {"messages", [](std::size_t n) {
-         return reading<load_catalog>(numbered("<msg name='m", "'>a <arg name='b' type='int' base='hex'/> c</msg>", n));
+    {"messages",
+     [](std::size_t n) {
+         return reading<load_catalog>(
+             numbered("<msg name='m", "'>a <arg name='b' type='int' base='hex'/> c</msg>", n));
      }},
-    {"one message", [](std::size_t n) {
-         return reading<load_catalog>("<msg name='m'>" + repeated("a  <br/>", n) + "</msg>");
-     }},
-    {"rendering", [](std::size_t n) -> work {
+    {"one message",
+     [](std::size_t n) { return reading<load_catalog>("<msg name='m'>" + repeated("a  <br/>", n) + "</msg>"); }},
+    {"rendering",
+     [](std::size_t n) -> work {
          i18n::message_t::items_type items;
          for (std::size_t i = 0; i < n; ++i) {
              items.emplace_back(ustring8("a\1base\1hex\1"), i18n::message_item::int_);
@@ -150,19 +160,24 @@ task const tasks[] = {
              message.as_utf8(generic::varg_list(generic::argument("a", 77)));
          };
      }},
-    {"configuration", [](std::size_t n) -> work {
+    {"configuration",
+     [](std::size_t n) -> work {
          std::string const text = numbered("[s", "]\nk = v\nl[] = 1, 2, \"3\"\n# c\n", n);
          return [text] { load_configuration(file_of(text)); };
      }},
-    {"one array", [](std::size_t n) -> work {
+    {"one array",
+     [](std::size_t n) -> work {
          return [text = "a[] = " + numbered("x", ",", n)] { load_configuration(file_of(text)); };
      }},
-    {"one key", [](std::size_t n) -> work {
+    {"one key",
+     [](std::size_t n) -> work {
          return [text = repeated("a.", n) + "a = 1"] { load_configuration(file_of(text)); };
      }},
-    {"references", [](std::size_t n) -> work {
+    {"references",
+     [](std::size_t n) -> work {
          std::string text;
-         for (std::size_t i = 0; i < n; ++i) text += "k" + std::to_string(i) + " = $k" + std::to_string(i + 1) + "\n";
+         for (std::size_t i = 0; i < n; ++i)
+             text += "k" + std::to_string(i) + " = $k" + std::to_string(i + 1) + "\n";
          return [text] {
              config::config_manager manager;
              manager.init(config::std_config_dispatch(0, nullptr, nullptr, file_of(text), ustring8()));
@@ -170,14 +185,16 @@ task const tasks[] = {
              manager.get_value("k0", types::nil);
          };
      }},
-    {"saving", [](std::size_t n) -> work {
+    {"saving",
+     [](std::size_t n) -> work {
          auto item = std::make_shared<config::file_item>(file_of(""));
          for (std::size_t i = 0; i < n; ++i) {
              item->set(ustring8("s.k" + std::to_string(i)), types::variant("a, b # c"), 0);
          }
          return [item] { item->save(); };
      }},
-    {"command line", [](std::size_t n) -> work {
+    {"command line",
+     [](std::size_t n) -> work {
          return [texts = std::vector<std::string>(n, "--a.b=c,d"), n] {
              std::vector<char const*> arguments{"program"};
              for (auto const& text : texts) arguments.push_back(text.c_str());
@@ -186,12 +203,14 @@ task const tasks[] = {
      }},
     {"text buffer", buffer_round_trip<serialization::serialize_text_buf>},
     {"binary buffer", buffer_round_trip<serialization::serialize_binary_buf>},
-    {"labeled entries", [](std::size_t n) -> work {
+    {"labeled entries",
+     [](std::size_t n) -> work {
          serialization::labeled_text_buffer buffer;
          for (std::size_t i = 0; i < n; ++i) buffer.add_value("label" + std::to_string(i), types::variant("v"));
          return reading<overlay>(buffer.as_str());
      }},
-    {"labeled groups", [](std::size_t n) -> work {
+    {"labeled groups",
+     [](std::size_t n) -> work {
          serialization::labeled_text_buffer buffer;
          serialization::labeled_text_buffer* group = &buffer;
          for (std::size_t i = 0; i < n; ++i) group = &group->create_group("g");

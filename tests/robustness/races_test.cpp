@@ -23,8 +23,9 @@ using strings::ustring8;
 TEST(races, threads_with_objects_of_their_own) {
     ustring8 const prefix("/tmp/zolt_races_" + std::to_string(::getpid()) + "_");
     ustring8 const catalog_file(prefix + "catalog");
-    system::store_file(catalog_file, ustring8("<?xml version='1.0'?><xmc version='1.1'><catalog name='c' lang='en'>"
-                                              "<msg name='m'>Copied <arg name='n' type='int'/>.</msg></catalog></xmc>"));
+    system::store_file(catalog_file,
+                       ustring8("<?xml version='1.0'?><xmc version='1.1'><catalog name='c' lang='en'>"
+                                "<msg name='m'>Copied <arg name='n' type='int'/>.</msg></catalog></xmc>"));
     i18n::message_catalogs catalogs;
     ASSERT_EQ(catalogs.load(catalog_file, "en").code(), i18n::message_catalogs::no_error);
     std::filesystem::remove(std::string(catalog_file));
@@ -40,8 +41,8 @@ TEST(races, threads_with_objects_of_their_own) {
             } catch (exceptions::exception const& fault) {
                 expect(fault.where.line != 0);
             }
-            for (auto const type : {strings::code_page::cp1252, strings::code_page::koi8_r, strings::code_page::cp932,
-                                    strings::code_page::utf_8}) {
+            for (auto const type : {strings::code_page::cp1252, strings::code_page::koi8_r,
+                                    strings::code_page::cp932, strings::code_page::utf_8}) {
                 strings::code_page const page(type);
                 expect(page.as_utf8(page.encode(ustring8("plain"))) == "plain");
             }

@@ -184,6 +184,7 @@ public:
 
 private:
     [[gnu::noinline]] static ustring8 const& first_of_length(ustring8& held, std::string_view text) {
+        held.reserve(15); // room for 16 bytes with the NUL
         held.assign(text);
         return held;
     }

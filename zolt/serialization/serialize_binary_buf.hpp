@@ -67,13 +67,13 @@ public:
 
 private:
     template <typename Stored>
-    void append_image(Stored value) {
+    __attribute__((visibility("hidden"))) void append_image(Stored value) {
         std::memcpy(m_content.append(sizeof value), &value, sizeof value);
     }
     template <typename Stored>
-    Stored take_value() const;
+    __attribute__((visibility("hidden"))) Stored take_value() const;
     template <typename Stored>
-    Stored next_value() const {
+    __attribute__((visibility("hidden"))) Stored next_value() const {
         return at_end() ? Stored{} : take_value<Stored>();
     }
     std::string_view next_string() const;
