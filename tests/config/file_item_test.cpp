@@ -322,7 +322,7 @@ TEST_F(ConfigFile, RandomTreesAndTextsComeBack) {
 
 // The longest text that is kept without a node is of 65535 bytes.
 TEST_F(ConfigFile, TextsBecomeNodesUnnoticed) {
-    for (std::size_t const size : {1, 65535, 65536, 70000}) {
+    for (std::size_t const size : {1u, 65535u, 65536u, 70000u}) {
         std::string const key(size, 'k'), text(size, 't');
         file_item item = loaded(key + "=1\na=0\na=" + text + "\n" + key + "=2");
         file_item const copy = item;
