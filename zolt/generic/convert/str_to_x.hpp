@@ -31,8 +31,8 @@
 // Kept: for `automatic` a backslash stands for the leading zero: "\\x1F" reads as 31, "\\17" as 15.
 // Kept: "08" reads as 0 with `automatic`, since 8 is no octal digit; so do "0x" and "0b".
 //
-// Nothing is allocated unless an exception is thrown; each unit is read once. No function depends on
-// the locale but is_space, and through it the blanks in front of a number.
+// Nothing is allocated unless an exception is thrown; a text is read in one pass, an unusual one in two.
+// No function depends on the locale but is_space, and through it the blanks in front of a number.
 #pragma once
 
 #include <zolt/export.hpp>
