@@ -11,6 +11,7 @@
 
 #include <zolt/generic/convert/str_to_x.hpp>
 #include <zolt/parser/xml_scan_private.hpp>
+#include <zolt/strings/text_builder_private.hpp>
 #include <zolt/strings/unicode.hpp>
 #include <zolt/types/radix.hpp>
 
@@ -206,40 +207,6 @@ private:
 
 //--------------------------------------------------------------------------------------------------
 
-// A text with references is put together here.
-class decoded_text {
-public:
-    void clear() noexcept { m_size = 0; }
-
-    void add(char c) {
-        if (m_size == m_bytes.size()) grow(1);
-        m_bytes[m_size++] = c;
-    }
-
-    // The bytes up to `readable_end` can be read.
-    void add(std::string_view text, char const* readable_end) {
-        if (text.size() + 16 > m_bytes.size() - m_size) grow(text.size() + 16);
-        char* const to = m_bytes.data() + m_size;
-        if (text.size() <= 16 && readable_end - text.data() >= 16) {
-            std::memcpy(to, text.data(), 16);
-        } else {
-            std::memcpy(to, text.data(), text.size());
-        }
-        m_size += text.size();
-    }
-
-    std::string_view view() const noexcept { return {m_bytes.data(), m_size}; }
-    char const* readable_end() const noexcept { return m_bytes.data() + m_bytes.size(); }
-
-private:
-    [[gnu::noinline]] void grow(std::size_t wanted) { m_bytes.resize(2 * m_size + wanted + 64); }
-
-    std::string m_bytes; // the text and room for more
-    std::size_t m_size = 0;
-};
-
-//--------------------------------------------------------------------------------------------------
-
 class scanner {
 public:
     scanner(xml_parser const& callbacks, place first, place last)
@@ -305,7 +272,7 @@ private:
     _private::run_finder m_runs;
     text_holder m_texts;
     text_holder m_names; // of attributes, which are reported together with a text
-    decoded_text m_decoded;
+    strings::_private::text_builder m_decoded; // a text with references
     ustring8 const m_blank = " "; // what most runs of whitespace are
 };
 
@@ -443,7 +410,7 @@ place scanner::parse_attribute(place at) {
 place scanner::decode_attrib_value(place start, place at, char quote) {
     m_decoded.clear();
     for (;;) {
-        m_decoded.add(between(start, at), m_last);
+        m_decoded.add(between(start, at));
         expect_more(at);
         if (*at == quote) return at + 1;
         start = at;
@@ -478,13 +445,13 @@ place scanner::parse_text(place at) {
 // A text with a reference or a fault at `at`.
 place scanner::decode_text(place start, place at) {
     m_decoded.clear();
-    m_decoded.add(between(start, at), m_last);
+    m_decoded.add(between(start, at));
     while (at != m_last && *at == '&') {
         char decoded;
         start = parse_character(at, decoded);
         m_decoded.add(decoded);
         at = m_runs.find<&run_ends::text>(start);
-        m_decoded.add(between(start, at), m_last);
+        m_decoded.add(between(start, at));
     }
     if (at != m_last && *at == '>') fail_here(at);
     auto const& callback = m_callbacks.on_character;

@@ -22,6 +22,7 @@
 
 #include <zolt/exceptions/exception.hpp>
 #include <zolt/strings/unicode.hpp>
+#include <zolt/strings/unicode_private.hpp>
 
 #include <algorithm>
 #include <array>
@@ -362,8 +363,6 @@ struct walk {
     size_t left() const { return static_cast<size_t>(end - in); }
 };
 
-bool is_wide_possible() { return __builtin_cpu_supports("avx2"); }
-
 #define ZOLT_WIDE [[gnu::target("avx2,popcnt")]]
 
 ZOLT_WIDE inline __m256i load(char const* from) {
@@ -446,7 +445,7 @@ ZOLT_WIDE walk decode_wide(page_table const& page, walk at) {
 std::string decode(page_table const& page, std::string const& bytes) {
     constexpr size_t block = 4096;
     char buffer[3 * block + sizeof(__m256i)];
-    bool const wide = is_wide_possible();
+    bool const wide = _private::can_run_avx2();
     std::string text;
     for (size_t done = 0; done < bytes.size();) {
         size_t const count = std::min(block, bytes.size() - done);
@@ -600,7 +599,7 @@ ZOLT_WIDE walk encode_wide(page_table const& page, walk at) {
 // False when the text holds anything that is not in the table.
 bool encode(page_table const& page, std::string const& text, std::string& bytes) {
     constexpr int some = 16; // characters, before the next attempt with many at once
-    bool const wide = is_wide_possible();
+    bool const wide = _private::can_run_avx2();
     bytes.resize(text.size());
     walk at{text.data(), text.data() + text.size(), bytes.data()};
     while (at.in != at.end) {

@@ -9,6 +9,7 @@
 // The cores here are portable; unicode_private.hpp tells what a core is and chooses among them.
 #include <zolt/strings/unicode.hpp>
 
+#include <zolt/strings/overwrite_private.hpp>
 #include <zolt/strings/unicode_private.hpp>
 
 #include <zolt/debug/assert.hpp>
@@ -241,18 +242,6 @@ struct converted_piece {
 
     size_t size() const { return static_cast<size_t>(at.to - block); }
 };
-
-// Makes the string `size` units long and has `write(data)` write all behind those that it had; what it
-// returns becomes the number of its units.
-template <typename Text, typename Write>
-void overwrite(Text& text, size_t size, Write write) {
-#ifdef __cpp_lib_string_resize_and_overwrite
-    text.resize_and_overwrite(size, [&write](auto* data, size_t) { return write(data); });
-#else
-    text.resize(size);
-    text.resize(write(text.data()));
-#endif
-}
 
 // Converts as long as the worst that may come has room in front of `room_end`.
 template <typename In, typename Out>

@@ -12,6 +12,7 @@
 
 #include <zolt/exceptions/exception.hpp>
 #include <zolt/generic/convert/x_to_str.hpp>
+#include <zolt/strings/overwrite_private.hpp>
 #include <zolt/strings/unicode.hpp>
 #include <zolt/system/io_private.hpp>
 
@@ -103,26 +104,13 @@ private:
                                     "system/file_utility", "load_file");
 }
 
-/// Makes the string `size` bytes long and has `write(data)` write all of them.
-template <typename Write>
-void overwrite(std::string& content, std::size_t size, Write write) {
-#ifdef __cpp_lib_string_resize_and_overwrite
-    content.resize_and_overwrite(size, [&write, size](char* data, std::size_t) { // g++ 12 gives its own size
-        write(data);
-        return size;
-    });
-#else
-    content.resize(size);
-    write(content.data());
-#endif
-}
-
 /// Fills the string with the first `size` bytes of the file, and tells how many there were.
 std::size_t read_beginning(open_file const& file, std::size_t size, std::string& content) {
     std::size_t got = 0;
-    overwrite(content, size, [&](char* data) {
+    strings::_private::overwrite(content, size, [&](char* data) {
         got = file.read_at(0, data, size);
         std::memset(data + got, 0, size - got); // it has become shorter, or cannot be read
+        return size;
     });
     return got;
 }

@@ -15,12 +15,12 @@
 #include <zolt/i18n/catalog.hpp>
 #include <zolt/i18n/locale_id_private.hpp>
 #include <zolt/strings/string_utility.hpp>
+#include <zolt/strings/text_builder_private.hpp>
 #include <zolt/system/file_utility.hpp>
 #include <zolt/system/io_private.hpp>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <iterator>
 #include <optional>
 #include <string_view>
@@ -94,55 +94,6 @@ message_item::type_t type_of(string_view text) {
     if (!known) known = find_type(strings::to_lower(ustring8(text)));
     return known ? known->type : message_item::string;
 }
-
-/// A text that grows by a few bytes at a time, for which a call to string::append takes longer than the copy.
-class text_builder {
-public:
-    void clear() noexcept { m_size = 0; }
-    void shorten(std::size_t size) noexcept { m_size = size; }
-    std::size_t size() const noexcept { return m_size; }
-    char const* data() const noexcept { return m_bytes.data(); }
-    char back() const noexcept { return m_bytes[m_size - 1]; }
-
-    void add(char c) {
-        if (m_size == m_bytes.size()) grow(1);
-        m_bytes[m_size++] = c;
-    }
-
-    void add(string_view text) {
-        std::size_t const size = text.size();
-        if (size > m_bytes.size() - m_size) grow(size);
-        char* const to = m_bytes.data() + m_size;
-        m_size += size;
-        if (size > 16 || size < 4) return copy_rare(to, text);
-        if (size >= 8) return copy_ends<8>(to, text);
-        copy_ends<4>(to, text);
-    }
-
-private:
-    // The first and the last bytes, which overlap unless there are twice as many.
-    template <std::size_t Bytes>
-    static void copy_ends(char* to, string_view text) noexcept {
-        char first[Bytes], last[Bytes];
-        std::memcpy(first, text.data(), Bytes);
-        std::memcpy(last, text.data() + text.size() - Bytes, Bytes);
-        std::memcpy(to, first, Bytes);
-        std::memcpy(to + text.size() - Bytes, last, Bytes);
-    }
-
-    static void copy_rare(char* to, string_view text) noexcept {
-        if (text.size() > 16) {
-            std::memcpy(to, text.data(), text.size());
-        } else {
-            for (char const c : text) *to++ = c;
-        }
-    }
-
-    [[gnu::noinline]] void grow(std::size_t wanted) { m_bytes.resize(2 * m_size + wanted + 64); }
-
-    std::string m_bytes; // the text and room for more
-    std::size_t m_size = 0;
-};
 
 } // namespace
 
@@ -229,7 +180,7 @@ private:
         m_start = m_text.size();
     }
 
-    text_builder m_text;
+    strings::_private::text_builder m_text;
     std::vector<piece> m_pieces;
     std::size_t m_start = 0; ///< of the piece that is being read
     message_item::type_t m_type = message_item::string;
