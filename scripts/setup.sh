@@ -21,6 +21,7 @@ packages=(
     libcli11-dev                # command line of the zolt program
     gettext libxml2-utils       # tests that compare with msgfmt and check XML
     valgrind                    # counts instructions for the growth tests
+    gdb                         # shows objects in the test of its printers
 )
 if [ "$(dpkg --print-architecture)" = amd64 ]; then
     packages+=(g++-multilib)    # the 32-bit build
