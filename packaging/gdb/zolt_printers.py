@@ -45,6 +45,8 @@ def members(value, layout, *paths):
     """Numbers: what is in memory by its layout, else the members of these names."""
     if value.address is not None:
         return Memory(value).numbers(int(value.address), layout)
+    if not gdb.types.get_basic_type(value.type).fields():
+        raise Unreadable("incomplete type")
     return [int(functools.reduce(lambda part, name: part[name], path.split("."), value)) for path in paths]
 
 
@@ -360,6 +362,14 @@ class Node:
         typed = value if name == "ustring8" else f"({name}) {value}"
         return f"{kind} {typed}" if kind else typed
 
+    def entries(self, show_node):
+        """Name and text of each child; of a node, what `show_node` makes of its place."""
+        try:
+            for name, place in self.children():
+                yield shown_name(name), self.child_text(place) or show_node(place)
+        except Exception as fault:
+            yield "<broken>", f"<{fault}>"
+
     def children(self):
         """Name and place of each child, in byte order of the names."""
         for head, count, capacity, is_ordered in self.leaves():
@@ -411,18 +421,18 @@ def shown_name(name):
 
 def node_text(memory, address, levels):
     """A node with its children as GDB shows it where it knows the type."""
-    node = Node(memory, *memory.numbers(address, Node.layout(memory)))
-    text = node.text()
+    try:
+        node = Node(memory, *memory.numbers(address, Node.layout(memory)))
+        text = node.text()
+    except Exception as fault:
+        return f"<{fault}>"
     if not node.root:
         return text
     inner = "{...}"
     if levels > 0:
-        children = node.children()
-        shown = []
-        for name, place in itertools.islice(children, most_elements()):
-            value = node.child_text(place) or node_text(memory, place, levels - 1)
-            shown.append(f"{shown_name(name)} = {value}")
-        inner = "{" + ", ".join(shown) + ("...}" if next(children, None) else "}")
+        entries = node.entries(lambda place: node_text(memory, place, levels - 1))
+        shown = [f"{name} = {value}" for name, value in itertools.islice(entries, most_elements())]
+        inner = "{" + ", ".join(shown) + ("...}" if next(entries, None) else "}")
     return f"{text} = {inner}" if text else inner
 
 
@@ -433,14 +443,10 @@ class TreePrinter(ParentPrinter):
         return self.node.text()
 
     def entries(self):
-        levels = print_option("max_depth", "print max-depth", MOST_LEVELS) - 1
-        for name, place in self.node.children():
-            value = self.node.child_text(place)
-            if value is None and self.type.fields():
-                value = object_at(place, self.type)
-            elif value is None:
-                value = node_text(self.memory, place, levels)
-            yield shown_name(name), value
+        if self.type.fields():
+            return self.node.entries(lambda place: object_at(place, self.type))
+        levels = print_option("max_depth", "print max-depth", MOST_LEVELS)
+        return self.node.entries(lambda place: node_text(self.memory, place, levels - 1))
 
 
 # Dates and times.

@@ -38,7 +38,7 @@ shown "$full_program" -ex "source $printers" >"$work/full"
 diff "$source/shown.expected" "$work/full" || { echo 'FAILED: with the full types' && exit 1; }
 
 export LD_LIBRARY_PATH=${library%/*}
-shown "$program" -iex "set auto-load scripts-directory $auto_load" -iex "set auto-load safe-path $auto_load" \
+shown "$program" -iex "add-auto-load-scripts-directory $auto_load" -iex "add-auto-load-safe-path $auto_load" \
     >"$work/names"
 diff "$source/shown.expected" "$work/names" || { echo 'FAILED: with names alone, installed' && exit 1; }
 echo 'printers: alike with the full types and without them'

@@ -40,7 +40,7 @@ python entries = list(gdb.default_visualizer(gdb.parse_and_eval("keys")).childre
 python print(len(entries), entries == sorted(entries), entries[0][0], entries[-1][0])
 print no_keys
 print single
-print circular
+print damaged
 print moment
 print leap_day
 print no_day
@@ -69,4 +69,4 @@ set print max-depth unlimited
 print texts.from_circle
 print lists
 print trees
-print circular
+print damaged

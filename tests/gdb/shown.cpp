@@ -117,11 +117,13 @@ int main() {
 
     // Trees; one in which a text was made a node.
     config::config_tree tree = settings(), keys = many_keys();
-    auto& circular = *new config::config_tree(settings()); // it cannot be taken apart
+    auto& damaged = *new config::config_tree(settings()); // it could not be taken apart
     config::config_tree const no_keys, single(ustring8("alone"), 7);
     memory::pointers::rc_pointer<config::config_tree> const root(&tree);
     tree.get_node("net.port");
-    link_in_circle(circular);
+    link_in_circle(damaged.make_node("hosts"));
+    std::memset(const_cast<void*>(static_cast<void const*>(&damaged.make_node("net").value())), 0, sizeof(variant));
+    link_in_circle(damaged);
 
     // Dates and times.
     system::date_time::date_time_t const moment(system::date_time::date(31, 2, 2023),

@@ -6,6 +6,7 @@
 // Most nodes are a name with a text and nothing else. A config_tree for each of them would take six times
 // the memory, so a reader stores them as such, and the tree makes a node of one when somebody asks for the
 // node. What is here looks at children as they are and makes none.
+// The printers for GDB (packaging/gdb/zolt_printers.py) read these layouts and those of the blocks.
 #pragma once
 
 #include <zolt/config/config_tree.hpp>
