@@ -50,6 +50,15 @@ def members(value, layout, *paths):
     return [int(functools.reduce(lambda part, name: part[name], path.split("."), value)) for path in paths]
 
 
+def known_type(name):
+    """None where the program does not describe it."""
+    try:
+        found = gdb.lookup_type(f"{NAMESPACE}::{name}")
+    except gdb.error:
+        return None
+    return found if found.fields() else None
+
+
 def object_at(address, object_type):
     place = gdb.Value(address)
     if not object_type.fields():
@@ -192,6 +201,18 @@ def payload_text(memory, payload):
     return f"({name}) {value}" if value else name
 
 
+def variant_text(memory, address):
+    try:
+        return payload_text(memory, memory.pointer(address))
+    except Exception as fault:
+        return f"<{fault}>"
+
+
+def argument_name(memory, address):
+    """In quotes; nothing where it is empty."""
+    return string_at(memory, address, 1) if memory.string(address)[1] else ""
+
+
 # Printers.
 
 
@@ -241,18 +262,13 @@ class VariantPrinter(Printer):
         return payload_text(self.memory, *members(self.value, "P", "m_payload.m_object"))
 
 
-def argument_parts(memory, address):
-    """Name and value as texts; no name where it is empty."""
-    size = memory.string(address)[1]
-    name = string_at(memory, address, 1) if size else ""
-    return name, payload_text(memory, memory.pointer(address + memory.string_size))
-
-
 class ArgumentPrinter(Printer):
     def text(self):
         if self.value.address is None:
             raise Unreadable("not in memory")
-        name, value = argument_parts(self.memory, int(self.value.address))
+        address = int(self.value.address)
+        name = argument_name(self.memory, address)
+        value = variant_text(self.memory, address + self.memory.string_size)
         return f"{name} = {value}" if name else value
 
 
@@ -271,9 +287,12 @@ class ListPrinter(ParentPrinter):
         return f"varg_list of length {self.count}"
 
     def entries(self):
+        variant = known_type("types::variant")
         for index in range(self.count):
-            name, value = argument_parts(self.memory, self.first + index * self.step)
-            yield f"[{name or index}]", value
+            address = self.first + index * self.step
+            name = argument_name(self.memory, address)
+            value = address + self.memory.string_size
+            yield f"[{name or index}]", object_at(value, variant) if variant else variant_text(self.memory, value)
 
 
 class PointerPrinter(ParentPrinter):

@@ -21,6 +21,7 @@ set target-charset UTF-8
 print values
 print -elements 2 -- values
 print no_values
+print damaged_values
 print number
 print wide
 print nothing

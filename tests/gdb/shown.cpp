@@ -75,6 +75,11 @@ config::config_tree many_keys() {
     return tree;
 }
 
+/// Takes the payload away.
+void spoil(variant const& value) {
+    std::memset(const_cast<void*>(static_cast<void const*>(&value)), 0, sizeof value);
+}
+
 /// Makes the first block with children the next one to itself.
 void link_in_circle(config::config_tree& tree) {
     void** block;
@@ -108,6 +113,8 @@ int main() {
     variant const number(42), wide(long_utf16), nothing;
     argument const named("size", 3), unnamed(4);
     generic::varg_list const no_values;
+    generic::varg_list damaged_values(argument("bad", 1), argument("good", 2));
+    spoil(damaged_values.at(0).value());
 
     // Pointers.
     memory::pointers::rc_pointer<counted> const owner = memory::pointers::make_rc<counted>(), second_owner = owner;
@@ -122,7 +129,7 @@ int main() {
     memory::pointers::rc_pointer<config::config_tree> const root(&tree);
     tree.get_node("net.port");
     link_in_circle(damaged.make_node("hosts"));
-    std::memset(const_cast<void*>(static_cast<void const*>(&damaged.make_node("net").value())), 0, sizeof(variant));
+    spoil(damaged.make_node("net").value());
     link_in_circle(damaged);
 
     // Dates and times.
