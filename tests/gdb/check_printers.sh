@@ -14,12 +14,12 @@ source=$(cd "$(dirname "$0")" && pwd)
 work=$(cd "$(mktemp -d)" && pwd -P)
 trap 'rm -rf "$work"' EXIT
 
-# shown PROGRAM OPTION...: what GDB writes, without numbers, addresses and its own warnings of virtual tables that are none
+# shown PROGRAM OPTION...: what GDB writes, without numbers, addresses and warnings of what has no virtual table
 shown() {
     LC_ALL=C.UTF-8 gdb -nx -batch -iex 'set debuginfod enabled off' "${@:2}" -x "$source/commands.gdb" "$1" \
         >"$work/log" 2>&1 || true
     if grep -qE 'ptrace: Operation not permitted|Could not trace' "$work/log"; then
-        echo 'GDB may not trace programs here'
+        echo 'GDB may not trace programs here' >&2
         exit 77
     fi
     sed -n '/^+print/,$p' "$work/log" | sed -E 's/^\$[0-9]+ = //; s/0x[0-9a-f]+/ADDRESS/g' |
