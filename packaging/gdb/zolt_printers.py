@@ -381,11 +381,11 @@ class Node:
         typed = value if name == "ustring8" else f"({name}) {value}"
         return f"{kind} {typed}" if kind else typed
 
-    def entries(self, show_node):
-        """Name and text of each child; of a node, what `show_node` makes of its place."""
+    def entries(self, show):
+        """The name of each child and what `show` makes of its place."""
         try:
             for name, place in self.children():
-                yield shown_name(name), self.child_text(place) or show_node(place)
+                yield shown_name(name), show(place)
         except Exception as fault:
             yield "<broken>", f"<{fault}>"
 
@@ -414,10 +414,8 @@ class Node:
             else:
                 address, height = self.memory.pointer(head), own_height - 1
 
-    # A child is a text record, at an odd place, or a node with its name and a pointer to itself behind it.
-
     def child_name(self, place):
-        if place % 2 == 1:
+        if is_record(place):
             size, = self.memory.numbers(place - 1, "H")
             return self.memory.bytes(place + 5, size) if size else b""
         name = place + 4 * self.memory.word + 8
@@ -425,12 +423,17 @@ class Node:
             raise Unreadable("broken links")
         return self.memory.string_bytes(name)
 
-    def child_text(self, place):
-        """None for a node."""
-        if place % 2 == 0:
-            return None
-        name_size, text_size = self.memory.numbers(place - 1, "HH")
-        return text_at(self.memory, place + 5 + name_size, text_size, 1)
+
+# A child is a text record, at an odd place, or a node with its name and a pointer to itself behind it.
+
+
+def is_record(place):
+    return place % 2 == 1
+
+
+def record_text(memory, place):
+    name_size, text_size = memory.numbers(place - 1, "HH")
+    return text_at(memory, place + 5 + name_size, text_size, 1)
 
 
 def shown_name(name):
@@ -438,9 +441,11 @@ def shown_name(name):
     return "[" + quoted(name[:most], 1, most < len(name)) + "]"
 
 
-def node_text(memory, address, levels):
-    """A node with its children as GDB shows it where it knows the type."""
+def child_text(memory, address, levels):
+    """A child with what is below it, as GDB shows it where it knows the type."""
     try:
+        if is_record(address):
+            return record_text(memory, address)
         node = Node(memory, *memory.numbers(address, Node.layout(memory)))
         text = node.text()
     except Exception as fault:
@@ -449,23 +454,38 @@ def node_text(memory, address, levels):
         return text
     inner = "{...}"
     if levels > 0:
-        entries = node.entries(lambda place: node_text(memory, place, levels - 1))
+        entries = node.entries(lambda place: child_text(memory, place, levels - 1))
         shown = [f"{name} = {value}" for name, value in itertools.islice(entries, most_elements())]
         inner = "{" + ", ".join(shown) + ("...}" if next(entries, None) else "}")
     return f"{text} = {inner}" if text else inner
 
 
-class TreePrinter(ParentPrinter):
+class LeafPrinter(Printer):
+    """config_tree. At an odd address it is a text record, which GDB takes for a node for want of another type."""
+
     def text(self):
+        self.node = None
+        if self.value.address is not None and is_record(int(self.value.address)):
+            return record_text(self.memory, int(self.value.address))
         paths = ["m_entry.first", "m_entry.second.m_payload.m_object", "m_children.m_root"]
         self.node = Node(self.memory, *members(self.value, Node.layout(self.memory), *paths))
         return self.node.text()
 
+
+class TreePrinter(ParentPrinter, LeafPrinter):
     def entries(self):
         if self.type.fields():
             return self.node.entries(lambda place: object_at(place, self.type))
         levels = print_option("max_depth", "print max-depth", MOST_LEVELS)
-        return self.node.entries(lambda place: node_text(self.memory, place, levels - 1))
+        return self.node.entries(lambda place: child_text(self.memory, place, levels - 1))
+
+
+def tree_printer(value):
+    """One that can have children only where there are some: of those, programs that drive GDB show no text."""
+    printer = LeafPrinter(value)
+    printer.to_string()
+    has_children = not printer.is_broken and printer.node is not None and printer.node.root != 0
+    return TreePrinter(value) if has_children else printer
 
 
 # Dates and times.
@@ -529,7 +549,7 @@ def register():
         ("argument", r"generic::argument", ArgumentPrinter),
         ("varg_list", r"generic::varg_list", ListPrinter),
         ("pointer", r"memory::pointers::(rc|shared)_pointer<.*>", PointerPrinter),
-        ("config_tree", r"config::config_tree", TreePrinter),
+        ("config_tree", r"config::config_tree", tree_printer),
         ("date", r"system::date_time::date", DatePrinter),
         ("time", r"system::date_time::time", TimePrinter),
         ("date_time_t", r"system::date_time::date_time_t", DateTimePrinter),
