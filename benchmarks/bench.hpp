@@ -10,11 +10,16 @@
 //
 // The answer of the first side is the right one: a side that gives another ends the program before
 // anything is timed. Names are subject/task/input; scripts/bench.sh pairs the sides by them and checks
-// the ratios against benchmarks/goals.tsv.
+// the ratios against benchmarks/goals.tsv. Under callgrind each side runs a fixed number of times and its
+// counts are dumped for scripts/profile.sh.
 #pragma once
 
 #include <benchmark/benchmark.h>
+#if __has_include(<valgrind/callgrind.h>)
+#include <valgrind/callgrind.h>
+#endif
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -40,6 +45,19 @@ std::string as_answer(T const& value) {
         return std::string(reinterpret_cast<char const*>(value.data()), value.size() * sizeof(unit));
     }
 }
+
+#ifdef CALLGRIND_DUMP_STATS_AT
+inline bool is_profiled() { return RUNNING_ON_VALGRIND != 0; }
+inline void begin_profile() {
+    CALLGRIND_START_INSTRUMENTATION;
+    CALLGRIND_ZERO_STATS;
+}
+inline void end_profile(std::string const& label) { CALLGRIND_DUMP_STATS_AT(label.c_str()); }
+#else
+inline bool is_profiled() { return false; }
+inline void begin_profile() {}
+inline void end_profile(std::string const&) {}
+#endif
 
 class comparison {
 public:
@@ -73,8 +91,10 @@ private:
 
     template <typename Run>
     void add(std::string const& who, Run run) {
-        auto const units = static_cast<double>(m_units);
-        benchmark::RegisterBenchmark((m_name + ":" + who).c_str(), [run, units](benchmark::State& state) mutable {
+        std::string const name = m_name + ":" + who;
+        std::size_t const units = m_units;
+        auto* const added = benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) mutable {
+            begin_profile();
             for (auto _ : state) {
                 if constexpr (std::is_void_v<decltype(run())>) {
                     run();
@@ -84,9 +104,14 @@ private:
                     benchmark::DoNotOptimize(result);
                 }
             }
-            state.counters["units"] = units;
+            end_profile(name + " " + std::to_string(units * static_cast<std::size_t>(state.iterations())));
+            state.counters["units"] = static_cast<double>(units);
         });
+        if (is_profiled()) added->Iterations(static_cast<benchmark::IterationCount>(profiled_runs(units)));
     }
+
+    // Enough that the loop around the run does not count, few enough for a simulated processor.
+    static std::size_t profiled_runs(std::size_t units) { return std::max<std::size_t>(2, 20000 / units); }
 
     std::string m_name;
     std::size_t m_units;
