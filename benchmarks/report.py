@@ -3,12 +3,14 @@
 # SPDX-License-Identifier: BSL-1.0
 """Reads the results of the benchmark programs and prints how zolt stands beside its peers.
 
-A ratio is the peer's median over ours, so above 1 zolt is ahead. Goals are lines of goals.tsv: a pattern
-of task names, a peer, the least ratio. Exit status 1 when one is missed.
+A ratio is the peer's median over ours, so above 1 zolt is ahead; the one of the least times stands beside that
+of the best peer. Results of several runs are pooled. Goals are lines of goals.tsv: a pattern of task names, a
+peer, the least ratio of the medians. Exit status 1 when one is missed.
 """
 import argparse
 import fnmatch
 import json
+import re
 import statistics
 import sys
 from collections import defaultdict
@@ -33,7 +35,7 @@ class Side:
 
 
 def read_results(files):
-    """Task name -> side name -> Side, in the order of the files."""
+    """Task name -> side name -> Side."""
     tasks = defaultdict(lambda: defaultdict(Side))
     for file in files:
         with open(file) as stream:
@@ -56,6 +58,13 @@ def read_goals(file):
                 pattern, peer, ratio = line.rstrip("\n").split("\t")
                 goals.append((pattern, peer, float(ratio)))
     return goals
+
+
+def position(task):
+    """Where a task stands in the table: by its name, and by the size of the input where that is at the end."""
+    stem, _, last = task.rpartition("/")
+    size = re.fullmatch(r"(\d+)([KM]?)B", last)
+    return (stem, int(size[1]) << {"": 0, "K": 10, "M": 20}[size[2]]) if size else (task, 0)
 
 
 def number(value):
@@ -88,7 +97,8 @@ class Table:
         self.bars.append((task, ratios[best]))
         self.rows.append((task, f"{number(ours.median)} ({number(ours.least)})",
                           f"{best} {number(sides[best].median)} ({number(sides[best].least)})",
-                          number(ratios[best]), ", ".join(notes + others)))
+                          f"{number(ratios[best])} ({number(sides[best].least / ours.least)})",
+                          ", ".join(notes + others)))
 
     def add_growth(self, name, costs):
         """`costs`: times the base input -> nanoseconds per unit."""
@@ -141,7 +151,9 @@ def main():
 
     table = Table(read_goals(arguments.goals))
     growths = defaultdict(dict)
-    for task, sides in read_results(arguments.files).items():
+    results = read_results(arguments.files)
+    for task in sorted(results, key=position):
+        sides = results[task]
         if US not in sides:
             continue
         if task.startswith("growth/"):
