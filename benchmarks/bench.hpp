@@ -123,7 +123,7 @@ private:
 // unit at 1,000 times with that at 10 times.
 template <typename Make>
 void growth(std::string const& name, std::size_t base, Make make) {
-    for (std::size_t times : {1, 10, 100, 1000}) {
+    for (std::size_t times : {1u, 10u, 100u, 1000u}) {
         comparison task("growth/" + name + "/" + std::to_string(times), base * times);
         task.side("zolt", make(base * times), [] { return 0; });
     }
