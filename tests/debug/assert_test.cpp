@@ -61,7 +61,8 @@ TEST_F(AssertHook, HearsExpressionFileAndLineUntilCleared) {
 TEST_F(AssertHook, ContextFollowsTheExpressionInAFixedBuffer) {
     debug::set_assert_hook(record);
     auto const with_context = [](char const* expression, char const* format, auto... arguments) {
-        debug::_private::_______________CONTEXT__ASSERT________________(expression, "f", 3, "g", format, arguments...);
+        debug::_private::_______________CONTEXT__ASSERT________________(expression, "f", 3, "g", format,
+                                                                        arguments...);
         return reports.back().expression;
     };
     std::string const long_text(300, 'x');
@@ -107,6 +108,13 @@ TEST_F(AssertHook, ExceptionsPassAndLeaveTheHookUsable) {
     debug::set_assert_hook([](char const*, char const*, unsigned int&) { throw 1; });
     EXPECT_THROW(ZOLT_ASSERT(1 > 2), int);
     EXPECT_THROW(ZOLT_ASSERT(1 > 2), int);
+    debug::set_assert_hook([owned = std::string(100, 'o')](char const*, char const*, unsigned int&) {
+        debug::set_assert_hook(record);
+        throw owned;
+    });
+    EXPECT_THROW(ZOLT_ASSERT(1 > 2), std::string);
+    ZOLT_ASSERT(2 > 3);
+    EXPECT_EQ(1u, reports.size());
 }
 
 } // namespace

@@ -50,7 +50,9 @@ public:
     delegate_t(delegate_t const& other) : m_target(other.m_target ? other.m_target->do_clone() : nullptr) {}
     delegate_t(delegate_t&& other) noexcept : m_target(std::exchange(other.m_target, nullptr)) {}
     /// An exception that escapes the target's destructor ends the process.
-    ~delegate_t() { delete std::exchange(m_target, nullptr); }
+    ~delegate_t() {
+        if (m_target) std::exchange(m_target, nullptr)->let_go();
+    }
 
     delegate_t& operator=(delegate_t const& other) { return assign(other); }
     delegate_t& operator=(delegate_t&& other) noexcept {
@@ -84,6 +86,8 @@ public:
     friend bool operator!=(delegate_t const& left, delegate_t const& right) { return !left.equal(right); }
 
 private:
+    friend class _private::held_target<Result(Arguments...)>;
+
     target_type* m_target = nullptr;
 };
 

@@ -9,6 +9,7 @@
 // do_parse; lines are counted then, and not before.
 #include <zolt/parser/xml_parser.hpp>
 
+#include <zolt/functor/held_target_private.hpp>
 #include <zolt/generic/convert/str_to_x.hpp>
 #include <zolt/parser/xml_scan_private.hpp>
 #include <zolt/strings/text_builder_private.hpp>
@@ -208,9 +209,20 @@ private:
 //--------------------------------------------------------------------------------------------------
 
 class scanner {
+    using callback = functor::_private::held_target<void(ustring8 const&)>;
+
 public:
-    scanner(xml_parser const& callbacks, place first, place last)
-        : m_callbacks(callbacks), m_first(first), m_last(last), m_body(last), m_runs(first, last) {
+    scanner(xml_parser const& parser, place first, place last)
+        : m_on_element_start(parser.on_element_start),
+          m_on_element_end(parser.on_element_end),
+          m_on_attribute(parser.on_attribute),
+          m_on_space(parser.on_space),
+          m_on_character(parser.on_character),
+          m_on_comment(parser.on_comment),
+          m_first(first),
+          m_last(last),
+          m_body(last),
+          m_runs(first, last) {
         m_open_elements.reserve(16);
     }
 
@@ -256,12 +268,16 @@ private:
     [[noreturn]] void fail_here(place at) const;
 
     // Of the input.
-    template <typename Callback>
-    [[gnu::always_inline]] void report(Callback const& callback, std::string_view text) {
-        if (callback) callback.invoke(m_texts.hold(text, m_last));
+    [[gnu::always_inline]] void report(callback& slot, std::string_view text) {
+        if (auto* const target = slot.get()) target->invoke(m_texts.hold(text, m_last));
     }
 
-    xml_parser const& m_callbacks;
+    callback m_on_element_start;
+    callback m_on_element_end;
+    functor::_private::held_target<void(ustring8 const&, ustring8 const&)> m_on_attribute;
+    callback m_on_space;
+    callback m_on_character;
+    callback m_on_comment;
     place const m_first;
     place const m_last;
     place m_body;                      // where the lines are counted from: behind the header, until then nowhere
@@ -326,7 +342,7 @@ place scanner::parse_comment(place at) {
     std::size_t const length = rest(at).find("-->");
     if (length == std::string_view::npos) fail(at, parse_error::unexpected_end);
     m_uncounted_lines += static_cast<std::size_t>(std::count(at, at + length, '\n'));
-    report(m_callbacks.on_comment, between(at, at + length));
+    report(m_on_comment, between(at, at + length));
     return at + length + 3;
 }
 
@@ -337,7 +353,7 @@ place scanner::parse_start_tag(place at) {
     at = skip_name(at);
     m_open_elements.push_back(between(name, at));
     m_attribute_names.clear();
-    report(m_callbacks.on_element_start, between(name, at));
+    report(m_on_element_start, between(name, at));
     for (;;) {
         expect_more(at);
         if (*at == '>') return at + 1;
@@ -394,14 +410,14 @@ place scanner::parse_attribute(place at) {
     if (quote != '"' && quote != '\'') fail(at, parse_error::missing_quote, name);
     ++at;
     place const end = m_runs.find<&run_ends::value>(at);
-    auto const& callback = m_callbacks.on_attribute;
     if (end != m_last && *end == quote) {
-        if (callback) callback.invoke(m_names.hold(name, m_last), m_texts.hold(between(at, end), m_last));
+        if (auto* const target = m_on_attribute.get())
+            target->invoke(m_names.hold(name, m_last), m_texts.hold(between(at, end), m_last));
         return end + 1;
     }
     at = decode_attrib_value(at, end, quote);
-    if (callback)
-        callback.invoke(m_names.hold(name, m_last), m_texts.hold(m_decoded.view(), m_decoded.readable_end()));
+    if (auto* const target = m_on_attribute.get())
+        target->invoke(m_names.hold(name, m_last), m_texts.hold(m_decoded.view(), m_decoded.readable_end()));
     return at;
 }
 
@@ -428,9 +444,9 @@ place scanner::decode_attrib_value(place start, place at, char quote) {
 place scanner::parse_space(place at) {
     place const end = skip_whitespace(at + 1); // one blank, mostly
     if (end - at == 1 && *at == ' ') {
-        m_callbacks.on_space.invoke(m_blank);
+        if (auto* const target = m_on_space.get()) target->invoke(m_blank);
     } else {
-        report(m_callbacks.on_space, between(at, end));
+        report(m_on_space, between(at, end));
     }
     return end;
 }
@@ -438,7 +454,7 @@ place scanner::parse_space(place at) {
 place scanner::parse_text(place at) {
     place const end = m_runs.find<&run_ends::text>(at);
     if (end != m_last && (*end == '&' || *end == '>')) return decode_text(at, end);
-    report(m_callbacks.on_character, between(at, end));
+    report(m_on_character, between(at, end));
     return end;
 }
 
@@ -454,8 +470,8 @@ place scanner::decode_text(place start, place at) {
         m_decoded.add(between(start, at));
     }
     if (at != m_last && *at == '>') fail_here(at);
-    auto const& callback = m_callbacks.on_character;
-    if (callback) callback.invoke(m_texts.hold(m_decoded.view(), m_decoded.readable_end()));
+    if (auto* const target = m_on_character.get())
+        target->invoke(m_texts.hold(m_decoded.view(), m_decoded.readable_end()));
     return at;
 }
 
@@ -510,7 +526,7 @@ place scanner::parse_number(place at, char& decoded) const {
 }
 
 void scanner::close_element() {
-    report(m_callbacks.on_element_end, m_open_elements.back());
+    report(m_on_element_end, m_open_elements.back());
     m_open_elements.pop_back();
     m_root_closed = m_open_elements.empty();
 }

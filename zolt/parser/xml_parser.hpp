@@ -61,7 +61,9 @@ public:
     /// two parses.
     ///
     /// What a callback throws leaves this function, except a parse_error, which becomes the result. A
-    /// callback may call parse on the same parser; it must not replace the slot that it runs from.
+    /// callback may call parse on the same parser, and clear or replace any slot: what is bound there
+    /// hears of the next event, and a callback that has lost its own slot lives until it has returned.
+    /// It must not destroy the parser.
     /// Time and memory grow with the length of the text; elements may be nested to any depth.
     ///
     /// Kept: when the fourth byte is "<", the three bytes before it are skipped unseen, a byte order
