@@ -22,6 +22,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -55,6 +56,17 @@ public:
     bool is_directory() const noexcept {
         struct stat status;
         return ::fstat(m_descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+    }
+
+    /// For what was opened without waiting and is no file. False for a pipe that nobody opens for writing within
+    /// half a second: whoever has it open is waited for as long as it takes.
+    bool wait_for_writer() const noexcept {
+        constexpr int half_a_second = 500;
+        struct stat status;
+        ::fcntl(m_descriptor, F_SETFL, 0);
+        if (::fstat(m_descriptor, &status) != 0 || !S_ISFIFO(status.st_mode)) return true;
+        pollfd pipe = {m_descriptor, POLLIN, 0};
+        return uninterrupted([&] { return ::poll(&pipe, 1, half_a_second); }) > 0;
     }
 
     /// Where seeking finds the end; negative when the file cannot be seeked.
@@ -129,8 +141,11 @@ bool load_known_size(open_file const& file, std::size_t size, std::string& conte
     return true;
 }
 
-void load_to_end(open_file const& file, std::string& content, unsigned int raise_line) {
+/// False for a pipe without a writer. One who is there but has written nothing so far shows when the file is read,
+/// which ends at once if nobody is.
+bool load_to_end(open_file const& file, std::string& content, unsigned int raise_line) {
     constexpr std::size_t first_block = 0x10000;
+    bool const is_written = file.wait_for_writer();
     std::string bytes;
     std::size_t filled = 0;
     while (filled < max_size) {
@@ -141,21 +156,20 @@ void load_to_end(open_file const& file, std::string& content, unsigned int raise
     char one_more;
     if (filled == max_size && file.read(&one_more, 1) == 1) raise_too_large(max_size + 1, raise_line);
     bytes.resize(filled);
+    if (!is_written && filled == 0) return false;
     content.swap(bytes);
+    return true;
 }
 
 unsigned int load(strings::ustring8 const& name, std::string& content, unsigned int raise_line) {
-    open_file const file(name, O_RDONLY);
+    open_file const file(name, O_RDONLY | O_NONBLOCK);
     if (!file.is_open()) return 1;
     long long const size = file.size();
     if (size > 0 && size <= max_size) return load_known_size(file, static_cast<std::size_t>(size), content) ? 0 : 1;
     if (file.is_directory()) return 1;
     if (size > max_size) raise_too_large(size, raise_line);
-    if (size < 0) {
-        load_to_end(file, content, raise_line);
-    } else {
-        content.clear();
-    }
+    if (size < 0) return load_to_end(file, content, raise_line) ? 0 : 1;
+    content.clear();
     return 0;
 }
 

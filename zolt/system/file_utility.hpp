@@ -25,7 +25,8 @@ namespace ZOLT_2_18::system {
 /// is a directory; the content is untouched then.
 ///
 /// The content gets the size that a seek to the end of the file tells, which is 0 for some pseudo
-/// files. A file that cannot be seeked, such as a pipe, is read to its end.
+/// files. A file that cannot be seeked, such as a pipe, is read to its end. A named pipe that nobody opens
+/// for writing within half a second cannot be opened.
 ///
 /// Kept: read errors are not reported. Where fewer bytes than that size can be read, the content has
 /// the full size and ends in zero bytes.
