@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <locale>
 #include <tuple>
 
 using namespace ZOLT_2_18;
@@ -90,6 +91,7 @@ TEST(format_int, writes_negative_values_as_exact_complements) {
 }
 
 TEST(format_double, prints_fixed_or_squeezed) {
+    std::locale::global(std::locale::classic());
     row<double> const rows[] = {
         {3.14159, "", "3.14"}, {-3.14159, "p;4", "-3.1416"}, {2, ";1", "2.0"}, {1.5, "fieldsize;6", "  1.50"},
         {-1.5, "precision;;f;4", "  -2"}, {-0.0, "", "-0.00"}, {-0.2, "precision;0", "-0"}, // not a failure
@@ -114,6 +116,7 @@ TEST(format_double, fills_long_fields_exactly) {
 }
 
 TEST(format_duration, shows_what_is_not_zero) {
+    std::locale::global(std::locale::classic());
     row<double> const rows[] = {
         {93784.5, "", "1 dy 2 hr 3 min 4.50 sec"}, {93784.5, "short_form;true", "1d 2h 3m 4.50s"},
         {-0.0, "", "0.00 sec"}, {60, "precision;0", "1 min 0 sec"}, {86399.999, ";3", "23 hr 59 min 59.999 sec"},
@@ -130,6 +133,7 @@ TEST(format_duration, shows_what_is_not_zero) {
 }
 
 TEST(format_memory, scales_by_1024) {
+    std::locale::global(std::locale::classic());
     row<variant> const rows[] = {
         {1023, "", "1023 B"}, {1024, "", "1 KB"}, {1536, "target_unit;any;base_unit;B", "1 KB"},
         {5, "base_unit;KB;t;B", "5120 B"}, {5, "base_unit;KB", "5 KB"}, {2047, "t;KB;fieldsize;4", "   1 KB"},
@@ -147,6 +151,7 @@ TEST(format_memory, scales_by_1024) {
 }
 
 TEST(format_metric, scales_by_1000) {
+    std::locale::global(std::locale::classic());
     row<variant> const rows[] = {
         {999, "", "999.00 "}, {1000, "", "1.00 kilo"}, {"1234567", "p;3", "1.235 mega"},
         {1e-6, "", "1.00 micro"}, {-2e9, "", "-2.00 giga"}, {0, "base_unit;T", "0.00 tera"},
@@ -194,6 +199,7 @@ TEST(format_options, are_split_as_split_string_splits) {
 }
 
 TEST(format_value, passes_failures_on_and_leaves_some_kinds_empty) {
+    std::locale::global(std::locale::classic());
     using item = i18n::message_item;
     EXPECT_EQ(i18n::format_value(item::double_, "1.25", "n\1"), "1.25");
     EXPECT_EQ(i18n::format_value(item::memory_unit, 1536, "n\1target_unit\1XB"), "-0");

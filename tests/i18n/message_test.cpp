@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <locale>
+
 using namespace ZOLT_2_18;
 using generic::argument;
 using generic::varg_list;
@@ -31,6 +33,7 @@ TEST(message_item, takes_its_data_apart) {
 }
 
 TEST(message_item, renders_by_kind) {
+    std::locale::global(std::locale::classic());
     struct {
         ustring8 data;
         item::type_t type;

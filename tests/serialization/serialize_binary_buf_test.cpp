@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <locale>
 #include <vector>
 
 namespace {
@@ -79,6 +80,7 @@ TYPED_TEST(AnyBuffer, KeepsEveryByteAsItGrows) {
 }
 
 TYPED_TEST(AnyBuffer, WritesAndReadsValues) {
+    std::locale::global(std::locale::classic());
     TypeParam buffer;
     buffer.append_int8(-128);
     buffer.append_int16(-2);

@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <clocale>
+#include <locale>
 #include <random>
 #include <utility>
 #include <vector>
@@ -223,7 +224,8 @@ TEST(CodePage, OutputGrows) {
     }
 }
 
-TEST(CodePage, SystemPagesFollowTheLocale) { // which is "C" at first
+TEST(CodePage, SystemPagesFollowTheLocale) {
+    std::locale::global(std::locale::classic());
     for (auto type : {code_page::system_1, code_page::system_2, code_page::system_3})
         EXPECT_EQ(code_page().to_system_type(type), "ANSI_X3.4-1968");
     std::setlocale(LC_ALL, "C.UTF-8");

@@ -130,6 +130,7 @@ TEST(Variant, IntegersOfEveryLengthAreText) {
 }
 
 TEST(Variant, NumbersReadAsEveryType) {
+    std::locale::global(std::locale::classic());
     reading const rows[] = {
         {types::nil, 0, 0, 0, 0, 0, 0, 0, 0, false, 0, ""},
         {true, 1, 1, 1, 1, 1, 1, 1, 1, true, 1, "1"},
@@ -157,6 +158,7 @@ TEST(Variant, NumbersReadAsEveryType) {
 }
 
 TEST(Variant, TextsAreReadByTheReaderOfTheTarget) {
+    std::locale::global(std::locale::classic());
     constexpr long long billions = 3000000000LL;
     reading const rows[] = {
         {"", 0, 0, 0, 0, 0, 0, 0, 0, false, 0, ""},
@@ -202,6 +204,7 @@ TEST(Variant, TextGoesThroughTheConversionsUnlessTheEncodingIsTheSame) {
 }
 
 TEST(Variant, StreamsAsTheTypeHeld) {
+    std::locale::global(std::locale::classic());
     EXPECT_EQ(streamed(types::nil), "0");
     EXPECT_EQ(streamed(static_cast<signed char>('A')) + streamed(static_cast<unsigned char>('B')), "AB");
     EXPECT_EQ(streamed('A'), "65");
