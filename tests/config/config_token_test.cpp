@@ -52,16 +52,6 @@ TEST(config_token, text_is_cut_into_tokens) {
     for (auto const& [text, expected] : rows) EXPECT_EQ(expected, tokens(text)) << text;
 }
 
-// Every text of up to five of these bytes; tokens() checks that nothing is lost.
-TEST(config_token, tokens_cover_the_text) {
-    std::string const alphabet = ";a1 \"\\*/=:\r\n";
-    for (std::size_t number = 0; number < 12 * 12 * 12 * 12 * 12; ++number) {
-        ustring8 text;
-        for (std::size_t left = number; left != 0; left /= 12) text += alphabet[left % 12];
-        tokens(text);
-    }
-}
-
 TEST(config_token, the_end_leaves_the_token_alone) {
     config_token token;
     for (unsigned int const from : {3u, 4u, 4294967295u}) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// Arrays and pairs are tested in config_manager_test.cpp.
+// Arrays and pairs are tested in config_manager_test.cpp, depth in robustness/deep_nesting_test.cpp.
 #include "tree_text.hpp"
 
 #include <gtest/gtest.h>
@@ -161,22 +161,6 @@ TEST(config_tree, each_byte_of_a_key) {
             }
         }
     }
-}
-
-// Nothing may recurse or take more than linear time but the dump, which indents.
-TEST(config_tree, a_key_of_a_million_components) {
-    ustring8 const key = repeat(1000000, "a.") + "end";
-    config_tree tree;
-    tree.set_node(key, "x", 0);
-    config_tree copy(tree);
-    rc_pointer<config_tree> const clone(copy.clone());
-    copy = *tree.get_node("a");
-    EXPECT_NE(nullptr, tree.get_node(key));
-    EXPECT_EQ(nullptr, copy.get_node(key));
-    config_tree::entry_list list;
-    clone->get_value_pair_array("a", list, true);
-    ASSERT_EQ(1u, list.size());
-    EXPECT_EQ(key, "a." + list[0].first);
 }
 
 } // namespace

@@ -44,6 +44,7 @@ void compare_with_streams() {
 }
 
 TEST(SerializeTextBuf, WritesFloatingPointLikeAStream) {
+    std::locale::global(std::locale::classic());
     struct comma : std::numpunct<char> {
         char do_decimal_point() const override { return ','; }
     };
@@ -85,27 +86,12 @@ TEST(SerializeTextBuf, ReadsForeignFields) {
 
 TEST(SerializeTextBuf, TreatsIntegersAsTheConversionsDo) {
     namespace convert = generic::convert;
-    std::vector<std::string> fields = {"-",
-                                       "--1",
-                                       "-0",
-                                       "00",
-                                       "-00",
-                                       "08",
-                                       "-017",
-                                       "1-",
-                                       "1 ",
-                                       "+1",
-                                       "/",
-                                       ":",
-                                       "1/",
-                                       "1:",
-                                       "-x",
-                                       "123456789012345678",
-                                       "-1234567890123456789",
-                                       "9223372036854775808",
-                                       "-9223372036854775809",
-                                       "18446744073709551615",
-                                       "18446744073709551616"};
+    // clang-format off
+    std::vector<std::string> fields = {
+        "-", "--1", "-0", "00", "-00", "08", "-017", "1-", "1 ", "+1", "/", ":", "1/", "1:", "-x", "123456789012345678",
+        "-1234567890123456789", "9223372036854775808", "-9223372036854775809", "18446744073709551615",
+        "18446744073709551616"};
+    // clang-format on
     auto const add_with_neighbours = [&fields](unsigned long long number) {
         for (unsigned long long const n : {number - 1, number, number + 1}) {
             auto const negative = static_cast<long long>(0 - n);
