@@ -222,7 +222,7 @@ protected:
 
     ustring8 const text = "<?xml?><a x='1'>t <b/><!--c--></a><!--d-->\n!";
     event_list const all = {"S:a", "A:x=1", "T:t", "W: ", "S:b", "E:b", "C:c", "E:a", "C:d", "W:\n", "T:!"};
-    static constexpr std::size_t first_of[] = {0, 5, 1, 3, 2, 6}; // by slot, in that list
+    static constexpr int first_of[] = {0, 5, 1, 3, 2, 6}; // by slot, in that list
 
     std::size_t const slot = GetParam();
     event_list const before{all.begin(), all.begin() + first_of[slot]};
@@ -269,7 +269,7 @@ TEST_P(XmlParserCallbacks, MayThrow) {
 
 TEST_P(XmlParserCallbacks, MayStartAnotherParse) {
     expect(joined({before, all, rest}), "ok", [this](recorder& record) { record.parser.parse(text); });
-    expect(joined({before, {"W: "}, rest}), "ok", [this](recorder& record) { // the inner parse changes the slots
+    expect(joined({before, {"W: "}, rest}), "ok", [](recorder& record) { // the inner parse changes the slots
         record.bind(3, [&record](auto const& event) {
             record.add(event);
             record.bind_all();
