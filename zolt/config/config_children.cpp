@@ -519,12 +519,14 @@ bool key_path::cut(std::string_view text) {
     auto const end_component = [&](char const* end) {
         if (m_end == m_limit) make_room();
         *m_end++ = wanted_name({first, static_cast<std::size_t>(end - first)});
-        first = end + 1;
     };
     auto const look_at = [&](sixteen_bytes bytes, char const* place, unsigned int skipped) {
         if (!is_lowered && bytes.not_lowered() != 0) return false;
-        for (unsigned int ends = bytes.separators() >> skipped; ends != 0; ends &= ends - 1)
-            end_component(place + std::countr_zero(ends));
+        for (unsigned int ends = bytes.separators() >> skipped; ends != 0; ends &= ends - 1) {
+            char const* const end = place + std::countr_zero(ends);
+            end_component(end);
+            first = end + 1;
+        }
         return true;
     };
     char const* const data = text.data();
