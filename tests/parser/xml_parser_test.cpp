@@ -267,6 +267,21 @@ TEST_P(XmlParserCallbacks, MayThrow) {
     });
 }
 
+TEST_P(XmlParserCallbacks, MayMoveTheirSlot) {
+    auto const there_and_back = [](auto& own) {
+        auto moved(std::move(own));
+        EXPECT_FALSE(own);
+        moved.swap(own);
+        own.swap(moved);
+        own = std::move(moved);
+        EXPECT_TRUE(own);
+    };
+    expect(joined({all}), "ok", [&](recorder& record) {
+        if (slot == 2) return there_and_back(record.parser.on_attribute);
+        there_and_back(*record.with_text[slot]);
+    });
+}
+
 TEST_P(XmlParserCallbacks, MayStartAnotherParse) {
     expect(joined({before, all, rest}), "ok", [this](recorder& record) { record.parser.parse(text); });
     expect(joined({before, {"W: "}, rest}), "ok", [](recorder& record) { // the inner parse changes the slots

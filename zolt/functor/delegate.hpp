@@ -12,6 +12,7 @@
 #include <zolt/export.hpp>
 #include <zolt/functor/function_type_interface.hpp>
 
+#include <cstdint>
 #include <type_traits>
 #include <utility>
 
@@ -23,6 +24,8 @@ class delegate_t;
 namespace _private {
 template <typename Function, typename Sig>
 class callable_t;
+template <typename Sig>
+class held_target;
 }
 
 template <typename Result, typename... Arguments>
@@ -47,30 +50,35 @@ public:
     /// Binds a clone of the target.
     delegate_t(target_type const& target) : m_target(target.do_clone()) {}
 
-    delegate_t(delegate_t const& other) : m_target(other.m_target ? other.m_target->do_clone() : nullptr) {}
-    delegate_t(delegate_t&& other) noexcept : m_target(std::exchange(other.m_target, nullptr)) {}
+    delegate_t(delegate_t const& other) : m_target(other.cloned_target()) {}
+    delegate_t(delegate_t&& other) noexcept : m_target(other.give_target()) {}
     /// An exception that escapes the target's destructor ends the process.
     ~delegate_t() {
-        if (m_target) std::exchange(m_target, nullptr)->let_go();
+        if (!is_held()) delete std::exchange(m_target, nullptr);
     }
 
     delegate_t& operator=(delegate_t const& other) { return assign(other); }
     delegate_t& operator=(delegate_t&& other) noexcept {
-        delegate_t(std::move(other)).swap(*this);
+        delegate_t moved(std::move(other));
+        std::swap(m_target, moved.m_target);
         return *this;
     }
     delegate_t& assign(delegate_t const& other) {
-        if (this != &other) delegate_t(other).swap(*this);
-        return *this;
+        return this == &other ? *this : *this = delegate_t(other);
     }
 
-    void swap(delegate_t& other) noexcept { std::swap(m_target, other.m_target); }
+    void swap(delegate_t& other) noexcept {
+        delegate_t moved(std::move(other));
+        other = std::move(*this);
+        *this = std::move(moved);
+    }
 
     /// Forwards to the target. An unbound delegate calls nothing and returns a value-initialised
     /// result, so a result cannot be a reference.
     Result invoke(Arguments... arguments) const {
-        if (!m_target) return Result();
-        return m_target->invoke(std::forward<Arguments>(arguments)...);
+        target_type* const bound = target();
+        if (!bound) return Result();
+        return bound->invoke(std::forward<Arguments>(arguments)...);
     }
     Result operator()(Arguments... arguments) const { return invoke(std::forward<Arguments>(arguments)...); }
 
@@ -80,13 +88,36 @@ public:
     /// Both unbound, or both bound to equal targets.
     bool equal(delegate_t const& other) const {
         if (!m_target || !other.m_target) return m_target == other.m_target;
-        return m_target->do_equal(*other.m_target);
+        return target()->do_equal(*other.target());
     }
     friend bool operator==(delegate_t const& left, delegate_t const& right) { return left.equal(right); }
     friend bool operator!=(delegate_t const& left, delegate_t const& right) { return !left.equal(right); }
 
 private:
     friend class _private::held_target<Result(Arguments...)>;
+
+    // Somebody calls the target without this delegate, which leaves it to them when it drops it.
+    static constexpr std::uintptr_t held_mark = 1; // within the pointer
+
+    bool is_held() const noexcept { return (reinterpret_cast<std::uintptr_t>(m_target) & held_mark) != 0; }
+    target_type* target() const noexcept {
+        return is_held() ? reinterpret_cast<target_type*>(reinterpret_cast<std::uintptr_t>(m_target) - held_mark)
+                         : m_target;
+    }
+    target_type* cloned_target() const { return m_target ? target()->do_clone() : nullptr; }
+    // A held target stays with who holds it, and a clone goes, or nothing where there is no memory for one.
+    target_type* give_target() noexcept {
+        target_type* given = m_target;
+        if (is_held()) {
+            try {
+                given = cloned_target();
+            } catch (...) {
+                given = nullptr;
+            }
+        }
+        m_target = nullptr;
+        return given;
+    }
 
     target_type* m_target = nullptr;
 };

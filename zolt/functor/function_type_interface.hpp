@@ -14,23 +14,11 @@ namespace ZOLT_2_18::functor {
 
 template <typename Sig>
 class function_type_interface;
-template <typename Sig>
-class delegate_t;
-
-namespace _private {
-template <typename Sig>
-class held_target;
-}
 
 template <typename Result, typename... Arguments>
 class ZOLT_API function_type_interface<Result(Arguments...)>
     : public traits::function_traits<Result(Arguments...)>, public generic::abilities::clone_ability {
 public:
-    function_type_interface() noexcept = default;
-    /// A copy is a new target with an owner of its own.
-    function_type_interface(function_type_interface const& other)
-        : traits::function_traits<Result(Arguments...)>(other), clone_ability(other) {}
-    function_type_interface& operator=(function_type_interface const&) noexcept { return *this; }
     ~function_type_interface() override = default;
 
     /// Calls the target.
@@ -41,23 +29,6 @@ public:
 
     /// A new heap copy with the same target, owned by the caller.
     virtual function_type_interface* do_clone() const = 0;
-
-private:
-    template <typename>
-    friend class delegate_t;
-    template <typename>
-    friend class _private::held_target;
-
-    /// By whoever has it from its owner, or by the owner itself: the last one deletes the target.
-    void let_go() noexcept {
-        if (m_other_holders == 0) {
-            delete this;
-        } else {
-            --m_other_holders;
-        }
-    }
-
-    unsigned int m_other_holders = 0;
 };
 
 } // namespace ZOLT_2_18::functor

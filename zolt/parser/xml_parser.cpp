@@ -212,7 +212,7 @@ class scanner {
     using callback = functor::_private::held_target<void(ustring8 const&)>;
 
 public:
-    scanner(xml_parser const& parser, place first, place last)
+    scanner(xml_parser& parser, place first, place last)
         : m_on_element_start(parser.on_element_start),
           m_on_element_end(parser.on_element_end),
           m_on_attribute(parser.on_attribute),
