@@ -12,7 +12,6 @@
 
 #include <set>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace tools {

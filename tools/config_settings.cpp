@@ -7,10 +7,9 @@
 
 #include <unistd.h>
 
-#include <algorithm>
+#include <array>
 #include <iostream>
 #include <sstream>
-#include <string_view>
 
 namespace tools {
 namespace {

@@ -10,7 +10,6 @@
 #include <zolt/config/base_config_item.hpp>
 #include <zolt/config/config_manager.hpp>
 
-#include <array>
 #include <cstddef>
 #include <functional>
 #include <optional>

@@ -20,7 +20,6 @@
 #include <cerrno>
 #include <cstring>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>

@@ -24,7 +24,6 @@
 #include <bit>
 #include <cctype>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <utility>
 #include <vector>

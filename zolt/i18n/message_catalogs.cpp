@@ -12,7 +12,6 @@
 #include <zolt/system/io.hpp>
 #include <zolt/system/io_private.hpp>
 
-#include <algorithm>
 #include <iterator>
 #include <set>
 #include <utility>

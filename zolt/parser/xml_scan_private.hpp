@@ -9,8 +9,6 @@
 // end of a run is found by a shift and a count of zeros.
 #pragma once
 
-#include <zolt/export.hpp>
-
 #include <algorithm>
 #include <array>
 #include <bit>

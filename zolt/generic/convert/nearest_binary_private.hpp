@@ -12,7 +12,6 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
-#include <type_traits>
 
 namespace ZOLT_2_18::generic::convert::_private {
 

@@ -14,11 +14,9 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <locale>
 #include <sstream>
-#include <type_traits>
 
 namespace ZOLT_2_18::generic::convert {
 namespace {
