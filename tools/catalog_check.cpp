@@ -30,14 +30,11 @@ struct report {
 // False, and a complaint, when there is nothing to check at the path.
 bool add_path(session const& session, catalog_sources& sources, ustring8 const& path) {
     bool const is_directory = zolt::system::io::is_directory(path);
-    phrase problem = phrase::no_path;
-    if (is_directory && ::access(path.c_str(), R_OK | X_OK) != 0) {
-        problem = phrase::not_readable;
-    } else if (is_directory || zolt::system::io::is_file(path)) {
+    bool const is_closed = is_directory && ::access(path.c_str(), R_OK | X_OK) != 0;
+    phrase problem = zolt::system::io::exists(path) ? phrase::not_readable : phrase::no_path;
+    if (!is_closed && (is_directory || zolt::system::io::is_file(path))) {
         if (sources.add(path) != 0) return true;
         problem = phrase::no_files;
-    } else if (zolt::system::io::exists(path)) {
-        problem = phrase::not_readable;
     }
     session.complain(session.texts.get(problem, {{"path", path}}));
     return false;

@@ -7,7 +7,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <utility>
 
 namespace ZOLT_2_18::debug {
 namespace {
@@ -59,6 +58,7 @@ void ____________________ASSERT____________________(char const* expression, char
     }
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): published with the arguments of printf
 void _______________CONTEXT__ASSERT________________(char const* expression, char const* file, unsigned int line,
                                                     char const* function, char const* format, ...) {
     char text[256] = {};
@@ -66,7 +66,8 @@ void _______________CONTEXT__ASSERT________________(char const* expression, char
     if (written >= 1 && written < static_cast<int>(sizeof text) && format) {
         std::va_list arguments;
         va_start(arguments, format);
-        std::vsnprintf(text + written, sizeof text - static_cast<std::size_t>(written), format, arguments);
+        static_cast<void>(
+            std::vsnprintf(text + written, sizeof text - static_cast<std::size_t>(written), format, arguments));
         va_end(arguments);
     }
     ____________________ASSERT____________________(text, file, line, function);

@@ -105,12 +105,10 @@ void message_item::append_to(std::string& text, generic::varg_list const& args) 
         return;
     }
     generic::argument const* const argument = how == rendering::none ? nullptr : find_in(args);
-    if (argument == nullptr) {
-        text += invalid_text;
-    } else if (how == rendering::text) {
+    if (argument && how == rendering::text) {
         text += argument->value().as_string();
-    } else if (!_private::append_value(text, m_type, argument->value(),
-                                       options_behind(name_view().size(), m_data))) {
+    } else if (!argument || !_private::append_value(text, m_type, argument->value(),
+                                                    options_behind(name_view().size(), m_data))) {
         text += invalid_text;
     }
 }

@@ -38,10 +38,10 @@ inline constexpr auto digit_pairs = [] {
 inline void write_digits_before(char* end, std::uint32_t value) noexcept {
     for (; value >= 100; value /= 100) {
         end -= 2;
-        std::memcpy(end, &digit_pairs[value % 100 * 2], 2);
+        std::memcpy(end, &digit_pairs[std::size_t{value % 100} * 2], 2);
     }
     if (value >= 10)
-        std::memcpy(end - 2, &digit_pairs[value * 2], 2);
+        std::memcpy(end - 2, &digit_pairs[std::size_t{value} * 2], 2);
     else
         end[-1] = static_cast<char>('0' + value);
 }

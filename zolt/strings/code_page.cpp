@@ -145,6 +145,7 @@ public:
     }
 
 private:
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): what iconv_open returns when it fails
     static iconv_t closed() { return reinterpret_cast<iconv_t>(-1); }
 
     raise_sites const& m_sites;

@@ -30,6 +30,7 @@ template <typename Text>
 void map_case(Text& text, size_t from, size_t to, case_function map) {
     using unit_t = typename Text::value_type;
     for (size_t i = from; i < to; ++i) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): to the unsigned type of the same size
         auto const value = static_cast<std::make_unsigned_t<unit_t>>(text[i]);
         if (value <= 0xFF) text[i] = static_cast<unit_t>(map(static_cast<int>(value)));
     }

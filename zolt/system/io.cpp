@@ -161,7 +161,7 @@ bool io::is_directory(ustring16 const& path) { return is_directory(narrow(path))
 bool io::is_directory(ustring32 const& path) { return is_directory(narrow(path)); }
 
 void io::remove_file(ustring8 const& path) {
-    if (_private::is_whole_path(path)) std::remove(path.c_str());
+    if (_private::is_whole_path(path)) static_cast<void>(std::remove(path.c_str()));
 }
 void io::remove_file(ustring16 const& path) { remove_file(narrow(path)); }
 void io::remove_file(ustring32 const& path) { remove_file(narrow(path)); }

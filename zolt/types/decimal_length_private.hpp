@@ -48,6 +48,7 @@ constexpr std::size_t decimal_length(std::uint64_t value) noexcept {
 /// The number without its sign.
 template <typename Integer>
 constexpr std::uint64_t magnitude(Integer value) noexcept {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): with the sign, which is taken off then
     auto const bits = static_cast<std::uint64_t>(value);
     return value < Integer{} ? 0 - bits : bits;
 }

@@ -11,6 +11,7 @@ namespace ZOLT_2_18::generic::convert::_private {
 /// parts, so that equal bytes are equal locales.
 inline bool is_classic(std::locale const& locale) {
     static std::locale const& classic = std::locale::classic();
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-oop57-cpp): equal bytes are enough
     return std::memcmp(&locale, &classic, sizeof locale) == 0 || locale == classic;
 }
 

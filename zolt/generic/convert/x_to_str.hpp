@@ -126,8 +126,8 @@ inline void put_pair(C* to, unsigned int number) {
     if constexpr (sizeof(C) == 1) {
         std::memcpy(to, pair, 2);
     } else {
-        to[0] = static_cast<C>(pair[0]);
-        to[1] = static_cast<C>(pair[1]);
+        to[0] = static_cast<C>(static_cast<unsigned char>(pair[0]));
+        to[1] = static_cast<C>(static_cast<unsigned char>(pair[1]));
     }
 }
 
@@ -148,7 +148,7 @@ inline void write_pairs(unsigned long long value, C* buffer) {
     if (rest >= Radix) {
         put_pair<Radix>(at - 2, rest);
     } else {
-        at[-1] = static_cast<C>(digit_pairs<Radix>.units[2 * rest + 1]);
+        at[-1] = static_cast<C>(static_cast<unsigned char>(digit_pairs<Radix>.units[2 * rest + 1]));
     }
 }
 

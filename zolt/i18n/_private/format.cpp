@@ -156,14 +156,14 @@ void append_double(std::string& text, double value, int precision, int fieldsize
 
 struct numeral_form {
     string_view keyword;
-    unsigned int base;
     string_view prefix;
+    unsigned int base;
     bool grouped;
 };
 
 constexpr numeral_form numeral_forms[] = {
-    {"dec", 10, "", false},   {"default", 10, "", false}, {"spaced_dec", 10, "", true},
-    {"hex", 16, "0x", false}, {"oct", 8, "o", false},     {"bin", 2, "b", false},
+    {"dec", "", 10, false},   {"default", "", 10, false}, {"spaced_dec", "", 10, true},
+    {"hex", "0x", 16, false}, {"oct", "o", 8, false},     {"bin", "b", 2, false},
 };
 
 struct int_settings {

@@ -587,7 +587,7 @@ private:
     [[noreturn]] static void fail_too_large(ustring8 const& path) {
         load_error fault(unexpected_parse_error, ustring8());
         fault.append_error_stack(load_error::in_file, path);
-        throw fault;
+        throw load_error(fault);
     }
 
     open_file& start(ustring8 const& path, ustring8 const& directory,
