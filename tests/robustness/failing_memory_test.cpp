@@ -298,6 +298,17 @@ TEST(failing_memory, a_failed_assignment_leaves_the_old_value) {
     tree.set_node("z", types::variant(text), 0);
     assigns_wholly(old_tree, tree, dump);
 
+    auto const of_names = [](config::module_config_dispatch const& dispatch) {
+        std::string all;
+        for (auto const& each : dispatch.get_filenames()) all += each + ";";
+        return all;
+    };
+    auto const names = [](char const* first, std::string const& second) {
+        generic::varg_list const list(generic::argument("1", first), generic::argument("2", second));
+        return config::module_config_dispatch(list, nullptr);
+    };
+    assigns_wholly(names("a", "b"), names("c", text), of_names);
+
     auto const of_buffer = [](auto const& buffer) { return buffer.as_str(); };
     serialization::serialize_text_buf text_buffer;
     serialization::serialize_binary_buf binary;

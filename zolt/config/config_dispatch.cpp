@@ -80,7 +80,8 @@ module_config_dispatch::module_config_dispatch(module_config_dispatch const&) = 
 module_config_dispatch::~module_config_dispatch() = default;
 
 module_config_dispatch& module_config_dispatch::assign(module_config_dispatch const& other) {
-    m_file_names = other.m_file_names;
+    std::vector<ustring8> file_names = other.m_file_names;
+    m_file_names.swap(file_names);
     m_envp = other.m_envp;
     return *this;
 }
