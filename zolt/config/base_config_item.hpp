@@ -36,6 +36,7 @@ namespace ZOLT_2_18::config {
 class ZOLT_API base_config_item : public generic::abilities::clone_ability,
                                   public generic::abilities::reference_count_pointer_ability<base_config_item> {
 public:
+    /// Sources in order of precedence.
     using item_list = std::list<memory::pointers::rc_pointer<base_config_item>>;
 
     ~base_config_item() override;
@@ -53,7 +54,9 @@ public:
     /// A new copy: count 0, marked as heap-allocated, for the caller to hand to a pointer.
     virtual base_config_item* clone() const = 0;
 
+    /// The name of the source, such as "standard file".
     strings::ustring8 get_id() const { return m_id; }
+    /// What the source holds.
     config_tree const& tree() const noexcept { return m_tree; }
 
     /// Kind and value stored under the key, valid while the source is unchanged; null when there is none. A
@@ -95,6 +98,7 @@ public:
     void dump(std::ostream& stream) const;
 
 protected:
+    /// A source without entries.
     explicit base_config_item(strings::ustring8 const& id);
     base_config_item(base_config_item const&);
 
@@ -102,6 +106,7 @@ protected:
     /// Copies id and tree; who holds the item stays as it is.
     base_config_item& assign(base_config_item const& other);
 
+    /// The tree for a source to fill.
     config_tree& own_tree() noexcept { return m_tree; }
 
 private:
@@ -109,6 +114,7 @@ private:
     config_tree m_tree;
 };
 
+/// dump.
 ZOLT_API std::ostream& operator<<(std::ostream& stream, base_config_item const& item);
 
 } // namespace ZOLT_2_18::config

@@ -41,6 +41,7 @@ public:
     commandline_item& operator=(commandline_item const& other) { return assign(other); }
     commandline_item& assign(commandline_item const& other);
 
+    /// The arguments as they were given.
     unsigned int get_argc() const noexcept { return m_argc; }
     char const* const* get_argv() const noexcept { return m_argv; }
 

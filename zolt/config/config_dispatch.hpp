@@ -29,6 +29,7 @@ namespace ZOLT_2_18::config {
 /// Abstract. The order of the virtual operations is part of the binary interface.
 class ZOLT_API config_dispatch : public generic::abilities::clone_ability {
 public:
+    /// Sources in order of precedence.
     using item_list = base_config_item::item_list;
 
     config_dispatch() noexcept;
@@ -63,6 +64,7 @@ public:
     std_config_dispatch& operator=(std_config_dispatch const& other) { return assign(other); }
     std_config_dispatch& assign(std_config_dispatch const& other);
 
+    /// What the constructor was given.
     int get_argc() const noexcept { return m_argc; }
     char const* const* get_argv() const noexcept { return m_argv; }
     char const* const* get_envp() const noexcept { return m_envp; }
@@ -93,6 +95,7 @@ public:
     module_config_dispatch& operator=(module_config_dispatch const& other) { return assign(other); }
     module_config_dispatch& assign(module_config_dispatch const& other);
 
+    /// What the constructor was given, the values as text.
     std::vector<strings::ustring8> const& get_filenames() const noexcept { return m_file_names; }
     char const* const* get_envp() const noexcept { return m_envp; }
 

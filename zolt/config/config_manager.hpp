@@ -92,6 +92,7 @@ private:
     std::unique_ptr<config_dispatch> m_dispatch;
 };
 
+/// dump.
 ZOLT_API std::ostream& operator<<(std::ostream& stream, config_manager const& manager);
 
 } // namespace ZOLT_2_18::config

@@ -22,8 +22,10 @@
 
 namespace ZOLT_2_18::config {
 
+/// One word of configuration text.
 class ZOLT_API config_token {
 public:
+    /// The kinds of tokens.
     enum tok_types : unsigned int {
         T_VAR = 0,           ///< a run of letters
         T_NUM = 1,           ///< a run of decimal digits
@@ -64,10 +66,11 @@ public:
     /// give "unknown type".
     strings::ustring8 CvtTokStr() const;
 
+    /// The bytes of the token, those of a string without its quotes.
     strings::ustring8 text;
     unsigned int end = 0;   ///< position just after the token, one past the text's end for an open string
     unsigned int start = 0; ///< position of the token's first byte, a string's opening quote included
-    tok_types kind = T_END;
+    tok_types kind = T_END; ///< as get_token tells it, but for "*/"
 };
 
 /// True for TAB, LF, CR and blank.

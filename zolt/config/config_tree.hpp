@@ -117,7 +117,9 @@ public:
     /// switch without value and 2 for the head of an array, whose value is nil. A node that is only a step
     /// of a path is of kind 0 and nil.
     using entry_type = std::pair<unsigned int, types::variant>;
+    /// Names and what they stand for.
     using entry_list = std::vector<std::pair<strings::ustring8, entry_type>>;
+    /// A forward iterator over (name, node) pairs.
     using const_iterator = _private::deep_copy_map::const_iterator;
 
     config_tree();

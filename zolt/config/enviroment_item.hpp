@@ -25,6 +25,7 @@ public:
     enviroment_item& operator=(enviroment_item const& other) { return assign(other); }
     enviroment_item& assign(enviroment_item const& other);
 
+    /// The list as it was given.
     char const* const* get_envp() const noexcept { return m_envp; }
 
     /// Returns true.

@@ -34,6 +34,7 @@ ZOLT_API void set_assert_hook(functor::delegate_t<void(char const*, char const*,
 /// Destroys the installed hook, if any.
 ZOLT_API void set_assert_hook(types::nil_t const&);
 
+/// True while a hook is installed.
 ZOLT_API bool is_assert_hook_set();
 
 namespace _private {

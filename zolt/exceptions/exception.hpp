@@ -43,7 +43,7 @@ public:
     /// Where an exception was raised. The texts are held by value, so they outlive the strings that
     /// they were made from.
     struct ZOLT_API state {
-        unsigned int line;
+        unsigned int line;  ///< in the release that raised it
         char file[256];     ///< NUL-terminated
         char function[256]; ///< NUL-terminated
 
@@ -53,6 +53,7 @@ public:
         state& operator=(state const&) noexcept = default;
     };
 
+    /// For the constructors of the subclasses.
     exception(unsigned int line, char const* file, char const* function) noexcept;
     exception(state const& where) noexcept;
     exception(exception const&) noexcept = default;
@@ -62,11 +63,14 @@ public:
     /// The message exactly as it was given; valid as long as the exception lives.
     virtual char const* get_message() const = 0;
 
+    /// Where it was raised.
     state where;
 };
 
+/// The caller's mistake.
 class ZOLT_API logic_error : public exception {
 public:
+    /// With the message and the place where it is raised.
     logic_error(std::string const& message, unsigned int line, char const* file, char const* function);
     logic_error(std::string const& message, state const& where);
     logic_error(logic_error const&) = default;
@@ -79,6 +83,7 @@ private:
     std::string m_message;
 };
 
+/// An index or key outside a container.
 class ZOLT_API out_of_range : public logic_error {
 public:
     using logic_error::logic_error;
@@ -87,6 +92,7 @@ public:
     ~out_of_range() override;
 };
 
+/// A size that cannot be.
 class ZOLT_API length_error : public logic_error {
 public:
     using logic_error::logic_error;
@@ -95,6 +101,7 @@ public:
     ~length_error() override;
 };
 
+/// A bad argument or a text that cannot be read.
 class ZOLT_API invalid_argument_value : public logic_error {
 public:
     using logic_error::logic_error;
@@ -103,8 +110,10 @@ public:
     ~invalid_argument_value() override;
 };
 
+/// A failure of the platform: files, converters, empty pointers.
 class ZOLT_API runtime_error : public exception {
 public:
+    /// With the message and the place where it is raised.
     runtime_error(std::string const& message, unsigned int line, char const* file, char const* function);
     runtime_error(std::string const& message, state const& where);
     runtime_error(runtime_error const&) = default;
@@ -117,6 +126,7 @@ private:
     std::string m_message;
 };
 
+/// A number too large for its type.
 class ZOLT_API overflow_error : public runtime_error {
 public:
     using runtime_error::runtime_error;
@@ -125,6 +135,7 @@ public:
     ~overflow_error() override;
 };
 
+/// A number too small for its type.
 class ZOLT_API underflow_error : public runtime_error {
 public:
     using runtime_error::runtime_error;
@@ -133,6 +144,7 @@ public:
     ~underflow_error() override;
 };
 
+/// Something taken from an empty container.
 class ZOLT_API empty_error : public runtime_error {
 public:
     using runtime_error::runtime_error;
@@ -141,6 +153,7 @@ public:
     ~empty_error() override;
 };
 
+/// Something put into a full container.
 class ZOLT_API full_error : public runtime_error {
 public:
     using runtime_error::runtime_error;

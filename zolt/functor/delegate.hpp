@@ -28,9 +28,11 @@ template <typename Sig>
 class held_target;
 }
 
+/// The delegate of a signature; others do not exist.
 template <typename Result, typename... Arguments>
 class delegate_t<Result(Arguments...)> {
 public:
+    /// What a delegate owns.
     using target_type = function_type_interface<Result(Arguments...)>;
 
     /// Unbound.

@@ -15,6 +15,7 @@ namespace ZOLT_2_18::functor {
 template <typename Sig>
 class function_type_interface;
 
+/// The callable of a signature; others do not exist.
 template <typename Result, typename... Arguments>
 class ZOLT_API function_type_interface<Result(Arguments...)>
     : public traits::function_traits<Result(Arguments...)>, public generic::abilities::clone_ability {

@@ -19,13 +19,16 @@ namespace ZOLT_2_18::functor {
 template <typename C, typename Sig>
 class member_function_t;
 
+/// The binding of a signature; others do not exist.
 template <typename C, typename Result, typename... Arguments>
 class ZOLT_API member_function_t<C, Result(Arguments...)>
     : public function_type_interface<Result(Arguments...)> {
 public:
+    /// Pointer to a member function, const where the class is.
     using member_type = std::conditional_t<std::is_const_v<C>, Result (std::remove_const_t<C>::*)(Arguments...) const,
                                            Result (std::remove_const_t<C>::*)(Arguments...)>;
 
+    /// Binds the object, which is not owned, to the member function.
     member_function_t(C* object, member_type member) noexcept : m_member(member), m_object(object) {}
 
     /// Virtual member functions dispatch through the object as usual. Both pointers must be set.

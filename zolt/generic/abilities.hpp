@@ -23,7 +23,7 @@ public:
     alloc_detection_ability& operator=(alloc_detection_ability const&) noexcept { return *this; }
     virtual ~alloc_detection_ability();
 
-    bool heap_allocated = false;
+    bool heap_allocated = false; ///< made with `new`; kept by copies and assignments of others
 };
 
 /// The count of pointers that hold the object. A copy starts with its own count of 0; assignment
@@ -36,7 +36,7 @@ public:
     reference_count_pointer_ability_b& operator=(reference_count_pointer_ability_b const&) noexcept { return *this; }
     ~reference_count_pointer_ability_b() override;
 
-    unsigned int reference_count = 0;
+    unsigned int reference_count = 0; ///< pointers that hold the object
 };
 
 /// Typed mark of the classes that rc_pointer<T> holds.

@@ -30,16 +30,19 @@ public:
     /// Nil: no name, and nil for a value.
     argument();
     argument(types::nil_t const&);
+    /// With a value, with or without a name.
     argument(types::variant const& value);
     argument(strings::ustring8 const& name, types::variant const& value);
     argument(argument const&) = default;
     /// The moved-from argument has no name and an unchanged value.
     argument(argument&& other) noexcept = default;
 
+    /// The two parts and what replaces them.
     strings::ustring8 const& name() const noexcept { return m_name; }
     types::variant const& value() const noexcept { return m_value; }
     void name(strings::ustring8 const& name);
     void value(types::variant const& value) noexcept;
+    /// True unless the name is empty.
     bool has_name() const noexcept { return !m_name.empty(); }
 
     argument& operator=(argument const& other) { return assign(other); }
@@ -48,6 +51,7 @@ public:
     argument& operator=(types::nil_t const& tag) { return assign(tag); }
     argument& assign(argument const& other);
     argument& assign(argument&& other) noexcept;
+    /// Replaces both parts.
     argument& assign(strings::ustring8 const& name, types::variant const& value);
     /// Replaces the value only; the name stays.
     argument& assign(types::variant const& value) noexcept;
@@ -70,6 +74,7 @@ private:
 /// may be any integer; a negative one is beyond every list.
 class ZOLT_API varg_list {
 public:
+    /// Over the arguments in order.
     using iterator = std::vector<argument>::iterator;
     using const_iterator = std::vector<argument>::const_iterator;
 
@@ -106,6 +111,7 @@ public:
     bool push_back(argument const& item);
     bool push_back(strings::ustring8 const& name, types::variant const& value);
 
+    /// True when an argument has that name.
     bool has_argument(strings::ustring8 const& name) const noexcept;
     bool has_argument(char const* name) const noexcept;
 
@@ -128,8 +134,11 @@ public:
     argument const& operator[](unsigned long index) const { return at(index); }
     argument& operator[](unsigned long index) { return at(index); }
 
+    /// The number of arguments.
     unsigned long count() const noexcept { return static_cast<unsigned long>(m_arguments.size()); }
+    /// True without arguments.
     bool empty() const noexcept { return m_arguments.empty(); }
+    /// Over the arguments in order.
     const_iterator begin() const noexcept { return m_arguments.begin(); }
     const_iterator end() const noexcept { return m_arguments.end(); }
     iterator begin() noexcept { return m_arguments.begin(); }
@@ -152,7 +161,7 @@ public:
     void erase() noexcept;
     void clear() noexcept;
 
-    // An index of any other integer type; with these a literal 0 is an index, never a null name.
+    /// An index of any other integer type; with these a literal 0 is an index, never a null name.
     template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
     argument const& at(Integer index) const {
         return at(to_index(index));

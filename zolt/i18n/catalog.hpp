@@ -31,9 +31,13 @@ class xmc_file_loader;
 
 class ZOLT_API catalog_t final : public memory::pointers::shared_count {
 public:
+    /// The messages by their names.
     using message_map = std::map<strings::ustring8, message_t>;
+    /// Over (name, message) pairs.
     using const_iterator = message_map::const_iterator;
+    /// Languages as catalogs wrote them.
     using language_set = std::set<strings::ustring8>;
+    /// Over these.
     using language_iterator = language_set::const_iterator;
 
     /// The message returned for every name that is not there. Ready before any other static object.
@@ -55,9 +59,11 @@ public:
     bool operator==(types::nil_t const& nil) const noexcept { return equal(nil); }
     bool operator!=(types::nil_t const& nil) const noexcept { return !equal(nil); }
 
+    /// The catalog's name.
     strings::ustring8 const& name() const noexcept { return m_name; }
     void _name(strings::ustring8 const& name) { m_name = name; }
 
+    /// True when the catalog holds a message of that name.
     bool has_message(strings::ustring8 const& name) const;
     /// The message, valid until it is replaced or the catalog ends; m_nil_message when absent.
     message_t const& message(strings::ustring8 const& name) const;

@@ -32,7 +32,9 @@ namespace ZOLT_2_18::i18n {
 /// that describes it.
 class ZOLT_API message_t {
 public:
+    /// Literal texts and placeholders in order.
     using items_type = std::vector<message_item>;
+    /// Over these.
     using iterator = items_type::iterator;
     using const_iterator = items_type::const_iterator;
 
@@ -58,9 +60,11 @@ public:
     bool operator==(types::nil_t const& nil) const noexcept { return equal(nil); }
     bool operator!=(types::nil_t const& nil) const noexcept { return !equal(nil); }
 
+    /// The name within the catalog.
     strings::ustring8 const& name() const noexcept { return m_name; }
     void name(strings::ustring8 const& name) { m_name = name; }
 
+    /// Free text that describes the message.
     strings::ustring8 const& meta() const noexcept { return m_meta; }
     void meta(strings::ustring8 const& meta) { m_meta = meta; }
 
@@ -68,6 +72,7 @@ public:
     strings::ustring8 const& _orginal_locale() const noexcept { return m_orginal_locale; }
     void _orginal_locale(strings::ustring8 const& locale) { m_orginal_locale = locale; }
 
+    /// Over the items in order.
     iterator begin() noexcept { return m_items.begin(); }
     iterator end() noexcept { return m_items.end(); }
     const_iterator begin() const noexcept { return m_items.begin(); }

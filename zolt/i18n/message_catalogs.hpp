@@ -47,6 +47,7 @@ class ZOLT_API message_catalogs {
     using ustring32 = strings::ustring32;
 
 public:
+    /// What a load comes to.
     enum error_type : unsigned int {
         no_error = 0,
         no_catalog_loaded = 1,          ///< nothing for the request was found
@@ -62,10 +63,13 @@ public:
     /// The outcome of a load: a code and a text for the user, of several lines for a fault in a file.
     class ZOLT_API result_type {
     public:
+        /// From a code, with its usual text about that path, or from the fault of a file.
         result_type(error_type code, strings::ustring8 const& path);
         explicit result_type(_private::xmc_file_loader::load_error const& fault);
 
+        /// The code.
         error_type code() const noexcept { return m_code; }
+        /// The text for the user.
         strings::ustring8 const& message() const noexcept { return m_message; }
 
     private:
@@ -73,7 +77,9 @@ public:
         strings::ustring8 m_message;
     };
 
+    /// The catalogs by their names.
     using catalog_map = std::map<strings::ustring8, memory::pointers::shared_pointer<catalog_t>>;
+    /// Over (name, catalog) pairs.
     using const_iterator = catalog_map::const_iterator;
     using iterator = const_iterator;
 
@@ -134,6 +140,7 @@ public:
     result_type load_directory(ustring32 const& path, ustring32 const& lang);
     result_type load_directory(ustring32 const& path, ustring32 const& lang, ustring32 const& catalog_id);
 
+    /// True when a catalog of that name is loaded.
     bool has_catalog(ustring8 const& name) const;
     bool has_catalog(ustring16 const& name) const;
     bool has_catalog(ustring32 const& name) const;
@@ -147,6 +154,7 @@ public:
     catalog_t const& catalog(ustring16 const& name) const;
     catalog_t const& catalog(ustring32 const& name) const;
 
+    /// True when the catalog holds a message of that name.
     bool has_message(ustring8 const& catalog, ustring8 const& message) const;
     bool has_message(ustring16 const& catalog, ustring16 const& message) const;
     bool has_message(ustring32 const& catalog, ustring32 const& message) const;

@@ -70,6 +70,7 @@ public:
     message_item& assign(message_item const& other);
     message_item& assign(message_item&& other) noexcept;
 
+    /// The kind.
     type_t type() const noexcept { return m_type; }
 
     /// The whole data: a literal's text, a placeholder's name, separators and options.

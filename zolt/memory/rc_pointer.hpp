@@ -25,6 +25,7 @@ namespace ZOLT_2_18::memory::pointers {
 template <typename T>
 class rc_pointer {
 public:
+    /// What is pointed to.
     using element_type = T;
 
     constexpr rc_pointer() noexcept = default;

@@ -20,8 +20,8 @@ namespace ZOLT_2_18::memory::pointers {
 
 /// The two counting members. A copy starts unmarked with a count of 0; assignment leaves both alone.
 struct shared_count {
-    bool heap_allocated = false;
-    unsigned int reference_count = 0;
+    bool heap_allocated = false;      ///< made with `new`: the last pointer deletes it
+    unsigned int reference_count = 0; ///< pointers that hold the object
 
     shared_count() noexcept = default;
     shared_count(shared_count const&) noexcept {}
@@ -31,6 +31,7 @@ struct shared_count {
 template <typename T>
 class shared_pointer {
 public:
+    /// What is pointed to.
     using element_type = T;
 
     constexpr shared_pointer() noexcept = default;

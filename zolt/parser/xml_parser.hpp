@@ -27,10 +27,12 @@ namespace ZOLT_2_18::parser {
 
 class ZOLT_API xml_parser {
 public:
+    /// Over the bytes of a text.
     using const_iterator = strings::ustring8::const_iterator;
 
     /// How a parse ended.
     struct ZOLT_API parse_error {
+        /// The kinds of faults.
         enum error_type : unsigned int {
             no_error = 0,
             unexpected_end = 1,       ///< the input ends inside a construct or with elements open
@@ -45,9 +47,11 @@ public:
             data_after_root = 10      ///< an element after the root element
         };
 
+        /// Of the three fields.
         parse_error(error_type error_kind, unsigned long error_line, strings::ustring8 const& error_text)
             : kind(error_kind), line(error_line), text(error_text) {}
 
+        /// no_error on success.
         error_type kind;
         /// The line feeds before the fault, less those inside the header, comments and attribute values:
         /// 0 in the first line. 0 on success.

@@ -78,8 +78,10 @@ struct node_allocator {
 
 class ZOLT_API xml_token_stream {
 public:
+    /// One piece of the text: its kind and value.
     class token {
     public:
+        /// The kinds of tokens.
         enum token_type : unsigned int {
             element_start = 0,   ///< value: the element's name
             element_end = 1,     ///< value: the element's name
@@ -91,10 +93,13 @@ public:
             character = 7        ///< value: a run of decoded text without whitespace around it
         };
 
+        /// A token with that value or without one.
         token(token_type type, strings::ustring8 const& value) : m_type(type), m_value(value) {}
         explicit token(token_type type) noexcept : m_type(type) {}
 
+        /// The kind.
         token_type type() const noexcept { return m_type; }
+        /// The value, as the kind tells it.
         strings::ustring8 const& value() const noexcept { return m_value; }
 
     private:
@@ -121,6 +126,7 @@ public:
     /// The same for a part of a text.
     xml_parser::parse_error parse(strings::ustring8::const_iterator first, strings::ustring8::const_iterator last);
 
+    /// Over the tokens in order.
     iterator begin() noexcept { return m_tokens.begin(); }
     iterator end() noexcept { return m_tokens.end(); }
     const_iterator begin() const noexcept { return m_tokens.begin(); }
@@ -129,8 +135,7 @@ public:
     /// Number of tokens.
     std::size_t size() const noexcept { return m_tokens.size(); }
 
-    // Bound to the parser; not meant to be called by users.
-
+    /// Bound to the parser; not meant to be called by users.
     void on_element_start(strings::ustring8 const& name);
     void on_element_end(strings::ustring8 const& name);
     void on_attribute(strings::ustring8 const& name, strings::ustring8 const& value);

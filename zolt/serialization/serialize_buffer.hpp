@@ -57,6 +57,7 @@ public:
     /// The whole content, whatever has been read of it.
     virtual std::string as_str() const = 0;
 
+    /// Appends the value.
     virtual void append_int8(signed char const& value) = 0;
     virtual void append_int16(short const& value) = 0;
     /// Appends the low 32 bits, where long has more.
@@ -76,6 +77,7 @@ public:
     /// appended to itself.
     virtual void append_buffer(serialize_buffer const& other) = 0;
 
+    /// Reads the next value, which was appended as this type.
     virtual signed char read_int8() const = 0;
     virtual short read_int16() const = 0;
     virtual long read_int32() const = 0; ///< within 32 bits on every build

@@ -65,6 +65,7 @@ public:
 
     code_page() noexcept = default;
     code_page(types::nil_t const&) noexcept {}
+    /// Of that type, which may be any number.
     code_page(encoding_type const& type) noexcept : m_type(type) {}
     code_page(code_page const&) noexcept = default;
     ~code_page() = default;
@@ -75,6 +76,7 @@ public:
 
     code_page& assign(types::nil_t const&) noexcept;
     code_page& assign(code_page const& other) noexcept;
+    /// Becomes of that type.
     code_page& assign(encoding_type const& type) noexcept;
 
     /// Kept: a code page equals nil when its type is negative, so one made from nil (type 0) does not.
@@ -89,6 +91,7 @@ public:
     bool operator!=(code_page const& other) const noexcept { return !equal(other); }
     bool operator!=(encoding_type const& type) const noexcept { return !equal(type); }
 
+    /// The type.
     encoding_type const& type() const noexcept { return m_type; }
     encoding_type& type() noexcept { return m_type; }
     void type(encoding_type const& type) noexcept { m_type = type; }

@@ -105,6 +105,7 @@ inline constexpr bool is_text_and_part = std::conjunction_v<is_text<Text>, std::
 
 } // namespace _private
 
+/// The same with a delimiter of another type.
 template <typename Text, typename Delimiter>
 std::enable_if_t<_private::is_text_and_part<Text, Delimiter> && !std::is_same_v<Text, Delimiter>, std::vector<Text>>
 split_string(Text const& text, Delimiter const& delimiter, int max_splits = 0) {
@@ -112,6 +113,7 @@ split_string(Text const& text, Delimiter const& delimiter, int max_splits = 0) {
     return strings::split_string(text, converted, max_splits);
 }
 
+/// The same with a pattern or replacement of another type.
 template <typename Text, typename Pattern, typename Replacement>
 std::enable_if_t<_private::is_text_and_part<Text, Pattern> && _private::is_text_and_part<Text, Replacement> &&
                      !(std::is_same_v<Text, Pattern> && std::is_same_v<Text, Replacement>),

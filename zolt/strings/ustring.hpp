@@ -25,11 +25,13 @@ namespace ZOLT_2_18::strings {
 /// UTF-8 text over std::string.
 class ustring8 : public std::string {
 public:
+    /// The standard string.
     using base_type = std::string;
     using base_type::base_type;
     using base_type::operator=;
 
     ustring8() = default;
+    /// The standard string's units.
     ustring8(base_type const& text) : base_type(text) {}
     ustring8(base_type&& text) noexcept : base_type(std::move(text)) {}
 };
@@ -37,11 +39,13 @@ public:
 /// UTF-16 text in the machine's byte order unless marked otherwise.
 class ustring16 : public std::basic_string<unsigned short> {
 public:
+    /// The standard string of the unit.
     using base_type = std::basic_string<unsigned short>;
     using base_type::base_type;
     using base_type::operator=;
 
     ustring16() = default;
+    /// The standard string's units.
     ustring16(base_type const& text) : base_type(text) {}
     ustring16(base_type&& text) noexcept : base_type(std::move(text)) {}
 };
@@ -49,11 +53,13 @@ public:
 /// UTF-32 text; wchar_t is 32 bits wide on the platforms served.
 class ustring32 : public std::basic_string<wchar_t> {
 public:
+    /// The standard string of the unit.
     using base_type = std::basic_string<wchar_t>;
     using base_type::base_type;
     using base_type::operator=;
 
     ustring32() = default;
+    /// The standard string's units.
     ustring32(base_type const& text) : base_type(text) {}
     ustring32(base_type&& text) noexcept : base_type(std::move(text)) {}
 };
@@ -75,7 +81,6 @@ template <typename Text>
 std::enable_if_t<std::is_same_v<Text, ustring8>, bool> operator==(Text const& left, Text const& right) noexcept {
     return left.size() == right.size() && left.compare(right) == 0;
 }
-
 template <typename Text>
 std::enable_if_t<std::is_same_v<Text, ustring8>, bool> operator!=(Text const& left, Text const& right) noexcept {
     return !(left == right);

@@ -23,6 +23,7 @@
 
 namespace ZOLT_2_18::system {
 
+/// Questions about paths, and what changes directories. It has no state.
 class ZOLT_API io {
 public:
     /// True when there is anything of that name.

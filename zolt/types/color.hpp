@@ -35,8 +35,10 @@ public:
     color_t& operator=(color_t const& other) noexcept { return assign(other); }
     color_t& operator=(long packed) noexcept { return assign(packed); }
     color_t& assign(color_t const& other) noexcept;
+    /// The low 32 bits of the packed form.
     color_t& assign(long packed) noexcept;
 
+    /// The four bytes, and what sets one of them.
     unsigned char red() const noexcept { return m_red; }
     unsigned char green() const noexcept { return m_green; }
     unsigned char blue() const noexcept { return m_blue; }

@@ -11,6 +11,7 @@ namespace ZOLT_2_18::types {
 
 /// Holder of the enumeration of number bases.
 struct radix_t {
+    /// A number base.
     enum base : unsigned int {
         automatic = 0, ///< taken from the prefix: "0x" 16, "0b" 2, "0" 8, else 10
         binary = 2,

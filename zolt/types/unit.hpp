@@ -48,6 +48,7 @@ public:
     device_unit& operator=(device_unit const& other) noexcept { return assign(other); }
     device_unit& operator=(long count) noexcept { return assign(count); }
     device_unit& assign(device_unit const& other) noexcept;
+    /// Reduced to its low 32 bits.
     device_unit& assign(long count) noexcept;
 
     /// Each of these asks the virtual operation of its name.
@@ -63,6 +64,7 @@ public:
 
     // The order of the virtual operations is part of the binary interface.
     virtual int do_type() const; ///< 1
+    /// The count.
     virtual int do_as_int32() const;
     virtual float do_as_float() const;
     virtual double do_as_double() const;
@@ -104,9 +106,9 @@ public:
     void value(double length);
 
     // The order of the virtual operations is part of the binary interface.
-    virtual int do_type() const = 0;
-    virtual int do_as_int32() const = 0;
-    virtual double do_as_double() const = 0;
+    virtual int do_type() const = 0;         ///< the number of the unit
+    virtual int do_as_int32() const = 0;     ///< the length in that unit, rounded
+    virtual double do_as_double() const = 0; ///< the same with two decimals
     virtual ~absolute_unit();
 
 private:
@@ -120,6 +122,7 @@ public:
     static_assert(N >= 1 && N <= 8, "there are eight units");
 
     basic_absolute_impl() noexcept = default;
+    /// A length in the internal unit; the fraction of a double is dropped.
     basic_absolute_impl(long internal) noexcept : absolute_unit(internal) {}
     basic_absolute_impl(int internal) noexcept : absolute_unit(internal) {}
     basic_absolute_impl(double internal) noexcept : absolute_unit(internal) {}

@@ -68,6 +68,7 @@ public:
     /// Writes the value and returns the stream.
     virtual std::ostream& ostream(std::ostream& stream) const = 0;
 
+    /// The value as that type, by the rules at the top.
     virtual int as_int() const = 0;
     virtual short as_short() const = 0;
     virtual long as_long() const = 0;
@@ -81,6 +82,7 @@ public:
     virtual unsigned long long as_uint64() const = 0;
     virtual bool as_bool() const = 0;
 
+    /// The value as text, by the rules at the top.
     virtual std::string as_string() const = 0;
     virtual std::wstring as_wstring() const = 0;
     virtual strings::ustring8 as_ustring() const = 0;
@@ -88,6 +90,7 @@ public:
     virtual strings::ustring16 as_utf16() const = 0;
     virtual strings::ustring32 as_utf32() const = 0;
 
+    /// The value as that type, by the rules at the top.
     virtual float as_float() const = 0;
     virtual double as_double() const = 0;
     virtual long double as_long_double() const = 0;
@@ -97,6 +100,7 @@ public:
 template <typename T>
 class ZOLT_API variant_value_t final : public variant_type {
 public:
+    /// Holds the value.
     explicit variant_value_t(T value) : m_value(std::move(value)) {}
     ~variant_value_t() override;
 
@@ -229,6 +233,7 @@ public:
     bool operator==(nil_t const& tag) const noexcept { return equal(tag); }
     bool operator!=(nil_t const& tag) const noexcept { return !equal(tag); }
 
+    /// The value as that type, by the rules at the top; docs/variant_conversions.md shows what that gives.
     int as_int() const;
     short as_short() const;
     long as_long() const;
@@ -245,6 +250,7 @@ public:
     double as_double() const;
     long double as_long_double() const;
 
+    /// The value as text.
     std::string as_string() const;
     std::wstring as_wstring() const;
     /// The same as as_utf8().

@@ -22,6 +22,7 @@ namespace ZOLT_2_18::generic::convert {
 
 // Native order: the value's bytes as they lie in memory, least significant first on x86.
 
+/// The 2, 4 or 8 bytes of the value; of a long the low 32 bits.
 ZOLT_API std::string int16_to_bin_str(short const& value);
 ZOLT_API std::string int32_to_bin_str(long const& value);
 ZOLT_API std::string int64_to_bin_str(long long const& value);
@@ -31,6 +32,7 @@ ZOLT_API std::string uint64_to_bin_str(unsigned long long const& value);
 ZOLT_API std::string float_to_bin_str(float const& value);
 ZOLT_API std::string double_to_bin_str(double const& value);
 
+/// The value of such bytes; 32-bit integers come back with their sign.
 ZOLT_API short bin_str_to_int16(char const* bytes);
 ZOLT_API short bin_str_to_int16(std::string const& bytes);
 ZOLT_API long bin_str_to_int32(char const* bytes);
@@ -51,6 +53,7 @@ ZOLT_API double bin_str_to_double(std::string const& bytes);
 /// Kept: most significant byte first, the same as big_endian in spite of the name.
 namespace little_endian {
 
+/// The 2, 4 or 8 bytes of the value; of a long the low 32 bits.
 ZOLT_API std::string int16_to_bin_str(short const& value);
 ZOLT_API std::string int32_to_bin_str(long const& value);
 ZOLT_API std::string int64_to_bin_str(long long const& value);
@@ -60,6 +63,7 @@ ZOLT_API std::string uint64_to_bin_str(unsigned long long const& value);
 ZOLT_API std::string float_to_bin_str(float const& value);
 ZOLT_API std::string double_to_bin_str(double const& value);
 
+/// The value of such bytes; 32-bit integers come back with their sign.
 ZOLT_API short bin_str_to_int16(char const* bytes);
 ZOLT_API short bin_str_to_int16(std::string const& bytes);
 ZOLT_API long bin_str_to_int32(char const* bytes);
@@ -82,6 +86,7 @@ ZOLT_API double bin_str_to_double(std::string const& bytes);
 /// Most significant byte first.
 namespace big_endian {
 
+/// The 2, 4 or 8 bytes of the value; of a long the low 32 bits.
 ZOLT_API std::string int16_to_bin_str(short const& value);
 ZOLT_API std::string int32_to_bin_str(long const& value);
 ZOLT_API std::string int64_to_bin_str(long long const& value);
@@ -91,6 +96,7 @@ ZOLT_API std::string uint64_to_bin_str(unsigned long long const& value);
 ZOLT_API std::string float_to_bin_str(float const& value);
 ZOLT_API std::string double_to_bin_str(double const& value);
 
+/// The value of such bytes; 32-bit integers come back with their sign.
 ZOLT_API short bin_str_to_int16(char const* bytes);
 ZOLT_API short bin_str_to_int16(std::string const& bytes);
 ZOLT_API long bin_str_to_int32(char const* bytes);

@@ -47,8 +47,9 @@ ZOLT_API strings::ustring8 streamed_text(void (*insert)(std::ostream&, void cons
 template <typename T>
 strings::ustring8 to_str(T const& value);
 
+/// The text of a fundamental type; bool gives "1" or "0".
 template <>
-ZOLT_API strings::ustring8 to_str<bool>(bool const& value); // "1" or "0"
+ZOLT_API strings::ustring8 to_str<bool>(bool const& value);
 template <>
 ZOLT_API strings::ustring8 to_str<char>(char const& value);
 template <>

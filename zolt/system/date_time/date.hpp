@@ -33,6 +33,7 @@ public:
     static date local_date();
     static date UTC_date();
 
+    /// The stored field.
     unsigned int year() const noexcept { return m_year; }
     unsigned int month() const noexcept { return m_month; }
     /// The stored day or, where the stored month is shorter, the last day of that month.
@@ -49,6 +50,7 @@ public:
     /// 1 to 12.
     static bool is_valid_month(unsigned int value) noexcept { return value >= 1 && value <= 12; }
 
+    /// By the Gregorian rule.
     ZOLT_API bool is_leap_year() const noexcept;
     /// True when day() is not the stored day.
     bool is_day_constrained() const noexcept { return day() != m_day; }

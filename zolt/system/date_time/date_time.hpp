@@ -21,6 +21,7 @@ class ZOLT_API date_time_t {
 public:
     /// All fields 0.
     date_time_t() noexcept = default;
+    /// Of these parts.
     date_time_t(date_time::date const& date_part, date_time::time const& time_part) noexcept
         : m_time(time_part), m_date(date_part) {}
     date_time_t(date_time_t const&) noexcept = default;
@@ -30,9 +31,11 @@ public:
     static date_time_t local_date_time();
     static date_time_t UTC_date_time();
 
+    /// The parts.
     date_time::date const& date() const noexcept { return m_date; }
     date_time::time const& time() const noexcept { return m_time; }
 
+    /// The fields of the parts.
     unsigned int year() const noexcept { return m_date.year(); }
     unsigned int month() const noexcept { return m_date.month(); }
     unsigned int day() const noexcept { return m_date.day(); } ///< constrained to the month

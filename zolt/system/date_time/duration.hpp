@@ -20,9 +20,11 @@ namespace ZOLT_2_18::system::date_time {
 class ZOLT_API date_duration {
 public:
     date_duration() noexcept = default;
+    /// That many days.
     date_duration(int days) noexcept : m_days(days) {}
     date_duration(date_duration const&) noexcept = default;
 
+    /// The count.
     int days() const noexcept { return m_days; }
     /// Returns the count that it stored.
     int days(int count) noexcept { return m_days = count; }
@@ -31,9 +33,11 @@ public:
     date_duration& operator+=(date_duration const& other) noexcept { return plus_assign(other); }
     date_duration& operator-=(date_duration const& other) noexcept { return minus_assign(other); }
     date_duration& assign(date_duration const& other) noexcept;
+    /// Sum and difference of the counts.
     date_duration& plus_assign(date_duration const& other) noexcept;
     date_duration& minus_assign(date_duration const& other) noexcept;
 
+    /// Compares the counts.
     bool equal(date_duration const& other) const noexcept { return m_days == other.m_days; }
     bool less(date_duration const& other) const noexcept { return m_days < other.m_days; }
     bool operator==(date_duration const& other) const noexcept { return equal(other); }
@@ -47,6 +51,7 @@ private:
     int m_days = 0;
 };
 
+/// Sum and difference of the counts.
 ZOLT_API date_duration plus(date_duration const& left, date_duration const& right) noexcept;
 ZOLT_API date_duration minus(date_duration const& left, date_duration const& right) noexcept;
 inline date_duration operator+(date_duration const& left, date_duration const& right) noexcept {
@@ -67,6 +72,7 @@ public:
     time_duration(int hours, int minutes, int seconds, long long milliseconds) noexcept;
     time_duration(time_duration const&) noexcept = default;
 
+    /// The count.
     long long total_milliseconds() const noexcept { return m_milliseconds; }
     /// The whole duration in one unit, with its fraction.
     double total_seconds() const noexcept;
@@ -84,15 +90,18 @@ public:
     /// it is neither the true part nor has it always the duration's sign: for 2147483648 it is -648.
     int millisecond() const noexcept;
 
+    /// True below 0.
     bool is_negative() const noexcept { return m_milliseconds < 0; }
 
     time_duration& operator=(time_duration const& other) noexcept { return assign(other); }
     time_duration& operator+=(time_duration const& other) noexcept { return plus_assign(other); }
     time_duration& operator-=(time_duration const& other) noexcept { return minus_assign(other); }
     time_duration& assign(time_duration const& other) noexcept;
+    /// Sum and difference of the counts.
     time_duration& plus_assign(time_duration const& other) noexcept;
     time_duration& minus_assign(time_duration const& other) noexcept;
 
+    /// Compares the counts.
     bool equal(time_duration const& other) const noexcept { return m_milliseconds == other.m_milliseconds; }
     bool less(time_duration const& other) const noexcept { return m_milliseconds < other.m_milliseconds; }
     bool operator==(time_duration const& other) const noexcept { return equal(other); }
@@ -106,6 +115,7 @@ private:
     long long m_milliseconds = 0;
 };
 
+/// Sum and difference of the counts.
 ZOLT_API time_duration plus(time_duration const& left, time_duration const& right) noexcept;
 ZOLT_API time_duration minus(time_duration const& left, time_duration const& right) noexcept;
 inline time_duration operator+(time_duration const& left, time_duration const& right) noexcept {

@@ -29,6 +29,7 @@ public:
     static time local_time();
     static time UTC_time();
 
+    /// The fields: 0 to 23, 0 to 59, 0 to 59 and 0 to 999.
     unsigned int hour() const noexcept { return m_hour; }
     unsigned int minute() const noexcept { return m_minute; }
     unsigned int second() const noexcept { return m_second; }
@@ -57,6 +58,7 @@ public:
     /// Adds the negative of the duration; that of the most negative one is itself.
     time& minus_assign(time_duration const& duration);
 
+    /// Compares hour, minute, second and millisecond in this order.
     bool equal(time const& other) const noexcept;
     bool less(time const& other) const noexcept;
     bool operator==(time const& other) const noexcept { return equal(other); }
