@@ -20,6 +20,8 @@ import sys
 FORWARDING = re.compile(r"operator\S+\(.*\) (?:const )?(?:noexcept )?\{ return (!?)(?:[\w:]+\.)?(\w+)\(.*\); \}$")
 PROTOCOL = {"assign", "equal", "less", "plus_assign", "minus_assign", "plus", "minus", "at", "invoke"}
 EVERYWHERE = {
+    r"(?:constexpr )?(\w+)\(\)(?: noexcept)?(?: = default)?;": "Empty.",
+    r"(?:virtual )?~(\w+)\(\)": "The destructor.",
     r"(\w+)\(\1 const&(?: \w+)?\)": "A copy.",
     r"(\w+)\(\1&& \w+\)": "Takes over what the other one holds.",
     r"\w+\(types::nil_t const&\)": "Empty.",
