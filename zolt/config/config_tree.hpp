@@ -31,7 +31,7 @@
 
 #include <cstddef>
 #include <iosfwd>
-#include <iterator>
+#include <string> // declares the iterator tags; <iterator> would add stream iterators, 6,000 lines
 #include <string_view>
 #include <utility>
 #include <vector>

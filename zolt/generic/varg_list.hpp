@@ -18,7 +18,6 @@
 #include <zolt/types/nil.hpp>
 #include <zolt/types/variant.hpp>
 
-#include <limits>
 #include <type_traits>
 #include <vector>
 
@@ -190,7 +189,7 @@ private:
         unsigned long const narrowed = static_cast<unsigned long>(index);
         bool const negative = std::is_signed_v<Integer> && index < Integer{};
         bool const same = static_cast<unsigned long long>(index) == narrowed;
-        return same && !negative ? narrowed : std::numeric_limits<unsigned long>::max();
+        return same && !negative ? narrowed : ~0UL;
     }
 
     std::vector<argument> m_arguments;
