@@ -3,9 +3,10 @@
 # SPDX-License-Identifier: BSL-1.0
 """Checks the built site: check_site.py HTML_FOLDER
 
-Every link within the site leads to a page and, if it names one, a place of that page, and the search's index knows
-some names. Prints what is wrong, and fails then.
+Every link within the site leads to a page and, if it names one, a place of that page; no example is empty; the
+search's index knows some names. Prints what is wrong, and fails then.
 """
+import re
 import sys
 from html.parser import HTMLParser
 from pathlib import Path
@@ -44,6 +45,12 @@ def broken_links(site):
                 yield f"{name}: no place for {link}"
 
 
+def empty_examples(site):
+    for path in sorted(site.glob("*.html")):
+        if re.search(r'<div class="fragment">\s*</div>', path.read_text(encoding="utf-8")):
+            yield f"{path.name}: an empty example"
+
+
 def missing_names(site):
     index = "".join(path.read_text(encoding="utf-8") for path in site.glob("search/all_*.js")).lower()
     for name in SEARCHED:
@@ -52,6 +59,6 @@ def missing_names(site):
 
 
 site = Path(sys.argv[1])
-faults = [*broken_links(site), *missing_names(site)]
+faults = [*broken_links(site), *empty_examples(site), *missing_names(site)]
 print("\n".join(faults) if faults else f"site: {len(list(site.glob('*.html')))} pages, no broken link")
 sys.exit(bool(faults))
