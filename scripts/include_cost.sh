@@ -10,6 +10,8 @@
 #
 # The bound is 30,000 lines. Above it may be the umbrella, and headers whose interface needs standard headers that
 # have so many lines: those are named below, and with them alone the header has to be explained.
+#
+# shellcheck disable=SC2086,SC2016
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
