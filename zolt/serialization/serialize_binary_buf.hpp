@@ -76,7 +76,7 @@ private:
     __attribute__((visibility("hidden"))) Stored next_value() const {
         return at_end() ? Stored{} : take_value<Stored>();
     }
-    std::string_view next_string() const;
+    __attribute__((visibility("hidden"))) std::string_view next_string() const;
 
     void append_bytes(std::string_view bytes);
     void take_cut_off(void* value, unsigned int size) const noexcept;

@@ -75,7 +75,7 @@ public:
     serialize_text_buf* clone() const override;
 
 private:
-    std::string_view next_string() const;
+    __attribute__((visibility("hidden"))) std::string_view next_string() const;
     std::string_view take_cut_off_string(long length) const noexcept;
 
     _private::byte_content m_content;
