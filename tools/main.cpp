@@ -29,11 +29,6 @@ namespace {
 
 using namespace tools;
 
-#define ZOLT_TEXT_OF(number) #number
-#define ZOLT_TEXT(number) ZOLT_TEXT_OF(number)
-constexpr char version[] =
-    "zolt " ZOLT_TEXT(ZOLT_VERSION_MAJOR) "." ZOLT_TEXT(ZOLT_VERSION_MINOR) "." ZOLT_TEXT(ZOLT_VERSION_PATCH);
-
 class command_line {
 public:
     explicit command_line(session const& session) : m_session(session) {
@@ -82,7 +77,7 @@ private:
     void set_up(CLI::App& app, phrase about) {
         app.description(describe(about));
         app.set_help_flag("-h,--help", describe(phrase::help_option));
-        app.set_version_flag("--version", version, describe(phrase::version_option));
+        app.set_version_flag("--version", std::string("zolt ") + zolt::version(), describe(phrase::version_option));
     }
 
     CLI::App& add(CLI::App& parent, char const* name, phrase about) {
