@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <cstring>
 #include <limits>
 #include <locale>
 #include <vector>
@@ -19,28 +17,6 @@ using memory::pointers::rc_pointer;
 using serialization::serialize_binary_buf;
 using serialization::serialize_buffer;
 using serialization::serialize_text_buf;
-
-/// The operation's place in the table of virtual functions, as its pointer holds it with 1 added.
-template <typename Operation>
-std::size_t slot(Operation operation) {
-    std::uintptr_t offset;
-    std::memcpy(&offset, &operation, sizeof offset);
-    return (offset - 1) / sizeof(void*);
-}
-
-TEST(SerializeBuffer, OperationsStandInTheirPublishedSlots) {
-    using b = serialize_buffer;
-    auto const slots = [](auto... operations) { return std::vector<std::size_t>{slot(operations)...}; };
-    std::vector<std::size_t> const found =
-        slots(static_cast<b& (b::*)(b const&)>(&b::assign), static_cast<b& (b::*)(std::string const&)>(&b::assign),
-              static_cast<b& (b::*)(char const*, int)>(&b::assign), &b::as_str, &b::append_int8, &b::append_int16,
-              &b::append_int32, &b::append_int64, &b::append_uint8, &b::append_uint16, &b::append_uint32,
-              &b::append_uint64, &b::append_float, &b::append_double, &b::append_string, &b::append_buffer,
-              &b::read_int8, &b::read_int16, &b::read_int32, &b::read_int64, &b::read_uint8, &b::read_uint16,
-              &b::read_uint32, &b::read_uint64, &b::read_float, &b::read_double, &b::read_string, &b::read_buffer,
-              &b::at_end, &b::reset_read, &b::create, &b::clone);
-    for (std::size_t i = 0; i < found.size(); ++i) EXPECT_EQ(found[i], i + 2);
-}
 
 // ---- both kinds ----------------------------------------------------------------------------------
 
