@@ -95,7 +95,7 @@ private:
     friend class _private::item_builder;
 
     /// Of a name whose end is searched when it is asked for: a literal's, or one of 4 GiB.
-    static constexpr unsigned int unknown_size = 0xFFFFFFFF;
+    __attribute__((visibility("hidden"))) static constexpr unsigned int unknown_size = 0xFFFFFFFF;
 
     message_item(std::string_view data, type_t type, unsigned int name_size)
         : m_data(data), m_type(type), m_name_size(name_size) {}
