@@ -111,8 +111,9 @@ protected:
         store(std::regex_replace(text, std::regex("Katalog"), word), place + "/zolt.de.xmc");
     }
     std::string heading(std::string const& path = "") const {
-        program_options const options{.environment = {{"LC_ALL", "de"}, {"ZOLT_CATALOG_PATH", path}},
-                                      .program = directory + "/bin/zolt"};
+        program_options const options{
+            .environment = {{"LC_ALL", "de"}, {"ZOLT_CATALOG_PATH", path}, {"LD_LIBRARY_PATH", ZOLT_LIBRARY_DIR}},
+            .program = directory + "/bin/zolt"};
         return run_program("catalog list clean", options).out.substr(0, 9);
     }
 };
