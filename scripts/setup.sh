@@ -22,6 +22,7 @@ packages=(
     gettext libxml2-utils       # tests that compare with msgfmt and check XML
     valgrind                    # counts instructions for the growth tests
     gdb                         # shows objects in the test of its printers
+    abigail-tools               # compares the binary interface with the baseline
 )
 if [ "$(dpkg --print-architecture)" = amd64 ]; then
     packages+=(g++-multilib)    # the 32-bit build

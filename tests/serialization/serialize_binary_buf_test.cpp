@@ -7,7 +7,6 @@
 
 #include <limits>
 #include <locale>
-#include <vector>
 
 namespace {
 
