@@ -21,7 +21,7 @@ localedef -i de_DE -f UTF-8 "$LOCPATH/de_DE.UTF-8"
 while read -r all global; do
     echo "== LC_ALL=$all, global locale $global"
     LC_ALL=$all ZOLT_TEST_LOCALE=${global#-} \
-        ctest --preset release -j "$(nproc)" --no-tests=error --progress -E '^(build|robustness)\.'
+        ctest --preset release -j "$(nproc)" --no-tests=error --progress -E '^(build|robustness)\.' </dev/null
 done <<'END'
 C -
 C de_DE.UTF-8

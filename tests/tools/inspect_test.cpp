@@ -8,6 +8,7 @@
 #include <zolt/serialization/serialize_text_buf.hpp>
 
 #include <algorithm>
+#include <locale>
 #include <memory>
 #include <random>
 
@@ -79,6 +80,7 @@ protected:
 };
 
 TEST_F(Inspect, ShowsWhatIsThere) {
+    std::locale::global(std::locale::classic());
     show(sample().as_str(), "",
          "labeled buffer, 84 bytes\n"
          " 0  age = \"41\"\n"

@@ -2,6 +2,12 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "tools/run_program.hpp"
 
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+#include <utility>
+
 namespace {
 
 TEST(Program, Lists) {
@@ -152,10 +158,58 @@ TEST(Program, HelpsEverywhere) {
 
 TEST(Program, NoticesThatItsOutputIsLost) {
     program_options const shell{.program = "/bin/sh"};
-    expect_run("-c '" ZOLT_PROGRAM " catalog list clean >/dev/full'", 2, "",
-               "zolt: cannot write to standard output: No space left on device\n", shell);
-    expect_run("-c '" ZOLT_PROGRAM " catalog list clean >&-'", 2, "",
-               "zolt: cannot write to standard output: Bad file descriptor\n", shell);
+    for (char const* const command :
+         {"catalog list clean", "catalog check faults", "config check clean", "--help"}) {
+        for (auto const& [to, reason] :
+             {std::pair(">/dev/full", "No space left on device"), std::pair(">&-", "Bad file descriptor")}) {
+            program_run const run = run_program(std::string("-c '" ZOLT_PROGRAM " ") + command + to + "'", shell);
+            EXPECT_EQ(2, run.status) << command << to;
+            EXPECT_EQ("", run.out);
+            std::string const complaint = std::string("zolt: cannot write to standard output: ") + reason + "\n";
+            EXPECT_TRUE(run.err.ends_with(complaint)) << command << to << run.err;
+        }
+    }
+    expect_run("-c '" ZOLT_PROGRAM " catalog list absent 2>&-'", 2, "", "", shell);
+}
+
+// Any command with what is no file, or not the kind of file that it takes.
+TEST_F(in_directory, NamesTheFileThatItCannotRead) {
+    std::filesystem::create_directory(directory + "/folder");
+    std::filesystem::create_symlink("self", directory + "/self");
+    ::mkfifo((directory + "/pipe").c_str(), 0600);
+    auto const expect_failure = [this](std::string command, std::string const& file) {
+        command.replace(command.find('F'), 1, file);
+        SCOPED_TRACE(command);
+        program_run const failed = run(command);
+        EXPECT_EQ(2, failed.status);
+        EXPECT_EQ(0u, failed.err.find("zolt: ")) << failed.err;
+        EXPECT_NE(std::string::npos, failed.err.find(file)) << failed.err;
+    };
+    for (char const* const command :
+         {"catalog list F", "catalog show F c", "catalog render F c m", "catalog check F", "config show --file F",
+          "config get k --file F", "config set F k v", "config unset F k", "config check F", "inspect F"}) {
+        expect_failure(command, "self");
+        if (command[1] == 'a') { // a pipe is no catalog; a configuration can come from one
+            expect_failure(command, "pipe");
+        } else {
+            expect_failure(command, "folder");
+        }
+    }
+    for (char const* const command : {"inspect F", "config set F k v"}) expect_failure(command, "pipe");
+}
+
+TEST_F(in_directory, KeepsTheOldFileWhenTheDiskIsFull) {
+    store("a=1\nb=2\n");
+    for (char const* const change : {"set f a 3", "unset f a"}) { // a process may write files of no bytes, here
+        program_run const failed = run(std::string("-c '(trap \"\" XFSZ; ulimit -f 0; exec ") + ZOLT_PROGRAM +
+                                           " config " + change + ") 2>&1 | cat'",
+                                       {.program = "/bin/sh"});
+        EXPECT_EQ(0u, failed.out.find("zolt: ")) << failed.out;
+        EXPECT_EQ("a=1\nb=2\n", content());
+    }
+    run("-c '" ZOLT_PROGRAM " config set f a 3 >&- 2>&-'", {.program = "/bin/sh"});
+    EXPECT_EQ("a=3\nb=2\n", content());
+    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(directory), {}));
 }
 
 } // namespace
