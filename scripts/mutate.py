@@ -25,14 +25,15 @@ from clang.cindex import CursorKind
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
 
-# The programs that test each file; the first that fails ends the trial.
+# What tests each file: fuzz targets over their corpus, and cases of test programs. The first that fails ends the
+# trial.
 TESTS = {
-    "zolt/config/config_token.cpp": ["config_test"],
-    "zolt/config/config_file_reader.cpp": ["config_test"],
-    "zolt/generic/convert/str_to_x.cpp": ["convert_test", "types_test"],
-    "zolt/parser/xml_parser.cpp": ["services_test", "i18n_test"],
-    "zolt/i18n/_private/xmc_file_loader.cpp": ["i18n_test"],
-    "zolt/i18n/_private/format.cpp": ["i18n_test"],
+    "zolt/config/config_token.cpp": ["config_fuzz", "command_line_fuzz", "config_test config_token*:command*"],
+    "zolt/generic/convert/str_to_x.cpp": ["integer_fuzz", "double_fuzz", "convert_test str_to*:is_space*"],
+    "zolt/i18n/_private/xmc_file_loader.cpp": ["catalog_fuzz", "i18n_test xmc*:message_catalogs*"],
+    "zolt/i18n/_private/format.cpp": ["message_fuzz", "i18n_test format*:message_item*"],
+    "zolt/parser/xml_parser.cpp": ["xml_fuzz", "token_stream_fuzz", "services_test Xml*-*Unlimited*"],
+    "zolt/config/config_file_reader.cpp": ["config_fuzz", "config_test ConfigFile*-*Linear*"],
 }
 
 SWAPS = {
@@ -91,18 +92,27 @@ def processor_time():
 class Slot:
     """A copy of the sources with a build of its own."""
 
-    def __init__(self, number):
+    def __init__(self, number, files):
         self.root = WORK / str(number)
         self.build = self.root / "build" / "dev"
         if self.root.exists():
             shutil.rmtree(self.root)
         top = {"build", ".git"}
         shutil.copytree(ROOT, self.root, ignore=lambda folder, names: top & set(names) if Path(folder) == ROOT else ())
-        programs = sorted({program for programs in TESTS.values() for program in programs})
-        subprocess.run(["cmake", "--preset", "dev", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DZOLT_TOOLS=OFF"], cwd=self.root,
-                       check=True, stdout=subprocess.DEVNULL)
-        subprocess.run(["cmake", "--build", str(self.build), "--target", *programs], check=True,
+        programs = sorted({test.split()[0] for name in files for test in TESTS[name]})
+        subprocess.run(["cmake", "--preset", "dev", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DZOLT_TOOLS=OFF",
+                        "-DZOLT_FUZZ_CORPUS=ON"], cwd=self.root, check=True, stdout=subprocess.DEVNULL)
+        subprocess.run(["cmake", "--build", str(self.build), "--target", "zolt", *programs], check=True,
                        stdout=subprocess.DEVNULL)
+        commands = subprocess.run(["ninja", "-C", str(self.build), "-t", "commands", "zolt"], check=True,
+                                  stdout=subprocess.PIPE, text=True).stdout.splitlines()
+        self.link = next(each for each in commands if " -shared " in each)
+
+    def test(self, line):
+        program, *cases = line.split()
+        if program.endswith("_fuzz"):
+            return [str(self.build / "fuzz" / program), str(self.root / "fuzz/corpus" / program.removesuffix("_fuzz"))]
+        return [str(self.build / "tests" / program), "--gtest_fail_fast", "--gtest_filter=" + "".join(cases)]
 
     def prepare(self, name):
         self.file = self.root / name
@@ -112,11 +122,11 @@ class Slot:
         self.command = shlex.split(entry["command"])
         self.object = self.build / self.command[self.command.index("-o") + 1]
         self.original = self.object_code()
-        self.programs = [self.build / "tests" / program for program in TESTS[name]]
+        self.tests = [self.test(line) for line in TESTS[name]]
         before = processor_time()
-        for program in self.programs:
-            if run([str(program)]):
-                sys.exit(f"{program.name} fails without a mutant")
+        for test in self.tests:
+            if run(test, cwd=self.build):
+                sys.exit(f"{shlex.join(test)} fails without a mutant")
         self.limit = 2 + round(5 * (processor_time() - before))
 
     def limited(self):
@@ -140,14 +150,18 @@ class Slot:
                 return "invalid"
             if code == self.original:
                 return "equivalent"
-            if run(["cmake", "--build", str(self.build), "--target", "zolt"]):
+            if run(self.link, shell=True, cwd=self.build):
                 return "invalid"
-            for program in self.programs:
-                if run([str(program), "--gtest_fail_fast"], preexec_fn=self.limited, cwd=self.build / "tests"):
+            for test in self.tests:
+                if run(test, preexec_fn=self.limited, cwd=self.build):
                     return "killed"
             return "survived"
         finally:
             self.file.write_bytes(self.text)
+
+    def restore(self):
+        self.object_code()
+        run(self.link, shell=True, cwd=self.build)
 
 
 def main():
@@ -157,7 +171,7 @@ def main():
     parser.add_argument("--jobs", type=int, default=2)
     arguments = parser.parse_args()
 
-    slots = [Slot(number) for number in range(arguments.jobs)]
+    slots = [Slot(number, arguments.files) for number in range(arguments.jobs)]
     for name in arguments.files:
         for slot in slots:
             slot.prepare(name)
@@ -165,19 +179,24 @@ def main():
         every = mutants(slots[0].file, options)
         step = max(1, -(-len(every) // arguments.sample)) if arguments.sample else 1
         chosen = every[::step]
-        with ThreadPoolExecutor(len(slots)) as pool:
-            parts = [chosen[number::len(slots)] for number in range(len(slots))]
-            results = pool.map(lambda pair: [(each, pair[0].trial(each)) for each in pair[1]], zip(slots, parts))
-            verdicts = sorted(result for part in results for result in part)
         text = slots[0].text
-        for (offset, length, replacement), verdict in verdicts:
-            if verdict == "survived":
-                line = text[:offset].count(b"\n") + 1
-                print(f"{name}:{line}: {text[offset:offset + length].decode()!r} -> {replacement!r} survived")
+
+        def try_all(slot, part):
+            for mutant in part:
+                verdict = slot.trial(mutant)
+                offset, length, replacement = mutant
+                if verdict == "survived":
+                    line = text[:offset].count(b"\n") + 1
+                    print(f"{name}:{line}: {text[offset:offset + length].decode()!r} -> {replacement!r} survived",
+                          flush=True)
+                yield verdict
+
+        parts = [chosen[number::len(slots)] for number in range(len(slots))]
+        with ThreadPoolExecutor(len(slots)) as pool:
+            verdicts = sum(pool.map(lambda slot, part: list(try_all(slot, part)), slots, parts), [])
         for slot in slots:
-            slot.object_code()
-        count = {verdict: sum(1 for _, each in verdicts if each == verdict) for verdict in
-                 ("killed", "survived", "equivalent", "invalid")}
+            slot.restore()
+        count = {verdict: verdicts.count(verdict) for verdict in ("killed", "survived", "equivalent", "invalid")}
         tried = count["killed"] + count["survived"]
         print(f"{name}: {count['killed']} of {tried} killed ({100 * count['killed'] / max(tried, 1):.0f} %), "
               f"{count['equivalent']} equivalent, {count['invalid']} that do not compile, "
