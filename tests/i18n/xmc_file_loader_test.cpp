@@ -169,6 +169,7 @@ TEST(xmc_file_loader, structure_and_faults) {
         {open("<msg name='m'><br> </br></msg>"), 9, "Expected BR end tag not found" + message.substr(1)},
         {open("<msg name='m'><arg><msg/></arg></msg>"), 10, msg_end + message},
         {open("<msg meta='only'/>"), 0, "No Error", "c.@en ;"},
+        {open("<msg/><msg>a</msg><msg>b</msg>"), 0, "No Error", "c.@en 'a';"},
         // includes that never reach a file
         {document("<include/><include path='x'><!--c--></include> text " + good), 0, "No Error", data},
         {document("<include file=''/>"), 3, "File \"\" was not found on disk" + file.substr(1)},
@@ -219,6 +220,14 @@ TEST(xmc_file_loader, merging_lets_a_tie_replace) {
         EXPECT_EQ(merge(catalogs), is_replaced ? 2u : 1u) << lang;
         EXPECT_EQ(items_of(catalogs["c"]->message("m")), is_replaced ? "'new'" : "'old'") << lang;
     }
+    loader_t loader; // here a tie does not
+    loader.handle_language("de_DE");
+    for (char const* const lang : {"en", "de", "", "de-DE", "de_DE"}) {
+        i18n::message_t message("m", {{lang}});
+        message._orginal_locale(lang);
+        loader.set_message(message, "c");
+    }
+    EXPECT_EQ(drain(loader), "c.m@de-DE 'de-DE';");
     loader_t::catalog_map with_null = {{"c", nullptr}};
     EXPECT_THROW(merge(with_null), exceptions::runtime_error);
 }

@@ -209,6 +209,7 @@ TEST(XmlParser, WidthIsUnlimited) {
     for (int i = 0; i < 100000; ++i) wide += " x" + std::to_string(i) + "=''";
     xml_parser parser;
     EXPECT_EQ(result_text(parser.parse(wide + "/>")), "ok");
+    EXPECT_EQ(result_text(parser.parse(wide + "><b x3='' x777777='&lt;'/>&lt;</a>")), "ok"); // names of its own
     EXPECT_EQ(result_text(parser.parse(wide + " x3=''/>")), "9 0 'x3'");
     EXPECT_EQ(result_text(parser.parse(wide + " x77777=''/>")), "9 0 'x77777'");
 }

@@ -238,7 +238,9 @@ TEST(CodePage, ComparesAndAssigns) {
     EXPECT_TRUE(!(page == types::nil) && page != types::nil && page == code_page());
     EXPECT_TRUE(code_page(static_cast<code_page::encoding_type>(-1)) == types::nil);
     page = code_page::koi8_u;
-    EXPECT_TRUE(page == code_page::koi8_u && page != code_page::koi8_r && page != code_page());
+    code_page copy;
+    copy = page;
+    EXPECT_TRUE(copy == code_page::koi8_u && copy != code_page::koi8_r && copy != code_page());
     EXPECT_EQ((page = types::nil).type(), code_page::none);
 }
 

@@ -234,6 +234,23 @@ TEST(DateTime, IgnoresDaysAndReplacesParts) {
     EXPECT_EQ(moment, date_time_t().assign(moment.date(), moment.time()));
 }
 
+TEST(DateTime, EveryPartCountsForEquality) {
+    date_time_t const moment(date(1, 2, 3), clock(4, 5, 6, 7));
+    using setter = unsigned (date_time_t::*)(unsigned);
+    for (setter const set : std::initializer_list<setter>{
+             &date_time_t::day, &date_time_t::month, &date_time_t::year, &date_time_t::hour, &date_time_t::minute,
+             &date_time_t::second, &date_time_t::millisecond}) {
+        date_time_t other;
+        other = moment;
+        EXPECT_EQ(moment, other);
+        (other.*set)(9);
+        EXPECT_FALSE(moment == other) << text(other);
+    }
+    date_duration days;
+    time_duration span;
+    EXPECT_TRUE((days = date_duration(5)) == date_duration(5) && (span = milliseconds(5)) == milliseconds(5));
+}
+
 std::string c_library_reading(bool local) {
     ::timeval now{};
     ::gettimeofday(&now, nullptr);

@@ -452,15 +452,6 @@ deep_copy_map::const_iterator& deep_copy_map::const_iterator::operator++() noexc
     return *this;
 }
 
-config_tree* deep_copy_map::find(std::string_view name) const {
-    child* const found = _private::find(m_root, wanted_name(name));
-    return found ? &as_node(*found) : nullptr;
-}
-
-config_tree& deep_copy_map::find_or_make(std::string_view name) {
-    return _private::find_or_make(m_root, wanted_name(name));
-}
-
 // Each node goes only after its children have been taken from it, so its destructor finds nothing to do.
 void deep_copy_map::clear() noexcept {
     child_block* doomed = nullptr;

@@ -32,7 +32,6 @@
 #include <cstddef>
 #include <iosfwd>
 #include <string> // declares the iterator tags; <iterator> would add stream iterators, 6,000 lines
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -96,10 +95,6 @@ public:
     bool empty() const noexcept { return !m_root; }
     const_iterator begin() const noexcept;
     const_iterator end() const noexcept { return {}; }
-    /// The node of that name, or null.
-    config_tree* find(std::string_view name) const;
-    /// The node of that name, made when there is none.
-    config_tree& find_or_make(std::string_view name);
     void clear() noexcept;
 
 private:

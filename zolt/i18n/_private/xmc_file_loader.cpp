@@ -391,11 +391,8 @@ private:
         case place::break_tag:
             m_place = place::break_end;
             break;
-        case place::argument_tag:
+        default: // place::argument_tag
             m_place = place::argument;
-            break;
-        default:
-            break;
         }
     }
 
@@ -425,6 +422,8 @@ private:
         if (m_place == place::include_end) fault_here(xmc_file_loader::include_end_missing);
     }
 
+    // Elements come in pairs, and a catalog, an include and a break hold none that they must not, so an end that
+    // is met in one of these is its own.
     void element_end(string_view name) {
         if (is_in_tag()) tag_end();
         switch (m_place) {
@@ -433,7 +432,6 @@ private:
             m_place = place::done;
             break;
         case place::catalog:
-            if (!is(name, "catalog")) return fault_here(xmc_file_loader::catalog_end_missing, m_catalog);
             keep_messages();
             m_place = place::root;
             break;
@@ -441,7 +439,6 @@ private:
             if (is(name, "catalog")) m_place = place::root;
             break;
         case place::include_end:
-            if (!is(name, "include")) return fault_here(xmc_file_loader::include_end_missing);
             m_place = place::root;
             break;
         case place::message:
@@ -450,7 +447,6 @@ private:
             m_place = place::catalog;
             break;
         case place::break_end:
-            if (!is(name, "br")) return fault_here(xmc_file_loader::br_end_missing);
             m_items.add_line_break();
             m_place = place::message;
             break;
