@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cfenv>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <locale>
 #include <tuple>
@@ -101,6 +103,18 @@ TEST(format_double, prints_fixed_or_squeezed) {
         {infinity, "", "inf"}, {-infinity, "f;5", " -inf"}, {infinity, "f;2", "in"}, {not_a_number, "", "nan"},
     };
     check(format_double, rows);
+}
+
+TEST(format_double, rounds_as_printf_does_in_every_mode) {
+    std::locale::global(std::locale::classic());
+    for (int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) { // the last is the usual one
+        std::fesetround(mode);
+        for (double value : {2.005, -2.005, 0.125}) {
+            char expected[16];
+            std::snprintf(expected, sizeof expected, "%.2f", value);
+            EXPECT_EQ(format_double(value, ""), expected) << mode;
+        }
+    }
 }
 
 TEST(format_double, fills_long_fields_exactly) {
