@@ -12,7 +12,9 @@ the places in Doxygen's warnings stay right:
   - An operator that forwards to a named operation says so, and what every value class has says what it always does:
     copies, moves, assign, swap, and making or becoming nil.
   - What is private is left out, and so are the inline bodies below a ruled line.
-  - A backslash, an angle bracket and the like are themselves; text that is indented by four is an example.
+  - What is "Kept:" is a remark.
+  - A backslash, an angle bracket and the like are themselves; what is indented by four, or a
+    paragraph by two, is an example or a table.
 """
 import re
 import sys
@@ -42,12 +44,21 @@ def escaped(text):
     return re.sub(r"([<>#&%])", r"\\\1", text).replace("--", "\\--")
 
 
+def paragraphs(lines):
+    """(first, last + 1) of each run of lines that are not empty."""
+    ends = [-1] + [i for i, line in enumerate(lines) if not line] + [len(lines)]
+    return ((before + 1, after) for before, after in zip(ends, ends[1:]) if after > before + 1)
+
+
 def documentation(lines):
     """The texts of comment lines as Doxygen shall read them."""
-    result = [escaped(line) for line in lines]
+    result = [("@remark " if i and line.startswith("Kept: ") else "") + escaped(line) for i, line in enumerate(lines)]
     is_code = [line.startswith("    ") for line in lines]
     for i in range(1, len(lines) - 1):
         is_code[i] = is_code[i] or (not lines[i] and is_code[i - 1] and lines[i + 1].startswith("    "))
+    for first, last in paragraphs(lines):
+        if all(line.startswith("  ") and not line.lstrip().startswith("- ") for line in lines[first:last]):
+            is_code[first:last] = [True] * (last - first)
     for i, line in enumerate(lines):
         if not is_code[i]:
             continue

@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: BSL-1.0
 """Looks at the built site in headless Chromium: look_at_site.py HTML_FOLDER PICTURE_FOLDER
 
-Opens every page as wide as a phone and tells those that are wider than that, asks the site's own search for a name,
+Opens every page as wide as a phone and as a desktop, tells those that need more, asks the site's own search for a name,
 and takes pictures of some pages as phones and desktops show them.
 """
 import contextlib
@@ -23,16 +23,19 @@ PICTURES = ["index", "page_first_program", "page_variant_conversions", "page_cat
 
 # Runs in a page of the site's own server: each page is shown in a frame, one after the other.
 LOOK = """<!doctype html><body><pre id="report"></pre><script>
-const pages = %s, report = {wide: [], found: ""};
+const pages = %s, widths = [%d, %d], report = {wide: [], found: ""};
 const frame = document.body.appendChild(document.createElement("iframe"));
-frame.style = "width: %dpx; height: 800px; border: 0";
+frame.style = "height: 800px; border: 0";
 const open_page = (page) => new Promise((done) => { frame.onload = done; frame.src = page; });
 const wait = (time) => new Promise((done) => setTimeout(done, time));
 (async () => {
     for (const page of pages) {
         await open_page(page);
-        const width = frame.contentDocument.documentElement.scrollWidth;
-        if (width > frame.clientWidth) report.wide.push(page + ": " + width);
+        for (const width of widths) {
+            frame.style.width = width + "px";
+            const needed = frame.contentDocument.documentElement.scrollWidth;
+            if (needed > width) report.wide.push(page + ": " + needed + " of " + width);
+        }
     }
     await open_page("index.html");
     await wait(500);
@@ -72,14 +75,14 @@ def chromium(*arguments):
 
 site, pictures = Path(sys.argv[1]), Path(sys.argv[2])
 pages = sorted(path.name for path in site.glob("*.html"))
-Server.look = (LOOK % (json.dumps(pages), PHONE)).encode()
+Server.look = (LOOK % (json.dumps(pages), PHONE, DESKTOP)).encode()
 server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), functools.partial(Server, directory=site))
 threading.Thread(target=server.serve_forever, daemon=True).start()
 address = f"http://127.0.0.1:{server.server_port}"
 
 dom = chromium("--virtual-time-budget=600000", "--dump-dom", f"{address}/look")
 report = json.loads(html.unescape(re.search(r'<pre id="report">(.*?)</pre>', dom, re.S)[1]) or '{"wide": ["no report"]}')
-faults = [f"wider than {PHONE} pixels: {page}" for page in report["wide"]]
+faults = [f"too wide: {page}" for page in report["wide"]]
 if "config_manager" not in report.get("found", ""):
     faults.append(f"the search does not find config_manager, but: {report.get('found')}")
 
@@ -89,5 +92,5 @@ for page in PICTURES:
         picture = pictures.resolve() / f"{page}_{width}.png"
         chromium(f"--window-size={width},1600", f"--screenshot={picture}", f"{address}/{page}.html")
 
-print("\n".join(faults) if faults else f"look: {len(pages)} pages fit a phone, and the search works")
+print("\n".join(faults) if faults else f"look: {len(pages)} pages fit phone and desktop, and the search works")
 sys.exit(bool(faults))

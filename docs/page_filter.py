@@ -3,8 +3,8 @@
 # SPDX-License-Identifier: BSL-1.0
 """Makes a page that reads well in the source tree one of the site: page_filter.py PAGE prints it for Doxygen.
 
-Links to other pages and to the examples become links of the site, and code with backslashes is kept from being read
-as Doxygen's commands.
+Links to other pages and to the examples become links of the site. In code backslashes are no commands and references
+such as &amp; are shown as they are written.
 """
 import html
 import re
@@ -13,14 +13,14 @@ from pathlib import Path
 
 
 def code(match):
-    text = html.escape(match[1]).replace("\\", "\\\\")
+    text = html.escape(match[1]).replace("\\", "\\\\").replace("#", "\\#")
     return f"<code>{text}</code>"
 
 
 def for_site(text):
     text = re.sub(r"\]\([\w./-]*?examples/([\w]+)\.cpp\)", r"](@ref example_\1)", text)
     text = re.sub(r"\]\([\w./-]*?([\w]+)\.md\)", r"](@ref page_\1)", text)
-    return re.sub(r"`([^`\n]*\\[^`\n]*)`", code, text)
+    return re.sub(r"`([^`\n]*[\\&][^`\n]*)`", code, text)
 
 
 page = Path(sys.argv[1])
