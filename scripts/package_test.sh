@@ -41,7 +41,9 @@ lintian --fail-on error,warning "$work"/zolt_*.changes
 
 echo "== install and use"
 trap '"${root[@]}" dpkg --purge "${packages[@]}" >/dev/null 2>&1 || true; rm -rf "$work"' EXIT
-"${root[@]}" dpkg --install $(printf "$work/%s_*.deb " "${packages[@]}") >/dev/null
+files=()
+for package in "${packages[@]}"; do files+=("$work/$package"_*.deb); done
+"${root[@]}" dpkg --install "${files[@]}" >/dev/null
 [ "$(zolt --version)" = "zolt $(dpkg-query -W -f '${Version}' zolt-tools)" ] || fail 'zolt --version'
 for file in man/man1/zolt.1.gz doc/zolt-2.18/zolt.spdx doc/libzolt-2.18-doc/html/index.html; do
     dpkg-query -L "${packages[@]}" | grep -qx "/usr/share/$file" || fail "$file is not installed"
