@@ -14,7 +14,6 @@
 
 /// Raised when old programs would no longer build or run.
 #define ZOLT_VERSION_MAJOR 2
-/// Raised with each series; part of the names of namespace, library and folders.
 #ifndef ZOLT_VERSION_MINOR // given on the command line when the sources are built as another series
 /// Raised with each series; part of the names of namespace, library and folders.
 #define ZOLT_VERSION_MINOR 18
