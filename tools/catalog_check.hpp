@@ -9,12 +9,7 @@
 
 namespace tools {
 
-struct check_options {
-    std::vector<ustring8> paths;
-    bool json = false;
-};
-
 /// `zolt catalog check`: runs the rules over the files and what they include.
-exit_status check_catalogs(session const& session, check_options const& options);
+exit_status check_catalogs(session const& session, std::vector<ustring8> const& paths);
 
 } // namespace tools

@@ -166,18 +166,19 @@ bool has_all_arguments(session const& session, message_t const& message,
 
 } // namespace
 
-exit_status list_catalogs(session const& session, list_options const& options) {
+exit_status list_catalogs(session const& session, ustring8 const& path) {
+    std::optional<ustring8> const& language = session.options.language;
     std::vector<catalog_counts> counts;
-    bool const is_counted = options.language ? count_loaded(session, options.path, *options.language, counts)
-                                             : count_all(session, options.path, counts);
+    bool const is_counted =
+        language ? count_loaded(session, path, *language, counts) : count_all(session, path, counts);
     if (!is_counted) return exit_failed;
-    options.json ? print_json(session, counts) : print_table(session, counts, options.language.has_value());
+    session.is_json() ? print_json(session, counts) : print_table(session, counts, language.has_value());
     return exit_good;
 }
 
 exit_status show_messages(session const& session, show_options const& options) {
     message_catalogs catalogs;
-    if (!load(session, catalogs, options.path, options.language)) return exit_failed;
+    if (!load(session, catalogs, options.path, session.language())) return exit_failed;
     catalog_t const* const catalog = find_catalog(session, catalogs, options.path, options.catalog);
     if (!catalog) return exit_findings;
     std::vector<message_t const*> messages;
@@ -196,7 +197,7 @@ exit_status render_message(session const& session, render_options const& options
     zolt::generic::varg_list arguments;
     if (!read_values(session, options.values, arguments)) return exit_failed;
     message_catalogs catalogs;
-    if (!load(session, catalogs, options.path, options.language)) return exit_failed;
+    if (!load(session, catalogs, options.path, session.language())) return exit_failed;
     catalog_t const* const catalog = find_catalog(session, catalogs, options.path, options.catalog);
     message_t const* const message = catalog ? find_message(session, *catalog, options.message) : nullptr;
     if (!message) return exit_findings;

@@ -13,28 +13,21 @@
 
 namespace tools {
 
-struct list_options {
-    ustring8 path;
-    std::optional<ustring8> language; ///< none: every language that occurs
-    bool json = false;
-};
-
 struct show_options {
     ustring8 path;
-    ustring8 language;
     ustring8 catalog;
     std::optional<ustring8> message; ///< none: all of the catalog
 };
 
 struct render_options {
     ustring8 path;
-    ustring8 language;
     ustring8 catalog;
     ustring8 message;
     std::vector<ustring8> values; ///< "name=value" or "name:type=value"
 };
 
-exit_status list_catalogs(session const& session, list_options const& options);
+/// Without a language that is asked for, every language that occurs is listed.
+exit_status list_catalogs(session const& session, ustring8 const& path);
 /// exit_findings when there is no such catalog or message.
 exit_status show_messages(session const& session, show_options const& options);
 /// exit_findings when there is no such catalog or message, or an argument is missing.

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 
 namespace tools {
 namespace {
@@ -26,7 +25,7 @@ bool is_argument(source_file const& file, element const& element) {
 // Rules for one file
 
 // Whatever the library itself reports, under each language of the file.
-void load(findings& found, source_file const& file) {
+void load(rule_run& found, source_file const& file) {
     std::map<ustring8, ustring8> languages = file.languages();
     if (languages.empty()) languages.emplace("en", "en");
     for (auto const& [normalized, language] : languages) {
@@ -38,7 +37,7 @@ void load(findings& found, source_file const& file) {
     }
 }
 
-void unknown_type(findings& found, source_file const& file) {
+void unknown_type(rule_run& found, source_file const& file) {
     for (element const& element : file.elements) {
         ustring8 const* const type = element.attribute("type");
         if (!type || !is_argument(file, element) || is_known_type(zolt::strings::to_lower(*type))) continue;
@@ -49,7 +48,7 @@ void unknown_type(findings& found, source_file const& file) {
     }
 }
 
-void lost_option(findings& found, source_file const& file) {
+void lost_option(rule_run& found, source_file const& file) {
     for (element const& element : file.elements) {
         if (!is_argument(file, element) || !element.attribute("name")) continue;
         for (auto const& [name, value] : element.attributes) {
@@ -60,7 +59,7 @@ void lost_option(findings& found, source_file const& file) {
     }
 }
 
-void no_language(findings& found, source_file const& file) {
+void no_language(rule_run& found, source_file const& file) {
     for (element const& element : file.elements) {
         if (element.name != "catalog" || file.parent_name(element) != "xmc") continue;
         ustring8 const* const language = element.attribute("lang");
@@ -75,7 +74,7 @@ void no_language(findings& found, source_file const& file) {
 // Rules for all files together
 
 // Within one file; across files a later text may replace an earlier one on purpose.
-void duplicate_message(findings& found) {
+void duplicate_message(rule_run& found) {
     for (auto const& [catalog, languages] : found.sources.catalogs()) {
         for (auto const& [language, texts] : languages) {
             for (auto const& [message, places] : texts.messages) {
@@ -106,7 +105,7 @@ std::map<ustring8, language_texts const*> reference_texts(catalog_texts const& l
     return references;
 }
 
-void add_difference(findings& found, place const& at, phrase id, ustring8 const& message,
+void add_difference(rule_run& found, place const& at, phrase id, ustring8 const& message,
                     language_texts const& other, std::set<ustring8> const& names, std::set<ustring8> const& known) {
     for (ustring8 const& name : names) {
         if (known.count(name) != 0) continue;
@@ -115,7 +114,7 @@ void add_difference(findings& found, place const& at, phrase id, ustring8 const&
     }
 }
 
-void placeholder_names(findings& found) {
+void placeholder_names(rule_run& found) {
     for (auto const& [catalog, languages] : found.sources.catalogs()) {
         auto const references = reference_texts(languages);
         for (auto const& [language, texts] : languages) {
@@ -142,7 +141,7 @@ bool has_message(catalog_texts const& languages, ustring8 const& language, ustri
     return found;
 }
 
-void missing_message(findings& found) {
+void missing_message(rule_run& found) {
     for (auto const& [name, languages] : found.sources.catalogs()) {
         std::set<ustring8> messages;
         for (auto const& [language, texts] : languages) {
@@ -172,40 +171,22 @@ constexpr rule rules[] = {
 
 } // namespace
 
-std::string_view severity_word(severity level) { return level == severity::error ? "error" : "warning"; }
-
-void findings::check(source_file const& file) {
+void rule_run::check(source_file const& file) {
     for (rule const& rule : rules) {
         m_rule = &rule;
         if (rule.check_file) rule.check_file(*this, file);
     }
 }
 
-void findings::check_all() {
+void rule_run::check_all() {
     for (rule const& rule : rules) {
         m_rule = &rule;
         if (rule.check_all) rule.check_all(*this);
     }
 }
 
-void findings::add(source_file const& file, unsigned line, ustring8 const& text) {
-    m_findings.push_back({m_rule->name, m_rule->level, file.index, line, text});
-}
-
-// A file's fault comes up under several languages and in every file that includes it: the texts
-// differ in their context lines only.
-std::vector<finding> findings::sorted() const {
-    auto const key = [](finding const& f) {
-        std::string_view const text = f.text;
-        auto const first = text.find('\n');
-        auto const second = first == std::string_view::npos ? first : text.find('\n', first + 1);
-        return std::tuple(f.file, f.line, f.level, text.substr(0, second));
-    };
-    std::vector<finding> result = m_findings;
-    std::stable_sort(result.begin(), result.end(), [&](auto const& a, auto const& b) { return key(a) < key(b); });
-    auto const is_same = [&](auto const& a, auto const& b) { return key(a) == key(b); };
-    result.erase(std::unique(result.begin(), result.end(), is_same), result.end());
-    return result;
+void rule_run::add(source_file const& file, unsigned line, ustring8 const& text) {
+    m_found.add({file.path, line, 1, m_rule->level, m_rule->name, text});
 }
 
 } // namespace tools

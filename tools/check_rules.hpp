@@ -6,6 +6,7 @@
 #pragma once
 
 #include "catalog_sources.hpp"
+#include "findings.hpp"
 #include "library.hpp"
 #include "program_messages.hpp"
 
@@ -15,35 +16,22 @@
 
 namespace tools {
 
-enum class severity { error, warning };
-
-/// The word in findings; the same in every language, so that other programs can read them.
-std::string_view severity_word(severity level);
-
-struct finding {
-    std::string_view rule;
-    severity level;
-    std::size_t file; ///< index within catalog_sources
-    unsigned line;
-    ustring8 text; ///< may have several lines
-};
-
-class findings;
+class rule_run;
 
 struct rule {
     std::string_view name;
     severity level;
     /// Called for each file when it has been read; null when the rule needs all files.
-    void (*check_file)(findings&, source_file const&);
+    void (*check_file)(rule_run&, source_file const&);
     /// Called once at the end; null when the rule looks at single files.
-    void (*check_all)(findings&);
+    void (*check_all)(rule_run&);
 };
 
 /// What has been found so far, and what rules need to find it.
-class findings {
+class rule_run {
 public:
-    findings(catalog_sources const& all_sources, program_messages const& program_texts)
-        : sources(all_sources), texts(program_texts) {}
+    rule_run(catalog_sources const& all_sources, program_messages const& program_texts, finding_list& found)
+        : sources(all_sources), texts(program_texts), m_found(found) {}
 
     /// Runs every rule for single files, or every rule for all of them.
     void check(source_file const& file);
@@ -52,15 +40,12 @@ public:
     /// Called by rules.
     void add(source_file const& file, unsigned line, ustring8 const& text);
 
-    /// In the order of files and lines, each only once.
-    std::vector<finding> sorted() const;
-
     catalog_sources const& sources;
     program_messages const& texts;
 
 private:
     rule const* m_rule = nullptr; // the one that is running
-    std::vector<finding> m_findings;
+    finding_list& m_found;
 };
 
 } // namespace tools

@@ -3,6 +3,7 @@
 #include "config_commands.hpp"
 
 #include "config_statements.hpp"
+#include "findings.hpp"
 #include "json.hpp"
 
 #include <zolt/config/config_tree.hpp>
@@ -10,6 +11,7 @@
 #include <zolt/system/io.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -127,24 +129,33 @@ void print_value(session const& session, ustring8 const& value) {
 //--------------------------------------------------------------------------------------------------
 // check
 
-std::size_t check_text(session const& session, ustring8 const& path, ustring8 const& text) {
-    std::size_t count = 0;
+struct fault_rule {
+    phrase text;
+    std::string_view rule;
+};
+
+constexpr fault_rule fault_rules[] = {
+    {phrase::config_bom, "byte-order-mark"},          {phrase::config_no_equals, "key-without-value"},
+    {phrase::config_no_value, "empty-value"},         {phrase::config_open_array, "array-lost"},
+    {phrase::config_open_string, "unclosed-quote"},   {phrase::config_open_section, "unclosed-section"},
+    {phrase::config_joined_key, "key-without-value"}, {phrase::config_joined_array, "array-runs-on"},
+};
+
+std::string_view rule_of(phrase text) {
+    return std::find_if(std::begin(fault_rules), std::end(fault_rules),
+                        [text](fault_rule const& entry) { return entry.text == text; })
+        ->rule;
+}
+
+void check_text(session const& session, finding_list& found, ustring8 const& path, ustring8 const& text) {
     config_statements statements(text);
     while (statements.next()) {
         config_statement const& statement = statements.current();
-        std::vector<config_fault> faults = statement.faults;
-        std::stable_sort(faults.begin(), faults.end(),
-                         [](config_fault const& a, config_fault const& b) { return a.line < b.line; });
-        for (config_fault const& fault : faults) {
-            ustring8 const place = printable(path) + ":" + std::to_string(fault.line) + ":";
-            ustring8 line = session.out.paint(colour::place, place);
-            line.append(" ").append(session.out.paint(colour::warning, "warning:")).append(" ");
-            line.append(printable(session.texts.get(fault.text, {{"key", statement.name}, {"part", fault.part}})));
-            session.out.line(line);
+        for (config_fault const& fault : statement.faults) {
+            ustring8 const what = session.texts.get(fault.text, {{"key", statement.name}, {"part", fault.part}});
+            found.add({path, fault.line, 1, severity::warning, rule_of(fault.text), what});
         }
-        count += faults.size();
     }
-    return count;
 }
 
 } // namespace
@@ -155,7 +166,7 @@ exit_status show_config(session const& session, config_show_options const& optio
     std::optional<origins> from;
     if (options.has_origin) from.emplace(session, settings);
     origins const* const shown = from ? &*from : nullptr;
-    if (options.json) {
+    if (session.is_json()) {
         print_json(session, settings, shown);
     } else {
         settings.for_each([&](setting const& which) { print_line(session, which, shown); });
@@ -183,22 +194,35 @@ exit_status get_config(session const& session, config_get_options const& options
 }
 
 exit_status check_config(session const& session, std::vector<ustring8> const& files) {
-    std::size_t count = 0;
+    finding_list found(session);
     std::size_t read = 0;
     for (ustring8 const& path : files) {
         ustring8 text;
         if (zolt::system::load_file(path, text) == 0) {
-            count += check_text(session, path, text);
+            check_text(session, found, path, text);
             ++read;
         } else {
             session.complain(session.texts.get(phrase::not_readable, {{"path", path}}));
         }
     }
-    session.out.line(session.texts.get(phrase::config_check_summary,
-                                       {{"files", session.texts.counted(phrase::files_one, read)},
-                                        {"warnings", session.texts.counted(phrase::warnings_one, count)}}));
-    if (read != files.size()) return exit_failed;
-    return count == 0 ? exit_good : exit_findings;
+    if (session.is_json()) {
+        json_writer json;
+        json.begin_object();
+        json.member("files", read);
+        found.append_to(json);
+        json.end_object();
+        session.out.line(json.text());
+    } else {
+        found.print();
+        if (!session.options.is_quiet) {
+            std::size_t const warnings = found.count(severity::warning);
+            session.out.line(
+                session.texts.get(phrase::config_check_summary,
+                                  {{"files", session.texts.counted(phrase::files_one, read)},
+                                   {"warnings", session.texts.counted(phrase::warnings_one, warnings)}}));
+        }
+    }
+    return read == files.size() ? found.status() : exit_failed;
 }
 
 } // namespace tools

@@ -17,7 +17,6 @@ namespace tools {
 struct config_show_options {
     source_options sources;
     bool has_origin = false; ///< tell where each setting comes from
-    bool json = false;
 };
 
 struct config_get_options {
@@ -30,7 +29,7 @@ struct config_get_options {
 exit_status show_config(session const& session, config_show_options const& options);
 /// exit_findings when there is no such setting and no default.
 exit_status get_config(session const& session, config_get_options const& options);
-/// exit_findings when there are faults in the files.
+/// What sets nothing or something else than it seems, as findings.
 exit_status check_config(session const& session, std::vector<ustring8> const& files);
 
 } // namespace tools

@@ -43,8 +43,8 @@ constexpr program_messages::built_in texts[] = {
     {phrase::check_about, "check.about", "Checks catalog files and reports faults and gaps"},
     {phrase::check_notes, "check.notes",
      "Every file is loaded in every language that occurs in it, and so are the files that it includes. A "
-     "finding is written as file:line: error: text (or warning).\nExit status: 0 when nothing was found; 1 with "
-     "findings; 2 when something could not be read."},
+     "finding is written as file:line:column: error: text [rule] (or warning, or note).\nExit status: 0 without "
+     "findings as bad as --fail-on says; 1 with such; 2 when something could not be read."},
     {phrase::path_argument, "argument.path", "Catalog file, or directory of .xmc and .xml files"},
     {phrase::paths_argument, "argument.paths", "Catalog files, or directories of .xmc and .xml files"},
     {phrase::catalog_argument, "argument.catalog", "Name of the catalog"},
@@ -53,9 +53,7 @@ constexpr program_messages::built_in texts[] = {
      "Values for the placeholders: name=value for a text, or name:type=value with one of the types int, uint, "
      "double, bool and string"},
     {phrase::lang_option, "option.lang", "Language, such as de_AT; by default that of LC_ALL, LC_MESSAGES or LANG"},
-    {phrase::list_lang_option, "option.list_lang",
-     "Show what an application gets for this language, such as de_AT"},
-    {phrase::json_option, "option.json", "Write JSON"},
+    {phrase::json_option, "option.json", "Short for --format=json"},
 
     {phrase::catalog_heading, "heading.catalog", "Catalog"},
     {phrase::language_heading, "heading.language", "Language"},
@@ -134,9 +132,12 @@ constexpr program_messages::built_in texts[] = {
      "the file was left alone; 2 when it cannot be read or written."},
     {phrase::config_check_about, "config.check.about", "Checks files for statements that set nothing"},
     {phrase::config_check_notes, "config.check.notes",
-     "A finding is written as file:line: warning: text. Found are keys without \"=\" or without a value, arrays "
+     "A finding is written as file:line:column: warning: text [rule]. Found are keys without \"=\" or without a "
+     "value, arrays "
      "that end in a comma, strings and sections that are not closed, and lines that such mistakes make a part of"
-     " another one.\nExit status: 0 when nothing was found; 1 with findings; 2 when a file cannot be read."},
+     " another one.\nExit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when a file cannot "
+     "be "
+     "read."},
     {phrase::inspect_about, "inspect.about", "Shows what a stored buffer holds"},
     {phrase::inspect_notes, "inspect.notes",
      "Every line starts with a position in bytes. Without an option, a labeled buffer is known by its whole "
@@ -216,6 +217,17 @@ constexpr program_messages::built_in texts[] = {
     {phrase::bytes_one, "count.bytes.one", "{n:int} byte"},
     {phrase::bytes_other, "count.bytes.other", "{n:int} bytes"},
     {phrase::config_check_summary, "config.check.summary", "{files:string}: {warnings:string}"},
+
+    // The options of every command.
+    {phrase::common_options_heading, "heading.common_options", "Options of every command"},
+    {phrase::quiet_option, "option.quiet", "Findings and failures only"},
+    {phrase::verbose_option, "option.verbose", "Tell what is being done"},
+    {phrase::output_option, "option.output", "Where results go; \"-\" is standard output"},
+    {phrase::format_option, "option.format", "Form of the results"},
+    {phrase::reference_option, "option.reference", "Language that others are compared with, by default en"},
+    {phrase::fail_on_option, "option.fail_on", "Least finding that makes the exit status 1, by default error"},
+    {phrase::ignore_option, "option.ignore", "Silence a rule, everywhere or for one message; may be repeated"},
+    {phrase::no_json, "error.no_json", "this command has no JSON form"},
 };
 
 constexpr bool are_in_order() {

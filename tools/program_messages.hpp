@@ -38,7 +38,6 @@ enum class phrase : unsigned {
     message_argument,
     values_argument,
     lang_option,
-    list_lang_option,
     json_option,
 
     catalog_heading,
@@ -158,6 +157,17 @@ enum class phrase : unsigned {
     bytes_one,
     bytes_other,
     config_check_summary,
+
+    // The options of every command.
+    common_options_heading,
+    quiet_option,
+    verbose_option,
+    output_option,
+    format_option,
+    reference_option,
+    fail_on_option,
+    ignore_option,
+    no_json,
 
     count_of_texts
 };

@@ -74,7 +74,7 @@ void for_each_character(std::string_view text, Visitor visit) {
     }
 }
 
-constexpr std::string_view colour_codes[] = {"\033[1m", "\033[1m", "\033[1;31m", "\033[1;33m"};
+constexpr std::string_view colour_codes[] = {"\033[1m", "\033[1m", "\033[1;31m", "\033[1;33m", "\033[1;36m"};
 constexpr std::string_view colour_end = "\033[0m";
 constexpr std::string_view column_gap = "  ";
 
@@ -151,8 +151,7 @@ void output::write(std::string_view text) {
 }
 
 void output::line(std::string_view text) {
-    write(text);
-    write("\n");
+    write(std::string(text) + '\n'); // at once: standard error has no buffer
 }
 
 ustring8 output::paint(colour style, std::string_view text) const {

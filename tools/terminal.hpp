@@ -30,7 +30,7 @@ ustring8 printable(std::string_view text, line_feeds feeds = line_feeds::show);
 /// The text with line feeds in the place of blanks, so that lines are as long as fits the width.
 ustring8 wrap(std::string_view text, std::size_t width);
 
-enum class colour { heading, place, error, warning };
+enum class colour { heading, place, error, warning, note };
 
 /// Standard output or standard error.
 class output {

@@ -156,6 +156,30 @@ TEST(Program, HelpsEverywhere) {
     EXPECT_EQ(2, run_program("catalog render clean app").status);
 }
 
+using ProgramResults = in_directory;
+
+// -o: the whole result or none; with a report of findings, too.
+TEST_F(ProgramResults, GoToAFile) {
+    std::string const data = ZOLT_SOURCE_DIR "/tests/tools/data/";
+    store("old");
+    expect("catalog list " + data + "clean -o f", 0, "");
+    EXPECT_EQ(run("catalog list " + data + "clean").out, content());
+    store("old");
+    expect("catalog show " + data + "clean none -o f", 1, "",
+           "zolt: there is no catalog \"none\" in \"" + data + "clean\"\n");
+    EXPECT_EQ(2, run("catalog check absent -o f").status);
+    EXPECT_EQ("old", content());
+    std::string const fault = "catalog check " + data + "faults/placeholder_names.xmc -o f --json ";
+    EXPECT_EQ(1, run(fault).status);
+    EXPECT_EQ(0u, content().find("{\n  \"files\": 1,"));
+    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(directory), {})); // nothing is left over
+    expect("catalog list " + data + "clean -o absent/f", 2, "",
+           "zolt: \"absent/f\" cannot be written: No such file or directory\n");
+    expect("catalog list " + data + "clean -o /dev/full", 2, "",
+           "zolt: \"/dev/full\" cannot be written: No space left on device\n");
+    expect("catalog show " + data + "clean app --json", 2, "", "zolt: this command has no JSON form\n");
+}
+
 TEST(Program, NoticesThatItsOutputIsLost) {
     program_options const shell{.program = "/bin/sh"};
     for (char const* const command :

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// The command line of `zolt catalog`: one function for each command.
+#include "catalog_check.hpp"
+#include "catalog_commands.hpp"
+#include "command_line.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tools {
+namespace {
+
+void add_list(command const& catalog) {
+    struct values {
+        std::string path;
+    };
+    command const list = catalog.add("list", phrase::list_about, phrase::list_notes).with_json();
+    values& given = list.keep<values>();
+    list.argument("PATH", given.path, phrase::path_argument)->required();
+    list.runs([&given](session const& session) { return list_catalogs(session, given.path); });
+}
+
+struct message_values {
+    std::string path;
+    std::string catalog;
+    std::optional<std::string> message;
+    std::vector<std::string> arguments;
+};
+
+// Returns the message's name, which is not required.
+CLI::Option* add_message_arguments(command const& command, message_values& given) {
+    command.argument("PATH", given.path, phrase::path_argument)->required();
+    command.argument("CATALOG", given.catalog, phrase::catalog_argument)->required();
+    return command.argument("MESSAGE", given.message, phrase::message_argument);
+}
+
+void add_show(command const& catalog) {
+    command const show = catalog.add("show", phrase::show_about, phrase::show_notes);
+    message_values& given = show.keep<message_values>();
+    add_message_arguments(show, given);
+    show.runs([&given](session const& session) {
+        show_options options{given.path, given.catalog, {}};
+        if (given.message) options.message = *given.message;
+        return show_messages(session, options);
+    });
+}
+
+void add_render(command const& catalog) {
+    command const render = catalog.add("render", phrase::render_about, phrase::render_notes);
+    message_values& given = render.keep<message_values>();
+    add_message_arguments(render, given)->required();
+    render.argument("ARGUMENT", given.arguments, phrase::values_argument);
+    render.runs([&given](session const& session) {
+        return render_message(session, {given.path, given.catalog, *given.message, to_texts(given.arguments)});
+    });
+}
+
+void add_check(command const& catalog) {
+    struct values {
+        std::vector<std::string> paths;
+    };
+    command const check = catalog.add("check", phrase::check_about, phrase::check_notes).with_json().with_report();
+    values& given = check.keep<values>();
+    check.argument("PATH", given.paths, phrase::paths_argument)->required();
+    check.runs([&given](session const& session) { return check_catalogs(session, to_texts(given.paths)); });
+}
+
+} // namespace
+
+void add_catalog_commands(command const& root) {
+    command const catalog = root.add_group("catalog", phrase::catalog_about);
+    add_list(catalog);
+    add_show(catalog);
+    add_render(catalog);
+    add_check(catalog);
+}
+
+} // namespace tools

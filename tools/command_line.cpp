@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "command_line.hpp"
+
+#include "result_file.hpp"
+
+#include <zolt/version.hpp>
+
+#include <cstring>
+#include <sstream>
+#include <utility>
+
+namespace tools {
+namespace {
+
+constexpr std::size_t help_width = 79;
+constexpr std::size_t help_column = 30; // where the parser lets descriptions start
+
+// "rule" or "rule:catalog/message".
+ignored_rule parse_ignored(std::string const& text) {
+    auto const colon = text.find(':');
+    if (colon == std::string::npos) return {text, {}};
+    return {text.substr(0, colon), text.substr(colon + 1)};
+}
+
+severity parse_severity(std::string const& word) {
+    return word == "error" ? severity::error : word == "warning" ? severity::warning : severity::note;
+}
+
+} // namespace
+
+command command::add(char const* name, phrase about, phrase notes) const {
+    command const added = add_group(name, about);
+    added.m_app->require_subcommand(0);
+    added.m_app->footer(m_line->get(notes));
+    m_line->add_common_options(*added.m_app);
+    return added;
+}
+
+command command::add_group(char const* name, phrase about) const {
+    CLI::App& app = *m_app->add_subcommand(name);
+    m_line->set_up(app, about);
+    app.require_subcommand(1);
+    return {*m_line, app};
+}
+
+CLI::Option* command::flag(char const* name, bool& target, phrase description) const {
+    return m_app->add_flag(name, target, m_line->describe(description));
+}
+
+void command::runs(std::function<exit_status(session const&)> action) const {
+    m_app->callback([line = m_line, app = m_app, action = std::move(action)] {
+        line->m_action = action;
+        line->m_chosen = app;
+    });
+}
+
+command const& command::with_json() const {
+    m_line->m_traits[m_app].has_json = true;
+    return *this;
+}
+
+command const& command::with_report() const {
+    m_line->m_traits[m_app].is_report = true;
+    return *this;
+}
+
+//--------------------------------------------------------------------------------------------------
+
+command_line::command_line(output& out, output& err, program_messages const& texts)
+    : m_out(out), m_err(err), m_texts(texts) {
+    set_up(m_app, phrase::program_about);
+    m_app.require_subcommand(1);
+}
+
+exit_status command_line::run(int argc, char** argv) {
+    session const plain{m_out, m_err, m_texts, m_options};
+    try {
+        m_app.parse(argc, argv);
+    } catch (CLI::ParseError const& end) { // a wrong command line, or --help and --version
+        std::ostringstream out;
+        std::ostringstream err;
+        int const status = m_app.exit(end, out, err);
+        m_out.write(out.str());
+        if (status == 0) return exit_good;
+        std::string const complaint = err.str();
+        plain.complain(complaint.substr(0, complaint.find_last_not_of('\n') + 1));
+        return exit_failed;
+    }
+    if (!take_common_options()) {
+        plain.complain(m_texts.get(phrase::no_json));
+        return exit_failed;
+    }
+    return m_options.result_file == "-" ? m_action(plain) : act(plain);
+}
+
+ustring8 command_line::get(phrase id) const { return wrap(m_texts.get(id), help_width); }
+ustring8 command_line::describe(phrase id) const { return wrap(m_texts.get(id), help_width - help_column); }
+
+void command_line::set_up(CLI::App& app, phrase about) const {
+    app.description(describe(about));
+    app.set_help_flag("-h,--help", describe(phrase::help_option));
+    app.set_version_flag("--version", std::string("zolt ") + zolt::version(), describe(phrase::version_option));
+}
+
+void command_line::add_common_options(CLI::App& app) {
+    std::string const group = m_texts.get(phrase::common_options_heading);
+    auto const add = [&](CLI::Option* option, char const* type = "") {
+        option->group(group);
+        if (*type) option->type_name(type);
+        return option;
+    };
+    add(app.add_flag("-q,--quiet", m_given.is_quiet, describe(phrase::quiet_option)));
+    add(app.add_flag("-v,--verbose", m_given.is_verbose, describe(phrase::verbose_option)));
+    add(app.add_option("-o,--output", m_given.result_file, describe(phrase::output_option)), "FILE");
+    add(app.add_option("--format", m_given.format, describe(phrase::format_option)))
+        ->check(CLI::IsMember({"text", "json"}).description(""))
+        ->type_name("text|json");
+    add(app.add_flag("--json", m_given.is_json, describe(phrase::json_option)));
+    add(app.add_option("--lang", m_given.language, describe(phrase::lang_option)), "LANGUAGE");
+    add(app.add_option("--ref", m_given.reference, describe(phrase::reference_option)), "LANGUAGE");
+    add(app.add_option("--fail-on", m_given.fail_on, describe(phrase::fail_on_option)))
+        ->check(CLI::IsMember({"error", "warning", "note"}).description(""))
+        ->type_name("error|warning|note");
+    add(app.add_option("--ignore", m_given.ignored, describe(phrase::ignore_option)), "RULE[:CATALOG/MESSAGE]")
+        ->expected(1)
+        ->take_all();
+}
+
+// False when JSON is wanted of a command that writes none.
+bool command_line::take_common_options() {
+    m_options.is_quiet = m_given.is_quiet;
+    m_options.is_verbose = m_given.is_verbose;
+    m_options.result_file = m_given.result_file;
+    bool const is_json = m_given.is_json || m_given.format == "json";
+    m_options.format = is_json ? output_format::json : output_format::text;
+    if (m_chosen->get_option("--lang")->count() != 0) m_options.language = usable_language(m_given.language);
+    m_options.reference = usable_language(m_given.reference);
+    m_options.fail_on = parse_severity(m_given.fail_on);
+    for (std::string const& text : m_given.ignored) m_options.ignored.push_back(parse_ignored(text));
+    return !is_json || m_traits[m_chosen].has_json;
+}
+
+// With -o: the file is written when the command has ended well, or with a report of what it found.
+exit_status command_line::act(session const& session) const {
+    result_file file(m_options.result_file);
+    exit_status status = exit_failed;
+    int error = 0;
+    if (file.stream()) {
+        output out(file.stream());
+        status = m_action({out, m_err, m_texts, m_options});
+        error = out.flush();
+        auto const traits = m_traits.find(m_chosen);
+        bool const is_report = traits != m_traits.end() && traits->second.is_report;
+        if (status == exit_failed || (status == exit_findings && !is_report)) return status;
+    }
+    if (error == 0) error = file.commit();
+    if (error == 0) return status;
+    session.complain(
+        m_texts.get(phrase::file_not_written, {{"path", m_options.result_file}, {"reason", std::strerror(error)}}));
+    return exit_failed;
+}
+
+} // namespace tools

@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// The command line of `zolt`, for the sources that declare commands to it:
+//
+//     void add_show(command const& catalog) {
+//         struct values { std::string path; };
+//         command show = catalog.add("show", phrase::show_about, phrase::show_notes);
+//         values& given = show.keep<values>();
+//         show.argument("PATH", given.path, phrase::path_argument)->required();
+//         show.runs([&given](session const& session) { return show_messages(session, {given.path}); });
+//     }
+//
+// Every command has the options of common_options, which it finds in its session. With -o FILE the
+// session's `out` is that file, which is written only when the command ends well.
+#pragma once
+
+#include "library.hpp"
+#include "program_messages.hpp"
+#include "session.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tools {
+
+class command_line;
+
+/// A command, or a group of them such as `zolt catalog`.
+class command {
+public:
+    command(command_line& line, CLI::App& app) : m_line(&line), m_app(&app) {}
+
+    command add(char const* name, phrase about, phrase notes) const;
+    command add_group(char const* name, phrase about) const;
+
+    /// Values that live as long as the command line, for what arguments and options are stored in.
+    template <typename Values>
+    Values& keep() const;
+
+    /// The parser's own objects, for what is required or excludes another.
+    template <typename Target>
+    CLI::Option* argument(char const* name, Target& target, phrase description) const;
+    template <typename Target>
+    CLI::Option* option(char const* name, Target& target, phrase description, char const* type) const;
+    CLI::Option* flag(char const* name, bool& target, phrase description) const;
+
+    /// What the command does when the whole line has been understood.
+    void runs(std::function<exit_status(session const&)> action) const;
+
+    /// The command can write JSON. Otherwise asking for it is wrong usage.
+    command const& with_json() const;
+    /// What it writes is a report for which -o is wanted with exit_findings, too.
+    command const& with_report() const;
+
+private:
+    command_line* m_line;
+    CLI::App* m_app;
+};
+
+class command_line {
+public:
+    command_line(output& out, output& err, program_messages const& texts);
+
+    command root() { return {*this, m_app}; }
+    exit_status run(int argc, char** argv);
+
+private:
+    friend class command;
+
+    struct command_traits {
+        bool has_json = false;
+        bool is_report = false;
+    };
+
+    ustring8 get(phrase id) const;      // text above or below the options
+    ustring8 describe(phrase id) const; // text beside an option or a command's name
+    void set_up(CLI::App& app, phrase about) const;
+    void add_common_options(CLI::App& app);
+    bool take_common_options();
+    exit_status act(session const& session) const;
+
+    output& m_out;
+    output& m_err;
+    program_messages const& m_texts;
+    CLI::App m_app{"", "zolt"};
+    std::vector<std::shared_ptr<void>> m_values;
+    std::map<CLI::App const*, command_traits> m_traits;
+    std::function<exit_status(session const&)> m_action;
+    CLI::App const* m_chosen = nullptr;
+
+    // The options of every command, as they are written and as commands see them.
+    struct {
+        bool is_quiet = false;
+        bool is_verbose = false;
+        bool is_json = false;
+        std::string result_file = "-";
+        std::string format = "text";
+        std::string language;
+        std::string reference = "en";
+        std::string fail_on = "error";
+        std::vector<std::string> ignored;
+    } m_given;
+    common_options m_options;
+};
+
+/// The commands, each group in a source of its own.
+void add_catalog_commands(command const& root);
+void add_config_commands(command const& root);
+void add_inspect_command(command const& root);
+
+//--------------------------------------------------------------------------------------------------
+
+template <typename Values>
+Values& command::keep() const {
+    auto const values = std::make_shared<Values>();
+    m_line->m_values.push_back(values);
+    return *values;
+}
+
+template <typename Target>
+CLI::Option* command::argument(char const* name, Target& target, phrase description) const {
+    return option(name, target, description, "");
+}
+
+template <typename Target>
+CLI::Option* command::option(char const* name, Target& target, phrase description, char const* type) const {
+    return m_app->add_option(name, target, m_line->describe(description))->type_name(type);
+}
+
+inline std::vector<ustring8> to_texts(std::vector<std::string> const& values) {
+    return {values.begin(), values.end()};
+}
+
+} // namespace tools

@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "findings.hpp"
+
+#include <zolt/strings/string_utility.hpp>
+
+#include <algorithm>
+#include <string>
+#include <tuple>
+#include <utility>
+
+namespace tools {
+namespace {
+
+constexpr std::string_view severity_words[] = {"error", "warning", "note"};
+constexpr colour severity_colours[] = {colour::error, colour::warning, colour::note};
+
+// One fault comes up in every language and including file: the texts differ in their context lines only.
+auto key(finding const& found) {
+    std::string_view const text = found.text;
+    auto const first = text.find('\n');
+    auto const second = first == std::string_view::npos ? first : text.find('\n', first + 1);
+    return std::tuple(std::string_view(found.file), found.line, found.column, found.level, text.substr(0, second));
+}
+
+// A library's text says in its first line what is wrong and in its second what was met: one line of ours.
+void print_one(output& err, finding const& found) {
+    ustring8 const place =
+        printable(found.file) + ":" + std::to_string(found.line) + ":" + std::to_string(found.column) + ":";
+    auto const level = static_cast<std::size_t>(found.level);
+    std::vector<ustring8> const lines = zolt::strings::split_string(found.text, "\n");
+    ustring8 line = err.paint(colour::place, place);
+    line.append(" ").append(err.paint(severity_colours[level], std::string(severity_words[level]) + ":"));
+    for (std::size_t i = 0; i != lines.size(); ++i) {
+        if (i == 1) line += ':';
+        if (i >= 2) line.append("\n   ");
+        std::string_view const text = lines[i];
+        line.append(" ").append(printable(text.substr(std::min(text.size(), text.find_first_not_of(' ')))));
+        if (i == std::min<std::size_t>(1, lines.size() - 1)) line.append(" [").append(found.rule).append("]");
+    }
+    err.line(line);
+}
+
+} // namespace
+
+std::string_view severity_word(severity level) { return severity_words[static_cast<std::size_t>(level)]; }
+
+void finding_list::add(finding found) {
+    if (is_ignored(found)) return;
+    m_findings.push_back(std::move(found));
+    m_is_sorted = false;
+}
+
+std::vector<finding> const& finding_list::sorted() {
+    if (std::exchange(m_is_sorted, true)) return m_findings;
+    std::stable_sort(m_findings.begin(), m_findings.end(),
+                     [](finding const& a, finding const& b) { return key(a) < key(b); });
+    auto const is_same = [](finding const& a, finding const& b) { return key(a) == key(b); };
+    m_findings.erase(std::unique(m_findings.begin(), m_findings.end(), is_same), m_findings.end());
+    return m_findings;
+}
+
+std::size_t finding_list::count(severity level) {
+    auto const is_counted = [level](finding const& found) { return found.level == level; };
+    std::vector<finding> const& all = sorted();
+    return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), is_counted));
+}
+
+exit_status finding_list::status() {
+    auto const is_bad = [&](finding const& found) { return found.level <= m_session.options.fail_on; };
+    return std::any_of(m_findings.begin(), m_findings.end(), is_bad) ? exit_findings : exit_good;
+}
+
+void finding_list::print() {
+    for (finding const& found : sorted()) print_one(m_session.err, found);
+}
+
+void finding_list::append_to(json_writer& json) {
+    json.member("errors", count(severity::error));
+    json.member("warnings", count(severity::warning));
+    json.member("notes", count(severity::note));
+    json.begin_array("findings");
+    for (finding const& found : sorted()) {
+        json.begin_object();
+        json.member("file", found.file);
+        json.member("line", found.line);
+        json.member("column", found.column);
+        json.member("severity", severity_word(found.level));
+        json.member("rule", found.rule);
+        json.member("text", found.text);
+        json.end_object();
+    }
+    json.end_array();
+}
+
+bool finding_list::is_ignored(finding const& found) const {
+    std::vector<ignored_rule> const& ignored = m_session.options.ignored;
+    return std::any_of(ignored.begin(), ignored.end(), [&](ignored_rule const& entry) {
+        return std::string_view(entry.rule) == found.rule && (entry.scope.empty() || entry.scope == found.scope);
+    });
+}
+
+} // namespace tools

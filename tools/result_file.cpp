@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "result_file.hpp"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+namespace tools {
+namespace {
+
+constexpr mode_t permission_bits = 07777;
+
+// The mode of a new file. The mask can only be read by setting it; the program has one thread.
+mode_t mode_of_new_file() {
+    mode_t const mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+ustring8 real_path(ustring8 const& path) {
+    std::unique_ptr<char, decltype(&std::free)> const real(::realpath(path.c_str(), nullptr), &std::free);
+    return real ? ustring8(real.get()) : path;
+}
+
+} // namespace
+
+result_file::result_file(ustring8 const& path) : m_path(real_path(path)) {
+    struct stat old {};
+    bool const is_there = ::stat(m_path.c_str(), &old) == 0;
+    if (is_there && !S_ISREG(old.st_mode)) {
+        m_stream = std::fopen(m_path.c_str(), "wb");
+        keep_error();
+        return;
+    }
+    m_temporary = m_path + ".XXXXXX";
+    int const descriptor = ::mkstemp(m_temporary.data());
+    if (descriptor != -1) {
+        mode_t const mode = is_there ? old.st_mode & permission_bits : mode_of_new_file();
+        m_stream = ::fchmod(descriptor, mode) == 0 ? ::fdopen(descriptor, "wb") : nullptr;
+        keep_error();
+        if (!m_stream) ::close(descriptor);
+    } else {
+        keep_error();
+        m_temporary.clear();
+    }
+}
+
+result_file::~result_file() {
+    if (m_stream) std::fclose(m_stream);
+    if (!m_temporary.empty()) ::unlink(m_temporary.c_str());
+}
+
+int result_file::commit() {
+    if (!m_stream) return m_error;
+    bool const has_failed = std::ferror(m_stream) != 0;
+    if (std::fflush(m_stream) != 0 || has_failed) m_error = errno == 0 ? EIO : errno;
+    if (m_error == 0 && !m_temporary.empty() && ::fsync(::fileno(m_stream)) != 0) m_error = errno;
+    if (std::fclose(std::exchange(m_stream, nullptr)) != 0 && m_error == 0) m_error = errno;
+    if (m_error != 0 || m_temporary.empty()) return m_error;
+    if (std::rename(m_temporary.c_str(), m_path.c_str()) != 0) return m_error = errno;
+    m_temporary.clear();
+    return 0;
+}
+
+void result_file::keep_error() {
+    if (!m_stream) m_error = errno;
+}
+
+} // namespace tools

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// result_file: a file that is there as a whole or not at all. What is written goes to a temporary file
+// beside it, which takes its place at the end; until then, and without an end, the old one stays.
+//
+//     result_file file("a.po");
+//     if (file.stream()) std::fputs("text", file.stream());
+//     int const error = file.commit();    // 0, or an error number
+//
+// A link is followed, the file's permissions stay. What is no regular file, such as a pipe, is written at
+// once.
+#pragma once
+
+#include "library.hpp"
+
+#include <cstdio>
+
+namespace tools {
+
+class result_file {
+public:
+    explicit result_file(ustring8 const& path);
+    result_file(result_file const&) = delete;
+    result_file& operator=(result_file const&) = delete;
+    /// Removes what was not committed.
+    ~result_file();
+
+    /// Null when it cannot be written; commit() tells why.
+    std::FILE* stream() const { return m_stream; }
+    /// Brings everything to the disk and to its place. Returns 0 or the number of the first error.
+    int commit();
+
+private:
+    void keep_error();
+
+    ustring8 m_path;
+    ustring8 m_temporary; // empty: the file itself is written
+    std::FILE* m_stream = nullptr;
+    int m_error = 0;
+};
+
+} // namespace tools
