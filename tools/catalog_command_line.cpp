@@ -4,6 +4,7 @@
 // The command line of `zolt catalog`: one function for each command.
 #include "catalog_check.hpp"
 #include "catalog_commands.hpp"
+#include "check_rules.hpp"
 #include "command_line.hpp"
 
 #include <optional>
@@ -61,11 +62,18 @@ void add_render(command const& catalog) {
 void add_check(command const& catalog) {
     struct values {
         std::vector<std::string> paths;
+        bool is_list = false;
     };
     command const check = catalog.add("check", phrase::check_about, phrase::check_notes).with_json().with_report();
     values& given = check.keep<values>();
-    check.argument("PATH", given.paths, phrase::paths_argument)->required();
-    check.runs([&given](session const& session) { return check_catalogs(session, to_texts(given.paths)); });
+    check.argument("PATH", given.paths, phrase::paths_argument);
+    check.flag("--list-rules", given.is_list, phrase::list_rules_option);
+    check.runs([&given](session const& session) {
+        if (given.is_list) return list_rules(session), exit_good;
+        if (!given.paths.empty()) return check_catalogs(session, to_texts(given.paths));
+        session.complain(session.texts.get(phrase::no_paths));
+        return exit_failed;
+    });
 }
 
 } // namespace

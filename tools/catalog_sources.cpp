@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "catalog_sources.hpp"
 
+#include "catalog_paths.hpp"
 #include "languages.hpp"
 #include "source_map.hpp"
 
@@ -12,8 +13,6 @@
 #include <zolt/system/io.hpp>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 namespace tools {
 namespace {
@@ -21,17 +20,6 @@ namespace {
 using zolt::parser::xml_parser;
 using zolt::parser::xml_token_stream;
 using token = xml_token_stream::token;
-
-ustring8 real_path(ustring8 const& path) {
-    std::unique_ptr<char, decltype(&std::free)> const real(::realpath(path.c_str(), nullptr), &std::free);
-    return real ? ustring8(real.get()) : path;
-}
-
-bool is_catalog_file(ustring8 const& path) {
-    if (path.size() < 4) return false;
-    ustring8 const ending = zolt::strings::to_lower(ustring8(path.substr(path.size() - 4)));
-    return ending == ".xmc" || ending == ".xml";
-}
 
 bool load(ustring8 const& path, ustring8& text) {
     try {
@@ -104,14 +92,6 @@ void read(source_file& file) {
     file.fault_line = map.fault_line(fault.line, reader.events());
 }
 
-// Relative to the directory of the including file; "C:/x" and "\x" count as absolute, too.
-ustring8 resolve(ustring8 const& including, ustring8 const& included) {
-    bool const has_drive = included.size() >= 3 && included[1] == ':';
-    if (has_drive || included.front() == '/' || included.front() == '\\') return included;
-    auto const slash = including.find_last_of("/\\");
-    return slash == ustring8::npos ? included : ustring8(including.substr(0, slash + 1) + included);
-}
-
 bool is_catalog(source_file const& file, element const& element) {
     return element.name == "catalog" && file.parent_name(element) == "xmc";
 }
@@ -136,7 +116,7 @@ std::string_view source_file::parent_name(element const& child) const {
 std::optional<ustring8> source_file::included_path(element const& element) const {
     ustring8 const* const file = element.attribute("file");
     if (element.name != "include" || parent_name(element) != "xmc" || !file) return std::nullopt;
-    return file->empty() ? ustring8() : resolve(path, *file);
+    return file->empty() ? ustring8() : tools::included_path(path, *file);
 }
 
 std::map<ustring8, ustring8> source_file::languages() const {
@@ -150,16 +130,7 @@ std::map<ustring8, ustring8> source_file::languages() const {
 }
 
 std::size_t catalog_sources::add(ustring8 const& path) {
-    if (!zolt::system::io::is_directory(path)) {
-        plan(path);
-        return 1;
-    }
-    ustring8 directory = path;
-    while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
-    std::vector<ustring8> files;
-    zolt::system::get_directory_files(directory == "/" ? ustring8() : directory, files);
-    std::erase_if(files, [](ustring8 const& file) { return !is_catalog_file(file); });
-    std::sort(files.begin(), files.end());
+    std::vector<ustring8> const files = catalog_files(path);
     for (ustring8 const& file : files) plan(file);
     return files.size();
 }

@@ -2,191 +2,107 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "check_rules.hpp"
 
-#include "fault_location.hpp"
-#include "languages.hpp"
-#include "notation.hpp"
-
-#include <zolt/i18n/message_catalogs.hpp>
-#include <zolt/strings/string_utility.hpp>
+#include "json.hpp"
 
 #include <algorithm>
-#include <set>
+#include <cstddef>
+#include <iterator>
+#include <string>
 
 namespace tools {
 namespace {
 
-using zolt::i18n::message_catalogs;
-
-bool is_argument(source_file const& file, element const& element) {
-    return (element.name == "arg" || element.name == "argument") && file.parent_name(element) == "msg";
-}
-
-//--------------------------------------------------------------------------------------------------
-// Rules for one file
-
-// Whatever the library itself reports, under each language of the file.
-void load(rule_run& found, source_file const& file) {
-    std::map<ustring8, ustring8> languages = file.languages();
-    if (languages.empty()) languages.emplace("en", "en");
-    for (auto const& [normalized, language] : languages) {
-        message_catalogs catalogs;
-        auto const result = catalogs.load_file(file.path, language);
-        if (result.code() == message_catalogs::no_error) continue;
-        fault_location const at = locate_fault(result.message(), language, file, found.sources);
-        found.add(*at.file, at.line, result.message());
-    }
-}
-
-void unknown_type(rule_run& found, source_file const& file) {
-    for (element const& element : file.elements) {
-        ustring8 const* const type = element.attribute("type");
-        if (!type || !is_argument(file, element) || is_known_type(zolt::strings::to_lower(*type))) continue;
-        ustring8 const* const name = element.attribute("name");
-        found.add(
-            file, element.line,
-            found.texts.get(phrase::unknown_type, {{"argument", name ? *name : ustring8()}, {"type", *type}}));
-    }
-}
-
-void lost_option(rule_run& found, source_file const& file) {
-    for (element const& element : file.elements) {
-        if (!is_argument(file, element) || !element.attribute("name")) continue;
-        for (auto const& [name, value] : element.attributes) {
-            if (name == "name") break;
-            if (name != "type")
-                found.add(file, element.line, found.texts.get(phrase::lost_option, {{"option", name}}));
-        }
-    }
-}
-
-void no_language(rule_run& found, source_file const& file) {
-    for (element const& element : file.elements) {
-        if (element.name != "catalog" || file.parent_name(element) != "xmc") continue;
-        ustring8 const* const language = element.attribute("lang");
-        if (language && !language->empty()) continue;
-        ustring8 const* const name = element.attribute("name");
-        found.add(file, element.line,
-                  found.texts.get(phrase::no_language, {{"catalog", name ? *name : ustring8()}}));
-    }
-}
-
-//--------------------------------------------------------------------------------------------------
-// Rules for all files together
-
-// Within one file; across files a later text may replace an earlier one on purpose.
-void duplicate_message(rule_run& found) {
-    for (auto const& [catalog, languages] : found.sources.catalogs()) {
-        for (auto const& [language, texts] : languages) {
-            for (auto const& [message, places] : texts.messages) {
-                for (std::size_t i = 1; i < places.size(); ++i) {
-                    place const& first = places[i - 1];
-                    place const& again = places[i];
-                    if (first.file != again.file) continue;
-                    found.add(*again.file, again.where->line,
-                              found.texts.get(phrase::duplicate_message, {{"message", message},
-                                                                          {"language", texts.language},
-                                                                          {"line", first.where->line}}));
-                }
-            }
-        }
-    }
-}
-
-// For each message the texts that the others are compared with: English where it has the message, else
-// those of the first language that has it.
-std::map<ustring8, language_texts const*> reference_texts(catalog_texts const& languages) {
-    std::map<ustring8, language_texts const*> references;
-    auto const add = [&](language_texts const& texts) {
-        for (auto const& [message, places] : texts.messages) references.emplace(message, &texts);
-    };
-    auto const english = languages.find("en");
-    if (english != languages.end()) add(english->second);
-    for (auto const& [language, texts] : languages) add(texts);
-    return references;
-}
-
-void add_difference(rule_run& found, place const& at, phrase id, ustring8 const& message,
-                    language_texts const& other, std::set<ustring8> const& names, std::set<ustring8> const& known) {
-    for (ustring8 const& name : names) {
-        if (known.count(name) != 0) continue;
-        found.add(*at.file, at.where->line,
-                  found.texts.get(id, {{"message", message}, {"name", name}, {"language", other.language}}));
-    }
-}
-
-void placeholder_names(rule_run& found) {
-    for (auto const& [catalog, languages] : found.sources.catalogs()) {
-        auto const references = reference_texts(languages);
-        for (auto const& [language, texts] : languages) {
-            for (auto const& [message, places] : texts.messages) {
-                language_texts const& other = *references.at(message);
-                if (&other == &texts) continue;
-                auto const& names = texts.placeholders.at(message);
-                auto const& expected = other.placeholders.at(message);
-                add_difference(found, places.front(), phrase::placeholder_unknown, message, other, names, expected);
-                add_difference(found, places.front(), phrase::placeholder_missing, message, other, expected, names);
-            }
-        }
-    }
-}
-
-// A regional catalog need not repeat what its base language has, and "." serves every language.
-bool has_message(catalog_texts const& languages, ustring8 const& language, ustring8 const& message) {
-    auto const holds = [&](ustring8 const& id) {
-        auto const texts = languages.find(id);
-        return texts != languages.end() && texts->second.messages.count(message) != 0;
-    };
-    bool found = holds(language) || holds(".");
-    for_each_base(language, [&](std::string_view base) { found = found || holds(ustring8(std::string(base))); });
-    return found;
-}
-
-void missing_message(rule_run& found) {
-    for (auto const& [name, languages] : found.sources.catalogs()) {
-        std::set<ustring8> messages;
-        for (auto const& [language, texts] : languages) {
-            for (auto const& [message, places] : texts.messages) messages.insert(message);
-        }
-        for (auto const& [language, texts] : languages) {
-            if (language == ".") continue;
-            for (ustring8 const& message : messages) {
-                if (has_message(languages, language, message)) continue;
-                found.add(*texts.start.file, texts.start.where->line,
-                          found.texts.get(phrase::missing_message,
-                                          {{"catalog", name}, {"message", message}, {"language", texts.language}}));
-            }
-        }
-    }
-}
+constexpr severity error = severity::error;
+constexpr severity warning = severity::warning;
+constexpr severity note = severity::note;
 
 constexpr rule rules[] = {
-    {"load", severity::error, load, nullptr},
-    {"unknown-type", severity::warning, unknown_type, nullptr},
-    {"lost-option", severity::warning, lost_option, nullptr},
-    {"no-language", severity::warning, no_language, nullptr},
-    {"duplicate-message", severity::warning, nullptr, duplicate_message},
-    {"placeholder-names", severity::error, nullptr, placeholder_names},
-    {"missing-message", severity::warning, nullptr, missing_message},
+    {rule_id::arg_name_not_first, "arg-name-not-first", warning, phrase::about_arg_name_not_first,
+     R"(<arg precision="1" name="size" type="double"/>)"},
+    {rule_id::bad_option, "bad-option", error, phrase::about_bad_option, R"(<arg name="n" type="int" width="8"/>)"},
+    {rule_id::byte_reference, "byte-reference", error, phrase::about_byte_reference, "caf&#233;"},
+    {rule_id::catalog_without_lang, "catalog-without-lang", warning, phrase::about_catalog_without_lang,
+     R"(<catalog name="app">)"},
+    {rule_id::control_character, "control-character", warning, phrase::about_control_character, "bell&#7;"},
+    {rule_id::duplicate_lang_spelling, "duplicate-lang-spelling", warning, phrase::about_duplicate_lang_spelling,
+     R"(lang="de_AT" lang="de-AT")"},
+    {rule_id::duplicate_message, "duplicate-message", warning, phrase::about_duplicate_message,
+     R"(<msg name="a">One</msg> <msg name="a">Two</msg>)"},
+    {rule_id::edge_space, "edge-space", warning, phrase::about_edge_space, R"(<msg name="a"> Text</msg>)"},
+    {rule_id::empty_translation, "empty-translation", warning, phrase::about_empty_translation,
+     R"(<msg name="a"></msg>)"},
+    {rule_id::include_absolute, "include-absolute", warning, phrase::about_include_absolute,
+     R"(<include file="/home/ann/common.xmc"/>)"},
+    {rule_id::include_cycle, "include-cycle", error, phrase::about_include_cycle,
+     R"(a.xmc: <include file="a.xmc"/>)"},
+    {rule_id::include_missing, "include-missing", error, phrase::about_include_missing,
+     R"(<include file="no-such-file.xmc"/>)"},
+    {rule_id::invalid_utf8, "invalid-utf8", error, phrase::about_invalid_utf8, "caf\\xE9"},
+    {rule_id::load, "load", error, phrase::about_load, R"(<msg name="a" note="b">Text</msg>)"},
+    {rule_id::missing_message, "missing-message", warning, phrase::about_missing_message,
+     R"(en: <msg name="a">Text</msg> de: -)"},
+    {rule_id::nbsp_is_blank, "nbsp-is-blank", warning, phrase::about_nbsp_is_blank, "10&nbsp;km"},
+    {rule_id::placeholder_set, "placeholder-set", error, phrase::about_placeholder_set,
+     R"(en: <arg name="user"/> de: <arg name="benutzer"/>)"},
+    {rule_id::placeholder_type, "placeholder-type", error, phrase::about_placeholder_type,
+     R"(en: <arg name="n" type="int"/> de: <arg name="n"/>)"},
+    {rule_id::punctuation, "punctuation", note, phrase::about_punctuation, "en: Saved. de: Gespeichert"},
+    {rule_id::unit_pair, "unit-pair", warning, phrase::about_unit_pair,
+     R"(<arg name="b" type="mem" precision="1"/> <arg name="b" type="mem_unit"/>)"},
+    {rule_id::unknown_type, "unknown-type", warning, phrase::about_unknown_type,
+     R"(<arg name="n" type="integer"/>)"},
+    {rule_id::unrendered_type, "unrendered-type", error, phrase::about_unrendered_type,
+     R"(<arg name="when" type="date"/>)"},
 };
+
+constexpr bool are_in_order() {
+    for (std::size_t i = 0; i != std::size(rules); ++i) {
+        if (static_cast<std::size_t>(rules[i].id) != i) return false;
+    }
+    return std::size(rules) == static_cast<std::size_t>(rule_id::count_of_rules) && std::size(rules) <= 32;
+}
+static_assert(are_in_order());
+
+constexpr std::size_t text_width = 76;
 
 } // namespace
 
-void rule_run::check(source_file const& file) {
-    for (rule const& rule : rules) {
-        m_rule = &rule;
-        if (rule.check_file) rule.check_file(*this, file);
-    }
+rule const& get_rule(rule_id id) { return rules[static_cast<std::size_t>(id)]; }
+
+rule_set find_rule(std::string_view name) {
+    auto const found = std::find_if(std::begin(rules), std::end(rules),
+                                    [name](rule const& candidate) { return candidate.name == name; });
+    return found == std::end(rules) ? 0 : in_set(found->id);
 }
 
-void rule_run::check_all() {
-    for (rule const& rule : rules) {
-        m_rule = &rule;
-        if (rule.check_all) rule.check_all(*this);
+void list_rules(session const& session) {
+    if (session.is_json()) {
+        json_writer json;
+        json.begin_object();
+        json.begin_array("rules");
+        for (rule const& each : rules) {
+            json.begin_object();
+            json.member("rule", each.name);
+            json.member("severity", severity_word(each.level));
+            json.member("text", session.texts.get(each.about));
+            json.member("example", each.example);
+            json.end_object();
+        }
+        json.end_array();
+        json.end_object();
+        return session.out.line(json.text());
     }
-}
-
-void rule_run::add(source_file const& file, unsigned line, ustring8 const& text) {
-    m_found.add({file.path, line, 1, m_rule->level, m_rule->name, text});
+    for (rule const& each : rules) {
+        ustring8 line = session.out.paint(colour::heading, each.name);
+        session.out.line(line.append(" (").append(severity_word(each.level)).append(")"));
+        std::string const text = wrap(session.texts.get(each.about), text_width);
+        for (std::size_t start = 0; start < text.size();) {
+            auto const end = std::min(text.find('\n', start), text.size());
+            session.out.line("    " + text.substr(start, end - start));
+            start = end + 1;
+        }
+        session.out.line("        " + std::string(each.example));
+    }
 }
 
 } // namespace tools

@@ -1,51 +1,62 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// The rules of `zolt catalog check`, one row each in a table. A new rule is a function, a row and the
-// texts of its findings.
+// The rules of `zolt catalog check`, one row each in a table. Those that look at one message, catalog or
+// include are in check_file_rules, those that compare in check_tree_rules.
 #pragma once
 
-#include "catalog_sources.hpp"
 #include "findings.hpp"
-#include "library.hpp"
 #include "program_messages.hpp"
 
-#include <cstddef>
+#include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace tools {
 
-class rule_run;
+/// In the order of their ids.
+enum class rule_id : unsigned {
+    arg_name_not_first,
+    bad_option,
+    byte_reference,
+    catalog_without_lang,
+    control_character,
+    duplicate_lang_spelling,
+    duplicate_message,
+    edge_space,
+    empty_translation,
+    include_absolute,
+    include_cycle,
+    include_missing,
+    invalid_utf8,
+    load,
+    missing_message,
+    nbsp_is_blank,
+    placeholder_set,
+    placeholder_type,
+    punctuation,
+    unit_pair,
+    unknown_type,
+    unrendered_type,
+    count_of_rules
+};
 
 struct rule {
+    rule_id id;
     std::string_view name;
     severity level;
-    /// Called for each file when it has been read; null when the rule needs all files.
-    void (*check_file)(rule_run&, source_file const&);
-    /// Called once at the end; null when the rule looks at single files.
-    void (*check_all)(rule_run&);
+    phrase about;             ///< a sentence
+    std::string_view example; ///< what the rule finds
 };
 
-/// What has been found so far, and what rules need to find it.
-class rule_run {
-public:
-    rule_run(catalog_sources const& all_sources, program_messages const& program_texts, finding_list& found)
-        : sources(all_sources), texts(program_texts), m_found(found) {}
+rule const& get_rule(rule_id id);
 
-    /// Runs every rule for single files, or every rule for all of them.
-    void check(source_file const& file);
-    void check_all();
+/// A set of rules.
+using rule_set = std::uint32_t;
+constexpr rule_set in_set(rule_id id) { return rule_set(1) << static_cast<unsigned>(id); }
+/// The rule of this name alone; empty when there is none.
+rule_set find_rule(std::string_view name);
 
-    /// Called by rules.
-    void add(source_file const& file, unsigned line, ustring8 const& text);
-
-    catalog_sources const& sources;
-    program_messages const& texts;
-
-private:
-    rule const* m_rule = nullptr; // the one that is running
-    finding_list& m_found;
-};
+/// `zolt catalog check --list-rules`.
+void list_rules(session const& session);
 
 } // namespace tools

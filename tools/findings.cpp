@@ -47,6 +47,7 @@ std::string_view severity_word(severity level) { return severity_words[static_ca
 
 void finding_list::add(finding found) {
     if (is_ignored(found)) return;
+    found.scope.clear();
     m_findings.push_back(std::move(found));
     m_is_sorted = false;
 }

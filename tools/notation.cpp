@@ -97,7 +97,10 @@ std::string_view type_keyword(message_item::type_t type) {
     return found == std::end(keywords) ? std::string_view("?") : found->word;
 }
 
-bool is_known_type(std::string_view word) { return find_type(word) != nullptr; }
+std::optional<message_item::type_t> type_of_keyword(std::string_view word) {
+    keyword const* const known = find_type(word);
+    return known ? std::optional(known->type) : std::nullopt;
+}
 
 ustring8 notation(zolt::i18n::message_t const& message) {
     ustring8 line;

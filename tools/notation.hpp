@@ -12,6 +12,7 @@
 
 #include <zolt/i18n/message.hpp>
 
+#include <optional>
 #include <string_view>
 
 namespace tools {
@@ -19,8 +20,8 @@ namespace tools {
 /// A type's word in catalogs: "int" for message_item::int_.
 std::string_view type_keyword(zolt::i18n::message_item::type_t type);
 
-/// True when a catalog's type word, in lower case, is one that the library knows.
-bool is_known_type(std::string_view word);
+/// The type of a catalog's type word in lower case; nothing for one that the library does not know.
+std::optional<zolt::i18n::message_item::type_t> type_of_keyword(std::string_view word);
 
 /// The message in the notation above.
 ustring8 notation(zolt::i18n::message_t const& message);

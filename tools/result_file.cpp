@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "result_file.hpp"
 
+#include "catalog_paths.hpp"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <memory>
 #include <utility>
 
 namespace tools {
@@ -20,11 +20,6 @@ mode_t mode_of_new_file() {
     mode_t const mask = ::umask(0);
     ::umask(mask);
     return 0666 & ~mask;
-}
-
-ustring8 real_path(ustring8 const& path) {
-    std::unique_ptr<char, decltype(&std::free)> const real(::realpath(path.c_str(), nullptr), &std::free);
-    return real ? ustring8(real.get()) : path;
 }
 
 } // namespace

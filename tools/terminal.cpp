@@ -78,8 +78,6 @@ constexpr std::string_view colour_codes[] = {"\033[1m", "\033[1m", "\033[1;31m",
 constexpr std::string_view colour_end = "\033[0m";
 constexpr std::string_view column_gap = "  ";
 
-constexpr std::size_t many_steps = 200;
-constexpr auto long_time = std::chrono::milliseconds(500);
 constexpr auto redraw_time = std::chrono::milliseconds(50);
 constexpr std::string_view erase_line = "\r\033[K";
 
@@ -221,7 +219,8 @@ ustring8 table::pad(std::string_view cell, std::size_t index, std::size_t width)
 
 //--------------------------------------------------------------------------------------------------
 
-progress_bar::progress_bar(output& stream) : m_stream(stream) {}
+progress_bar::progress_bar(output& stream, std::chrono::milliseconds patience)
+    : m_stream(stream), m_patience(patience) {}
 
 progress_bar::~progress_bar() {
     if (!m_is_visible) return;
@@ -232,7 +231,7 @@ progress_bar::~progress_bar() {
 void progress_bar::show(std::size_t done, std::size_t total) {
     if (!m_stream.is_terminal()) return;
     clock::time_point const now = clock::now();
-    if (total <= many_steps && now - m_start < long_time) return;
+    if (now - m_start < m_patience) return;
     if (m_is_visible && now - m_drawn < redraw_time) return;
 
     std::string const count = " " + std::to_string(done) + "/" + std::to_string(total);

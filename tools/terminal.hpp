@@ -80,10 +80,10 @@ private:
     std::vector<std::vector<ustring8>> m_rows;
 };
 
-/// A bar on a terminal for work that takes long: many steps or half a second. Elsewhere nothing.
+/// A bar on a terminal for work that takes longer than a second. Elsewhere nothing.
 class progress_bar {
 public:
-    explicit progress_bar(output& stream);
+    explicit progress_bar(output& stream, std::chrono::milliseconds patience = std::chrono::seconds(1));
     progress_bar(progress_bar const&) = delete;
     progress_bar& operator=(progress_bar const&) = delete;
     /// Removes the bar.
@@ -95,6 +95,7 @@ private:
     using clock = std::chrono::steady_clock;
 
     output& m_stream;
+    std::chrono::milliseconds m_patience;
     clock::time_point m_start = clock::now();
     clock::time_point m_drawn{};
     bool m_is_visible = false;

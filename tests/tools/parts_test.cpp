@@ -4,6 +4,7 @@
 #include "tools/languages.hpp"
 #include "tools/notation.hpp"
 #include "tools/program_messages.hpp"
+#include "tools/run_program.hpp"
 #include "tools/source_map.hpp"
 #include "tools/terminal.hpp"
 
@@ -88,6 +89,20 @@ TEST(Terminal, MeasuresAndWraps) {
     EXPECT_EQ("longer\nx", wrap("longer x", 3));
     EXPECT_EQ("a\\x1B\\x7F\\x9B\\x0A\\x00", printable(std::string_view("a\033\x7F\xC2\x9B\n\0", 7)));
     EXPECT_EQ("ä\nb\\x09", printable("ä\nb\t", line_feeds::keep));
+}
+
+TEST(Terminal, ShowsABarThatTakesItselfAway) {
+    int controller = -1;
+    int terminal = -1;
+    winsize const size = {25, 60, 0, 0};
+    ASSERT_EQ(0, ::openpty(&controller, &terminal, nullptr, nullptr, &size));
+    std::FILE* const file = ::fdopen(terminal, "w");
+    output stream(file);
+    progress_bar(stream).show(1, 2); // too early
+    progress_bar(stream, std::chrono::milliseconds(0)).show(1, 2);
+    std::fclose(file);
+    EXPECT_EQ("\r\033[K[####################....................] 1/2\r\033[K", read_all(controller));
+    ::close(controller);
 }
 
 TEST(Json, IsAlwaysValid) {
