@@ -21,8 +21,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <set>
-#include <string>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <vector>
 
 namespace tools {
 namespace {

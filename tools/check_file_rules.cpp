@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
+#include <optional>
 #include <set>
 #include <string>
 #include <tuple>

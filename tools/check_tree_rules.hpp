@@ -8,12 +8,14 @@
 #include "check_tree.hpp"
 #include "library.hpp"
 
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace tools {
 
-/// The languages that may be asked to hold only what others lack, and how one run looks at the tree.
+/// For a tree that is complete.
 class tree_rules {
 public:
     /// The reference is compared with; with a language to be looked at, only that one is reported.
@@ -26,8 +28,6 @@ public:
     std::vector<std::uint32_t> check_includes();
 
 private:
-    using message_ids = std::vector<std::uint32_t>;
-
     void build_groups();
     void rank_languages();
     void check_group(message_group const& group);
@@ -47,7 +47,7 @@ private:
     std::vector<std::uint32_t> m_rank;               // of a language: the reference, then by id
     std::vector<std::vector<std::uint32_t>> m_bases; // of a language: itself and those that serve it
     std::vector<std::uint32_t> m_first;              // of a language: its first message in the group
-    message_ids m_ids;                               // the first ones of the group
+    std::vector<std::uint32_t> m_ids;                // what one group has to be remembered by
 };
 
 } // namespace tools

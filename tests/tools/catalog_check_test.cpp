@@ -5,6 +5,7 @@
 
 #include <zolt/i18n/message_catalogs.hpp>
 
+#include <algorithm>
 #include <deque>
 #include <set>
 
@@ -265,6 +266,19 @@ TEST_F(CatalogRules, AreSilencedWhereTheyShouldBe) {
         store(file(catalog("en", comment + message + "\n" + std::string("<msg name='n'> a</msg>"))));
         EXPECT_EQ("f:4:15: " + found.substr(8), run("catalog check -q f").err); // the next message only
     }
+}
+
+// The reference is what --ref says; a language that lacks many messages is told only some of them.
+TEST_F(CatalogRules, CompareWithTheReference) {
+    store(en_de("Save?", "Sichern"));
+    EXPECT_EQ("f:3:1: note: message \"m\" ends in \"?\", in language \"de\" in \"\" [punctuation]\n",
+              run("catalog check -q f --ref=de").err);
+    std::string messages;
+    for (int i = 0; i != 25; ++i) messages += "<msg name='" + std::to_string(i) + "'>a</msg>";
+    store(file(catalog("en", messages) + catalog("de", "")));
+    std::string const found = run("catalog check -q f").err;
+    EXPECT_EQ(21, std::count(found.begin(), found.end(), '\n'));
+    EXPECT_NE(std::string::npos, found.find("catalog \"a\" lacks 5 more messages in language \"de\""));
 }
 
 // Whatever one changes in a file: if it still counts as plain, the library loads it in every language.
