@@ -91,7 +91,8 @@ TEST(CatalogCheck, WritesJson) {
         R"({"file": "faults/placeholder_names.xmc","line": 4,"column": 5,"severity": "error",)"
         R"("rule": "placeholder-set","text": "message \"m\": placeholder \"n\" of language \"en\" is missing"},)"
         R"({"file": "faults/placeholder_names.xmc","line": 4,"column": 19,"severity": "error",)"
-        R"("rule": "placeholder-set","text": "message \"m\": placeholder \"zahl\" does not occur in language \"en\""}]})",
+        R"("rule": "placeholder-set",)"
+        R"("text": "message \"m\": placeholder \"zahl\" does not occur in language \"en\""}]})",
         compact(run.out));
 }
 
