@@ -6,6 +6,7 @@
 #include "catalog_commands.hpp"
 #include "check_rules.hpp"
 #include "command_line.hpp"
+#include "po_commands.hpp"
 
 #include <optional>
 #include <string>
@@ -76,6 +77,40 @@ void add_check(command const& catalog) {
     });
 }
 
+void add_export_po(command const& catalog) {
+    struct values {
+        std::vector<std::string> paths;
+        std::optional<std::string> directory;
+    };
+    command const export_command = catalog.add("export-po", phrase::export_po_about, phrase::export_po_notes);
+    values& given = export_command.keep<values>();
+    export_command.argument("PATH", given.paths, phrase::paths_argument)->required();
+    export_command.option("--dir", given.directory, phrase::po_directory_option, "DIRECTORY");
+    export_command.runs([&given](session const& session) {
+        po_export_options options{to_texts(given.paths), {}};
+        if (given.directory) options.directory = *given.directory;
+        return export_po(session, options);
+    });
+}
+
+void add_import_po(command const& catalog) {
+    struct values {
+        std::vector<std::string> files;
+        std::optional<std::string> catalog;
+        bool use_fuzzy = false;
+    };
+    command const import_command = catalog.add("import-po", phrase::import_po_about, phrase::import_po_notes);
+    values& given = import_command.keep<values>();
+    import_command.argument("FILE", given.files, phrase::po_files_argument)->required();
+    import_command.option("--catalog", given.catalog, phrase::po_catalog_option, "NAME");
+    import_command.flag("--use-fuzzy", given.use_fuzzy, phrase::use_fuzzy_option);
+    import_command.runs([&given](session const& session) {
+        po_import_options options{to_texts(given.files), {}, given.use_fuzzy};
+        if (given.catalog) options.catalog = *given.catalog;
+        return import_po(session, options);
+    });
+}
+
 } // namespace
 
 void add_catalog_commands(command const& root) {
@@ -84,6 +119,8 @@ void add_catalog_commands(command const& root) {
     add_show(catalog);
     add_render(catalog);
     add_check(catalog);
+    add_export_po(catalog);
+    add_import_po(catalog);
 }
 
 } // namespace tools

@@ -314,6 +314,56 @@ constexpr program_messages::built_in texts[] = {
     {phrase::fail_on_option, "option.fail_on", "Least finding that makes the exit status 1, by default error"},
     {phrase::ignore_option, "option.ignore", "Silence a rule, everywhere or for one message; may be repeated"},
     {phrase::no_json, "error.no_json", "this command has no JSON form"},
+
+    // Export and import of PO files.
+    {phrase::export_po_about, "catalog.export_po.about", "Writes PO files for translators"},
+    {phrase::export_po_notes, "catalog.export_po.notes",
+     "Every message is an entry with msgctxt \"catalog/message\" and the reference text as msgid. Placeholders "
+     "are {{name}}, and \"#.\" tells their types and options. With --lang one language goes to the output, also "
+     "one that has no catalog yet.\nA translation that gettext would refuse is marked as fuzzy, but import-po "
+     "keeps it. A text that a PO file cannot hold is an error, and nothing is written; with --ignore=po-text it "
+     "is left out.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written."},
+    {phrase::import_po_about, "catalog.import_po.about", "Makes a catalog file of PO files"},
+    {phrase::import_po_notes, "catalog.import_po.notes",
+     "Entries need msgctxt \"catalog/message\"; for files of other programs give --catalog. The language is that "
+     "of --lang, else that of the file. Untranslated, fuzzy and obsolete entries are left out. Each plural form "
+     "becomes a message of its own: name[0], name[1] and so on, with the file's rule for plurals as meta "
+     "text.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written."},
+    {phrase::po_files_argument, "argument.po_files", "PO files"},
+    {phrase::po_directory_option, "option.po_directory", "Write LANGUAGE.po of every language into this directory"},
+    {phrase::po_catalog_option, "option.po_catalog", "Catalog for all entries, which are named after their msgid"},
+    {phrase::use_fuzzy_option, "option.use_fuzzy", "Take entries that are marked as fuzzy, too"},
+    {phrase::po_one_language, "error.po_one_language",
+     "name a language with --lang, or with --dir a directory for all of them"},
+    {phrase::po_no_messages, "error.po_no_messages", "there are no messages to write"},
+    {phrase::po_faulty_catalog, "finding.po_faulty_catalog",
+     "this is no valid catalog file; \"zolt catalog check\" tells more"},
+    {phrase::po_bad_language, "finding.po_bad_language",
+     "message \"{message:string}\": a PO file cannot name the language \"{lang:string}\""},
+    {phrase::po_bad_text, "finding.po_bad_text",
+     "message \"{message:string}\": a PO file holds UTF-8 without NUL and U+0004 only"},
+    {phrase::po_second_message, "finding.po_second_message",
+     "message \"{message:string}\" is there already in language \"{lang:string}\"; this one is left out"},
+    {phrase::po_refused_text, "finding.po_refused_text",
+     "message \"{message:string}\" is marked as fuzzy: its placeholders or the line ends at its edges are not "
+     "those of the reference"},
+    {phrase::po_no_reference, "finding.po_no_reference",
+     "message \"{message:string}\" of language \"{lang:string}\" has no reference text"},
+    {phrase::po_open_string, "finding.po_open_string", "the string is not closed in its line"},
+    {phrase::po_bad_escape, "finding.po_bad_escape", "this is no escape for a byte other than NUL"},
+    {phrase::po_control_character, "finding.po_control_character", "the string holds NUL or U+0004"},
+    {phrase::po_not_utf8, "finding.po_not_utf8", "the entry is not UTF-8"},
+    {phrase::po_no_keyword, "finding.po_no_keyword", "neither a keyword nor a string stands here"},
+    {phrase::po_misplaced, "finding.po_misplaced", "this cannot stand here"},
+    {phrase::po_no_text, "finding.po_no_text", "the entry has no msgid or no msgstr"},
+    {phrase::po_charset, "finding.po_charset", "the charset of the file is not known; msgconv makes UTF-8 of it"},
+    {phrase::po_not_charset, "finding.po_not_charset", "the file holds bytes that its charset does not have"},
+    {phrase::po_no_language, "finding.po_no_language", "the header names no language; give one with --lang"},
+    {phrase::po_no_name, "finding.po_no_name", "msgctxt is not \"catalog/message\"; --catalog takes such entries"},
+    {phrase::po_duplicate, "finding.po_duplicate", "there is such an entry already"},
+    {phrase::po_placeholders, "finding.po_placeholders", "msgstr has a placeholder that msgid does not have"},
+    {phrase::po_imported, "po.imported",
+     "{path:string}: {n:int} messages, {untranslated:int} untranslated, {fuzzy:int} fuzzy"},
 };
 
 constexpr bool are_in_order() {

@@ -216,6 +216,38 @@ enum class phrase : unsigned {
     ignore_option,
     no_json,
 
+    // Export and import of PO files.
+    export_po_about,
+    export_po_notes,
+    import_po_about,
+    import_po_notes,
+    po_files_argument,
+    po_directory_option,
+    po_catalog_option,
+    use_fuzzy_option,
+    po_one_language,
+    po_no_messages,
+    po_faulty_catalog,
+    po_bad_language,
+    po_bad_text,
+    po_second_message,
+    po_refused_text,
+    po_no_reference,
+    po_open_string,
+    po_bad_escape,
+    po_control_character,
+    po_not_utf8,
+    po_no_keyword,
+    po_misplaced,
+    po_no_text,
+    po_charset,
+    po_not_charset,
+    po_no_language,
+    po_no_name,
+    po_duplicate,
+    po_placeholders,
+    po_imported,
+
     count_of_texts
 };
 
