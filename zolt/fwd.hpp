@@ -97,6 +97,7 @@ class config_dispatch;
 class std_config_dispatch;
 class module_config_dispatch;
 class config_manager;
+struct config_origin;
 } // namespace config
 
 namespace serialization {

@@ -68,6 +68,29 @@ TEST_F(ConfigManager, FirstSourceWithAnEntryAnswers) {
     EXPECT_FALSE(manager.value_exist("a") || manager.value_exist("nil") || manager.value_exist(""));
 }
 
+TEST_F(ConfigManager, OriginIsTheSourceThatAnswers) {
+    for (char const* text : {"both=1", "step.x=1", "one=1"}) first->set(text, 0);
+    for (char const* text : {"BOTH=2", "step=2", "two=2"}) second->set(text, 0);
+    first->set("to", "two", 4);
+    second->set("list", types::nil, 2);
+    struct {
+        char const* key;
+        base_config_item const* source;
+        bool has_overridden;
+    } const rows[] = {
+        {"Both", first, true},   {"one", first, false}, {"two/", second, false},  {"step", second, false},
+        {"list", second, false}, {"to", first, false},  {"none", nullptr, false}, {"", nullptr, false},
+    };
+    for (auto const& [key, source, has_overridden] : rows) {
+        SCOPED_TRACE(key);
+        config_origin const origin = manager.origin(key);
+        EXPECT_EQ(origin.source, source);
+        EXPECT_EQ(origin.id, source ? "user item" : "");
+        EXPECT_EQ(origin.has_overridden, has_overridden);
+    }
+    EXPECT_FALSE(config_manager().origin("both").source);
+}
+
 TEST_F(ConfigManager, ReferencesAndFirstElements) {
     // clang-format off
     struct {

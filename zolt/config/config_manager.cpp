@@ -104,6 +104,21 @@ types::variant config_manager::get_value(ustring8 const& key, types::variant def
 
 bool config_manager::value_exist(ustring8 const& key) const { return get_value(key, types::nil) != types::nil; }
 
+config_origin config_manager::origin(ustring8 const& key) const {
+    key_path const path(key);
+    config_origin found;
+    for (auto const& item : m_items) {
+        if (!item || !find_entry(*item, path)) continue;
+        if (found.source) {
+            found.has_overridden = true;
+            break;
+        }
+        found.source = item;
+        found.id = item->get_id();
+    }
+    return found;
+}
+
 base_config_item const* config_manager::find_source(ustring8 const& key) const {
     key_path const path(key);
     auto const has_node = [&path](auto const& item) { return item && find_child(item->tree(), path); };

@@ -38,6 +38,13 @@
 
 namespace ZOLT_2_18::config {
 
+/// Which source answers for a key; see config_manager::origin.
+struct config_origin {
+    memory::pointers::rc_pointer<base_config_item> source; ///< null when no source holds the key
+    strings::ustring8 id;                                  ///< source->get_id(); empty without a source
+    bool has_overridden = false;                           ///< true when a later source holds the key, too
+};
+
 /// Cannot be copied: it owns its dispatcher, and its sources may be shared with others.
 class ZOLT_API config_manager {
 public:
@@ -64,6 +71,12 @@ public:
     types::variant get_value(strings::ustring8 const& key, types::variant default_value) const;
     /// True when get_value(key, nil) is not nil.
     bool value_exist(strings::ustring8 const& key) const;
+    /// The source that get_value asks first, and whether it hides a later one. Several sources may have one
+    /// id, as the files of module_config_dispatch do; the pointer tells which of them it is.
+    ///
+    /// An array's head is an entry like any other. References are not followed: the origin is that of the
+    /// entry at the key itself. Where no source holds the key all members are those of a new config_origin.
+    config_origin origin(strings::ustring8 const& key) const;
 
     // For the next three the first source that has a node at the key answers, be it a mere step of a path.
     // References are not followed.
