@@ -46,6 +46,27 @@ void add_show(command const& config) {
     });
 }
 
+void add_list(command const& config) {
+    struct values {
+        source_values sources;
+        bool has_origin = false;
+        bool has_overridden = false;
+        bool has_records = false;
+        std::vector<std::string> masks;
+    };
+    command const list = config.add("list", phrase::config_list_about, phrase::config_list_notes).with_json();
+    values& given = list.keep<values>();
+    add_sources(list, given.sources);
+    list.flag("--show-origin", given.has_origin, phrase::origin_option);
+    list.flag("--all", given.has_overridden, phrase::all_option);
+    list.flag("-z,--null", given.has_records, phrase::nul_option);
+    list.option("--mask", given.masks, phrase::mask_option, "PATTERN")->allow_extra_args(false);
+    list.runs([&given](session const& session) {
+        return list_config(session, {given.sources.get(), given.has_origin, given.has_overridden, given.has_records,
+                                     to_texts(given.masks)});
+    });
+}
+
 void add_get(command const& config) {
     struct values {
         std::string key;
@@ -68,7 +89,6 @@ struct edit_values {
     std::string file;
     std::string key;
     std::vector<std::string> values;
-    bool is_forced = false;
 };
 
 void add_set(command const& config) {
@@ -77,9 +97,8 @@ void add_set(command const& config) {
     set.argument("FILE", given.file, phrase::config_file_argument)->required();
     set.argument("KEY", given.key, phrase::key_argument)->required();
     set.argument("VALUE", given.values, phrase::setting_values_argument)->required();
-    set.flag("--force", given.is_forced, phrase::force_option);
     set.runs([&given](session const& session) {
-        return set_config(session, {given.file, given.key, to_texts(given.values), given.is_forced});
+        return set_config(session, {given.file, given.key, to_texts(given.values)});
     });
 }
 
@@ -88,10 +107,7 @@ void add_unset(command const& config) {
     edit_values& given = unset.keep<edit_values>();
     unset.argument("FILE", given.file, phrase::config_file_argument)->required();
     unset.argument("KEY", given.key, phrase::key_argument)->required();
-    unset.flag("--force", given.is_forced, phrase::force_option);
-    unset.runs([&given](session const& session) {
-        return unset_config(session, {given.file, given.key, given.is_forced});
-    });
+    unset.runs([&given](session const& session) { return unset_config(session, {given.file, given.key}); });
 }
 
 void add_check(command const& config) {
@@ -110,6 +126,7 @@ void add_check(command const& config) {
 void add_config_commands(command const& root) {
     command const config = root.add_group("config", phrase::config_about);
     add_show(config);
+    add_list(config);
     add_get(config);
     add_set(config);
     add_unset(config);

@@ -3,6 +3,7 @@
 #include "config_commands.hpp"
 
 #include "config_statements.hpp"
+#include "config_text_edit.hpp"
 #include "findings.hpp"
 #include "json.hpp"
 
@@ -23,6 +24,8 @@ using zolt::config::config_tree;
 // Words for other programs, the same in every language.
 constexpr std::string_view source_words[] = {"command line", "file", "environment"};
 
+char to_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
 bool is_loaded(session const& session, config_settings const& settings) {
     if (!settings.warnings().empty()) {
         ustring8 const& text = settings.warnings();
@@ -34,7 +37,7 @@ bool is_loaded(session const& session, config_settings const& settings) {
 }
 
 //--------------------------------------------------------------------------------------------------
-// show
+// show and list
 
 /// Where settings come from.
 class origins {
@@ -58,21 +61,69 @@ public:
     ustring8 describe(setting const& which) const {
         if (which.source == command_line_source) return m_session.texts.get(phrase::source_command_line);
         if (which.source == environment_source) return m_session.texts.get(phrase::source_environment);
+        return place(which);
+    }
+    /// For other programs.
+    ustring8 name(setting const& which) const {
+        ustring8 const word{std::string(source_words[which.source])};
+        return which.source == file_source ? ustring8(word + ":" + place(which)) : word;
+    }
+
+private:
+    ustring8 place(setting const& which) const {
         std::size_t const at = line(which);
         return at == 0 ? m_file : ustring8(m_file + ":" + std::to_string(at));
     }
 
-private:
     session const& m_session;
     ustring8 m_file;
     config_tree m_lines;
 };
 
+/// Whether the pattern occurs in the text; "*" is any text, "?" any byte, letters count as small ones.
+bool occurs(std::string_view pattern, std::string_view text) {
+    auto const fits = [](char wanted, char met) { return wanted == '?' || to_lower(wanted) == to_lower(met); };
+    // What follows a "*" is found as early as possible; only the last one is ever taken back.
+    std::size_t next = 0;       // in the pattern
+    std::size_t after_star = 0; // the pattern begins with one, as it were
+    std::size_t restart = 0;    // in the text, for what follows the star
+    for (std::size_t at = 0; next != pattern.size();) {
+        if (pattern[next] == '*') {
+            after_star = ++next;
+            restart = at;
+        } else if (at == text.size()) {
+            return false;
+        } else if (fits(pattern[next], text[at])) {
+            ++next;
+            ++at;
+        } else {
+            next = after_star;
+            at = ++restart;
+        }
+    }
+    return true;
+}
+
+/// What is to be shown of settings.
+struct shown_parts {
+    origins const* from = nullptr;
+    bool has_state = false; ///< in records
+    std::vector<ustring8> const* masks = nullptr;
+};
+
+/// A setting in the place of which stars are shown if a mask hides it.
+setting masked(setting which, shown_parts const& parts) {
+    constexpr char mask[] = "***";
+    bool const is_hidden =
+        parts.masks && std::any_of(parts.masks->begin(), parts.masks->end(),
+                                   [&](ustring8 const& each) { return occurs(each, which.key); });
+    if (is_hidden) std::fill(which.values.begin(), which.values.end(), mask);
+    return which;
+}
+
 /// As it would be written in a file, in quotes where these matter.
 ustring8 written(ustring8 const& text, bool is_element) {
-    bool const is_plain = !text.empty() && text.find_first_of(is_element ? " \t\r\n#," : " \t\r\n#") == text.npos &&
-                          text.find("//") == text.npos;
-    return printable(is_plain ? text : ustring8('"' + text + '"'));
+    return printable(text.empty() ? ustring8("\"\"") : written_value(text, is_element));
 }
 
 void print_line(session const& session, setting const& which, origins const* from) {
@@ -81,8 +132,30 @@ void print_line(session const& session, setting const& which, origins const* fro
     for (ustring8 const& value : which.values) {
         line.append(&value == &which.values.front() ? " " : ", ").append(written(value, which.is_array));
     }
-    if (from) line.append("  ").append(session.out.paint(colour::place, "# " + printable(from->describe(which))));
+    ustring8 note = from ? from->describe(which) : ustring8();
+    if (which.is_overridden) {
+        note = from ? session.texts.get(phrase::origin_overridden, {{"origin", note}})
+                    : session.texts.get(phrase::setting_overridden);
+    }
+    if (!note.empty()) line.append("  ").append(session.out.paint(colour::place, "# " + printable(note)));
     session.out.line(line);
+}
+
+/// For other programs: every value is a record of its own.
+void print_record(session const& session, setting const& which, shown_parts const& parts) {
+    std::string head;
+    if (parts.from) head.append(parts.from->name(which)).append(1, '\0');
+    if (parts.has_state) head.append(which.is_overridden ? "overridden" : "effective").append(1, '\0');
+    std::size_t index = 0;
+    for (ustring8 const& value : which.values) {
+        session.out.write(head);
+        session.out.write(which.key);
+        if (which.is_array && !which.key.ends_with('.')) session.out.write(".");
+        if (which.is_array) session.out.write(std::to_string(index++));
+        session.out.write("\n");
+        session.out.write(value);
+        session.out.write(std::string_view("\0", 1));
+    }
 }
 
 void append_json(json_writer& json, setting const& which, origins const* from) {
@@ -95,6 +168,7 @@ void append_json(json_writer& json, setting const& which, origins const* from) {
     } else {
         json.member("value", which.values.front());
     }
+    if (which.is_overridden) json.member("state", "overridden");
     if (from) {
         json.member("source", source_words[which.source]);
         if (which.source == file_source) {
@@ -105,12 +179,13 @@ void append_json(json_writer& json, setting const& which, origins const* from) {
     json.end_object();
 }
 
-void print_json(session const& session, config_settings const& settings, origins const* from) {
+void print_json(session const& session, config_settings const& settings, shown_settings shown,
+                shown_parts const& parts) {
     json_writer json;
     json.begin_object();
     json.begin_array("settings");
-    settings.for_each([&](setting const& which) {
-        append_json(json, which, from);
+    settings.for_each(shown, [&](setting const& which) {
+        append_json(json, masked(which, parts), parts.from);
         session.out.write(json.take());
     });
     json.end_array();
@@ -129,48 +204,63 @@ void print_value(session const& session, ustring8 const& value) {
 //--------------------------------------------------------------------------------------------------
 // check
 
-struct fault_rule {
+struct check_rule {
     phrase text;
-    std::string_view rule;
+    severity level; ///< an error where what is written is not there, or is something else
+    std::string_view id;
 };
 
-constexpr fault_rule fault_rules[] = {
-    {phrase::config_bom, "byte-order-mark"},          {phrase::config_no_equals, "key-without-value"},
-    {phrase::config_no_value, "empty-value"},         {phrase::config_open_array, "array-lost"},
-    {phrase::config_open_string, "unclosed-quote"},   {phrase::config_open_section, "unclosed-section"},
-    {phrase::config_joined_key, "key-without-value"}, {phrase::config_joined_array, "array-runs-on"},
+constexpr check_rule check_rules[] = {
+    {phrase::config_bom, severity::error, "byte-order-mark"},
+    {phrase::config_no_equals, severity::error, "key-without-value"},
+    {phrase::config_joined_key, severity::error, "key-without-value"},
+    {phrase::config_open_array, severity::error, "array-lost"},
+    {phrase::config_joined_array, severity::error, "array-runs-on"},
+    {phrase::config_open_string, severity::error, "unclosed-quote"},
+    {phrase::config_escaped_quote, severity::error, "unclosed-quote"},
+    {phrase::config_open_section, severity::error, "unclosed-section"},
+    {phrase::config_no_value, severity::warning, "empty-value"},
+    {phrase::config_blank, severity::warning, "blank-dropped"},
+    {phrase::config_cut, severity::warning, "comment-cut"},
+    {phrase::config_duplicate_key, severity::warning, "duplicate-key"},
+    {phrase::config_case_difference, severity::warning, "case-only-difference"},
 };
 
-std::string_view rule_of(phrase text) {
-    return std::find_if(std::begin(fault_rules), std::end(fault_rules),
-                        [text](fault_rule const& entry) { return entry.text == text; })
-        ->rule;
+check_rule const& rule_of(phrase text) {
+    return *std::find_if(std::begin(check_rules), std::end(check_rules),
+                         [text](check_rule const& rule) { return rule.text == text; });
 }
 
 void check_text(session const& session, finding_list& found, ustring8 const& path, ustring8 const& text) {
-    config_statements statements(text);
-    while (statements.next()) {
-        config_statement const& statement = statements.current();
-        for (config_fault const& fault : statement.faults) {
-            ustring8 const what = session.texts.get(fault.text, {{"key", statement.name}, {"part", fault.part}});
-            found.add({path, fault.line, 1, severity::warning, rule_of(fault.text), what});
-        }
+    for (auto const& [key, fault] : find_config_faults(text)) {
+        check_rule const& rule = rule_of(fault.text);
+        auto const line = static_cast<unsigned long long>(fault.line);
+        ustring8 const what = session.texts.get(fault.text, {{"key", key}, {"part", fault.part}, {"line", line}});
+        found.add({path, fault.place.line, fault.place.column, rule.level, rule.id, what});
     }
 }
 
 } // namespace
 
 exit_status show_config(session const& session, config_show_options const& options) {
+    return list_config(session, {options.sources, options.has_origin, false, false, {}});
+}
+
+exit_status list_config(session const& session, config_list_options const& options) {
     config_settings const settings(options.sources);
     if (!is_loaded(session, settings)) return exit_failed;
     std::optional<origins> from;
     if (options.has_origin) from.emplace(session, settings);
-    origins const* const shown = from ? &*from : nullptr;
+    shown_settings const shown = options.has_overridden ? shown_settings::all : shown_settings::effective;
+    shown_parts const parts{from ? &*from : nullptr, options.has_overridden, &options.masks};
     if (session.is_json()) {
-        print_json(session, settings, shown);
-    } else {
-        settings.for_each([&](setting const& which) { print_line(session, which, shown); });
+        print_json(session, settings, shown, parts);
+        return exit_good;
     }
+    settings.for_each(shown, [&](setting const& which) {
+        setting const visible = masked(which, parts);
+        options.has_records ? print_record(session, visible, parts) : print_line(session, visible, parts.from);
+    });
     return exit_good;
 }
 
@@ -215,11 +305,12 @@ exit_status check_config(session const& session, std::vector<ustring8> const& fi
     } else {
         found.print();
         if (!session.options.is_quiet) {
-            std::size_t const warnings = found.count(severity::warning);
+            auto const counted = [&](phrase one, std::size_t number) { return session.texts.counted(one, number); };
             session.out.line(
                 session.texts.get(phrase::config_check_summary,
-                                  {{"files", session.texts.counted(phrase::files_one, read)},
-                                   {"warnings", session.texts.counted(phrase::warnings_one, warnings)}}));
+                                  {{"files", counted(phrase::files_one, read)},
+                                   {"errors", counted(phrase::errors_one, found.count(severity::error))},
+                                   {"warnings", counted(phrase::warnings_one, found.count(severity::warning))}}));
         }
     }
     return read == files.size() ? found.status() : exit_failed;

@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// `zolt config set` and `unset`: change one key of a configuration file. The file is written anew from its
-// entries, so comments and section headers do not stay. Whoever is at a terminal is asked before, elsewhere
-// such files are written with `force` only.
+// `zolt config set` and `unset`: change one key of a configuration file and leave every other byte as it is.
 #pragma once
 
 #include "library.hpp"
@@ -17,17 +15,16 @@ struct config_set_options {
     ustring8 file; ///< made when it is not there
     ustring8 key;  ///< ends in "[]" for an array
     std::vector<ustring8> values;
-    bool force = false;
 };
 
 struct config_unset_options {
     ustring8 file;
     ustring8 key;
-    bool force = false;
 };
 
-/// Both end with exit_findings when something but the key would be lost, and with exit_failed when the file
-/// cannot be read or written, or the new value has no written form. The file is as it was then.
+/// Both end with exit_findings when the file's other statements do not let the key alone be changed, and with
+/// exit_failed when the file cannot be read or written, or the new value has no written form. The file is as
+/// it was then.
 exit_status set_config(session const& session, config_set_options const& options);
 /// exit_findings also when there is no such key.
 exit_status unset_config(session const& session, config_unset_options const& options);

@@ -132,21 +132,22 @@ place take(walk_level& level, ustring8 const& name) {
     return taken;
 }
 
-/// The setting at a place, unless there is none or it is an element of an array. Its name is the last one of
-/// the path.
-std::optional<setting> setting_at(place const& here, walk_level const& level, ustring8 const& name,
-                                  ustring8 const& path) {
-    std::size_t const owner = here.owner;
-    if (owner == source_count) return std::nullopt;
-    config_tree const& node = *here.found[owner];
-    bool const is_shown = is_array(node) ? here.is_reachable() : !level.has_elements[owner] || !is_index(name);
+/// The setting that a source has at a place, unless there is none or it is an element of an array. Its name is
+/// the last one of the path.
+std::optional<setting> setting_at(place const& here, std::size_t source, walk_level const& level,
+                                  ustring8 const& name, ustring8 const& path) {
+    config_tree const* const node = here.found[source];
+    if (!node || !node->has_entry()) return std::nullopt;
+    bool const is_owner = source == here.owner;
+    bool const is_shown =
+        is_array(*node) ? !is_owner || here.is_reachable() : !level.has_elements[source] || !is_index(name);
     if (!is_shown) return std::nullopt;
-    setting found{path, owner, is_array(node), {}};
+    setting found{path, source, is_array(*node), {}, !is_owner};
     if (name.empty() && level.path_size != 0) found.key += '.'; // keeps the last name empty
     if (found.is_array) {
-        found.values = elements(*level.parents[owner], name);
+        found.values = elements(*level.parents[source], name);
     } else {
-        found.values.push_back(node.value().as_utf8());
+        found.values.push_back(node->value().as_utf8());
     }
     return found;
 }
@@ -173,7 +174,7 @@ ustring8 config_settings::file_name() const {
     return {};
 }
 
-void config_settings::for_each(std::function<void(setting const&)> const& visit) const {
+void config_settings::for_each(shown_settings shown, std::function<void(setting const&)> const& visit) const {
     nodes roots{};
     std::size_t count = 0;
     for (auto const& item : m_items) roots[count++] = &item->tree();
@@ -191,7 +192,11 @@ void config_settings::for_each(std::function<void(setting const&)> const& visit)
         place const here = take(level, name);
         path.resize(level.path_size);
         path += name;
-        if (auto const found = setting_at(here, level, name, path)) visit(*found);
+        std::size_t const last =
+            shown == shown_settings::all ? source_count : std::min<std::size_t>(here.owner + 1, source_count);
+        for (std::size_t source = here.owner; source < last; ++source) {
+            if (auto const found = setting_at(here, source, level, name, path)) visit(*found);
+        }
         path += '.';
         levels.push_back(enter(here.found, here.shown_or_hidden_arrays(), path.size()));
     }

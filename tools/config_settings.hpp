@@ -32,7 +32,10 @@ struct setting {
     std::size_t source;
     bool is_array;
     std::vector<ustring8> values; ///< one unless it is an array
+    bool is_overridden;           ///< hidden by a source before
 };
+
+enum class shown_settings { effective, all };
 
 class config_settings {
 public:
@@ -47,9 +50,9 @@ public:
     /// What the library has to say about arguments that it does not take; else empty.
     ustring8 const& warnings() const { return m_warnings; }
 
-    /// Calls `visit` for every setting, sorted by its key's components. An array hides arrays of the same
-    /// key in later sources, and so does a value.
-    void for_each(std::function<void(setting const&)> const& visit) const;
+    /// Calls `visit` for every setting, sorted by its key's components; of one key the one that counts comes
+    /// first. An array hides arrays of the same key in later sources, and so does a value.
+    void for_each(shown_settings shown, std::function<void(setting const&)> const& visit) const;
 
 private:
     std::vector<char const*> m_arguments;

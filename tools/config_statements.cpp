@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <string>
+#include <unordered_map>
+#include <utility>
 
 namespace tools {
 namespace {
@@ -20,6 +22,11 @@ bool is_blank(unsigned kind) { return kind == config_token::T_SPACE || kind == c
 bool is_layout(unsigned kind) { return is_blank(kind) || kind == config_token::T_NEWLINE; }
 bool is_comment(unsigned kind) { return kind == config_token::T_POUND || kind == config_token::T_FSFS; }
 
+/// Whether a line of the string ends in \", which looks like its end and is not.
+bool has_escaped_end(std::string_view string) {
+    return string.find("\\\"\n") != string.npos || string.find("\\\"\r\n") != string.npos;
+}
+
 } // namespace
 
 config_statements::config_statements(ustring8 const& text) : m_text(text) {}
@@ -28,32 +35,39 @@ bool config_statements::next() {
     m_statement = config_statement();
     bool const is_first = m_position == 0;
     if (!find_statement()) return false;
-    m_statement.line = token_line();
-    if (is_first && m_text.starts_with(byte_order_mark)) add_fault(phrase::config_bom, 1);
+    m_statement.place = token_place();
+    m_statement.bytes.begin = m_token.start;
+    if (is_first && m_text.starts_with(byte_order_mark)) add_fault(phrase::config_bom, {});
     m_token.kind == config_token::T_SBRACKET ? read_section() : read_assignment();
+    m_statement.bytes.end = std::min<std::size_t>(m_position, m_text.size());
     return true;
 }
 
 config_statements::kind_t config_statements::next_token() {
     zolt::config::base_config_item::get_token(m_text, m_position, m_token);
-    // An open string ends one past the text.
-    if (m_token.kind == config_token::T_STRING && m_token.end > m_text.size()) {
-        add_fault(phrase::config_open_string, token_line());
+    if (m_token.kind == config_token::T_STRING) {
+        // An open string ends one past the text.
+        if (m_token.end > m_text.size()) {
+            add_fault(phrase::config_open_string, token_place());
+        } else if (has_escaped_end(m_token.text)) {
+            add_fault(phrase::config_escaped_quote, token_place());
+        }
     }
     return m_token.kind;
 }
 
 // Tokens are asked for in their order, so every line is counted once.
-std::size_t config_statements::token_line() {
-    auto const at = [this](std::size_t position) { return m_text.begin() + static_cast<std::ptrdiff_t>(position); };
-    m_line += static_cast<std::size_t>(std::count(at(m_counted), at(m_token.start), '\n'));
+text_place config_statements::token_place() {
+    std::string_view const passed = text_range{m_counted, m_token.start}.in(m_text);
+    std::size_t const last = passed.rfind('\n');
+    m_place.line += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
+    m_place.column = last == passed.npos ? m_place.column + passed.size() : passed.size() - last;
     m_counted = m_token.start;
-    return m_line;
+    return m_place;
 }
 
 void config_statements::skip_comment() {
     m_position = static_cast<unsigned>(std::min(m_text.find('\n', m_position), m_text.size()));
-    ++m_comments;
 }
 
 bool config_statements::find_statement() {
@@ -67,15 +81,43 @@ bool config_statements::find_statement() {
     return false;
 }
 
+//--------------------------------------------------------------------------------------------------
+// Parts of statements: texts that are strung together
+
+// A part that begins behind the current token.
+void config_statements::start(part& what) const { what = {{m_token.end, m_token.end}, false, false, false}; }
+
+// The current token is text.
+void config_statements::take(part& what) {
+    if (what.has_text && what.has_blank && !what.has_line_end) {
+        add_fault(phrase::config_blank, token_place(), m_token.text);
+    }
+    if (!what.has_text) what.bytes.begin = m_token.start;
+    what.bytes.end = std::min<std::size_t>(m_token.end, m_text.size());
+    what.has_text = true;
+    what.has_blank = what.has_line_end = false;
+}
+
+void config_statements::pass_layout(part& what) const {
+    (is_blank(m_token.kind) ? what.has_blank : what.has_line_end) = true;
+}
+
 // The name up to a token of the kind, from the current token on; false when there is no such token. What
 // the first of several lines gives goes to `first_line`.
 bool config_statements::read_name(kind_t last, ustring8& first_line) {
     ustring8& name = m_statement.name;
+    part written;
     for (kind_t kind = m_token.kind; kind != last; kind = next_token()) {
         if (kind == config_token::T_END) return false;
         if (kind == config_token::T_NEWLINE && first_line.empty()) first_line = name;
-        if (!is_layout(kind)) name += m_token.text;
+        if (is_layout(kind)) {
+            pass_layout(written);
+        } else {
+            take(written);
+            name += m_token.text;
+        }
     }
+    m_statement.key = written.has_text ? written.bytes : text_range{m_token.start, m_token.start};
     return true;
 }
 
@@ -85,7 +127,7 @@ void config_statements::read_section() {
     ustring8 first_line;
     bool const is_closed = read_name(config_token::T_EBRACKET, first_line);
     if (!is_closed && first_line.empty()) first_line = m_statement.name;
-    if (!is_closed || !first_line.empty()) add_fault(phrase::config_open_section, m_statement.line, first_line);
+    if (!is_closed || !first_line.empty()) add_fault(phrase::config_open_section, m_statement.place, first_line);
     if (!is_closed) m_statement.name.clear();
     m_statement.has_effect = is_closed;
 }
@@ -95,86 +137,190 @@ void config_statements::read_assignment() {
     ustring8 first_line;
     m_statement.kind = config_statement::scalar;
     if (!read_name(config_token::T_EQ, first_line)) {
-        add_fault(phrase::config_no_equals, m_statement.line, first_line.empty() ? key : first_line);
+        add_fault(phrase::config_no_equals, m_statement.place, first_line.empty() ? key : first_line);
         return;
     }
     bool const is_array = key.ends_with(array_mark);
     if (is_array) key.resize(key.size() - array_mark.size());
     if (!first_line.empty() && first_line.size() < key.size()) {
-        add_fault(phrase::config_joined_key, m_statement.line, first_line);
+        add_fault(phrase::config_joined_key, m_statement.place, first_line);
     }
     is_array ? read_array() : read_scalar();
 }
 
+// At a comment: true, and a fault, when it seems to be a part of the value.
+bool config_statements::cut(part const& value) {
+    // Behind text it is one after a blank, else where it begins with a blank or another mark.
+    bool const is_cut = value.has_text
+                            ? value.bytes.end == m_token.start
+                            : m_token.end < m_text.size() &&
+                                  std::string_view(" \t\r\n#/").find(m_text[m_token.end]) == std::string_view::npos;
+    if (is_cut) add_fault(phrase::config_cut, token_place(), m_token.text);
+    return is_cut;
+}
+
 void config_statements::read_scalar() {
+    part value;
+    bool is_cut = false;
+    start(value);
     for (kind_t kind = next_token(); kind != config_token::T_NEWLINE && kind != config_token::T_END;
          kind = next_token()) {
         if (is_comment(kind)) {
+            is_cut = cut(value);
             skip_comment();
-        } else if (!is_blank(kind) && !m_token.text.empty()) {
-            m_statement.has_effect = true;
+        } else if (is_layout(kind)) {
+            pass_layout(value);
+        } else {
+            take(value);
+            m_statement.has_effect = m_statement.has_effect || !m_token.text.empty();
         }
     }
-    if (!m_statement.has_effect) add_fault(phrase::config_no_value, m_statement.line);
+    m_statement.values.push_back(value.bytes);
+    if (!m_statement.has_effect && !is_cut) add_fault(phrase::config_no_value, m_statement.place);
 }
 
 void config_statements::read_array() {
     m_statement.kind = config_statement::array;
-    std::size_t& elements = m_statement.elements;
+    std::vector<text_range>& elements = m_statement.values;
+    part element;
+    start(element);
     bool is_empty = true; // the current element
     bool after_comma = false;
     bool is_continued = false; // in a line after the first one
     bool at_line_start = false;
     bool is_suspicious = false; // some line has been reported
+    bool is_cut = false;
     for (kind_t kind = next_token(); kind != config_token::T_END; kind = next_token()) {
         if (kind == config_token::T_NEWLINE && !after_comma) break;
         if (is_comment(kind)) {
+            if (element.has_text || elements.empty()) is_cut = cut(element) || is_cut;
             skip_comment();
         } else if (is_layout(kind)) {
+            pass_layout(element);
             if (kind == config_token::T_NEWLINE) is_continued = at_line_start = true;
         } else {
             bool const is_section = at_line_start && kind == config_token::T_SBRACKET;
             bool const is_assignment = is_continued && kind == config_token::T_EQ;
             if (!is_suspicious && (is_section || is_assignment)) {
-                add_fault(phrase::config_joined_array, token_line());
+                add_fault(phrase::config_joined_array, token_place());
                 is_suspicious = true;
             }
             at_line_start = false;
+            if (is_suspicious) element.has_blank = false; // not worth a word any more
             after_comma = kind == config_token::T_NON_ALPHA_NUM && m_token.text == ",";
-            elements += after_comma ? 1 : 0;
+            if (after_comma) {
+                elements.push_back(element.bytes);
+                start(element);
+            } else {
+                take(element);
+            }
             is_empty = after_comma || (is_empty && m_token.text.empty());
         }
     }
-    if (is_empty) {
-        add_fault(elements == 0 ? phrase::config_no_value : phrase::config_open_array, m_statement.line);
-        return;
+    elements.push_back(element.bytes);
+    m_statement.has_effect = !is_empty;
+    if (m_statement.has_effect || is_cut) return;
+    add_fault(elements.size() == 1 ? phrase::config_no_value : phrase::config_open_array, m_statement.place);
+}
+
+// One of a kind: a statement may have a long name and any number of parts.
+void config_statements::add_fault(phrase text, text_place place, std::string_view what) {
+    std::vector<config_fault> const& faults = m_statement.faults;
+    bool const is_known =
+        std::any_of(faults.begin(), faults.end(), [text](config_fault const& fault) { return fault.text == text; });
+    if (is_known) return;
+    m_statement.faults.push_back({text, place, ustring8(std::string(what))});
+}
+
+//--------------------------------------------------------------------------------------------------
+// Where assignments go
+
+namespace {
+
+/// Goes on with a hash of keys.
+std::uint64_t spell(std::uint64_t before, std::string_view key) {
+    for (char const c : key) {
+        bool const is_separator = c == '.' || c == '/' || c == '\\';
+        before = (before ^ static_cast<unsigned char>(is_separator ? '.' : c)) * 0x100000001B3u;
     }
-    ++elements;
-    m_statement.has_effect = true;
+    return before;
 }
 
-void config_statements::add_fault(phrase text, std::size_t line, std::string_view part) {
-    m_statement.faults.push_back({text, line, ustring8(std::string(part))});
+} // namespace
+
+config_tree* config_places::find(config_statement const& statement) {
+    bool const is_top = statement.name.empty();
+    if (statement.kind == config_statement::section) {
+        m_top = is_top ? &m_tree : &m_tree.make_node(statement.name + ".");
+        m_section_spelling = is_top ? no_spelling : spell(spell(no_spelling, statement.name), ".");
+        return nullptr;
+    }
+    return is_top && m_top != &m_tree ? m_top : &m_top->make_node(statement.name);
 }
 
-// Long section names are walked once, not for each of their keys.
+config_tree& config_places::elements(config_statement const& array) const {
+    return m_top->make_node(array.name + ".");
+}
+
+std::uint64_t config_places::spelling(config_statement const& statement) const {
+    return spell(m_section_spelling, statement.name);
+}
+
 void find_config_lines(ustring8 const& text, config_tree& lines) {
-    config_tree* top = &lines;
+    config_places places(lines);
     config_statements statements(text);
     while (statements.next()) {
         config_statement const& statement = statements.current();
-        if (statement.kind == config_statement::section) {
-            top = statement.name.empty() ? &lines : &lines.make_node(statement.name + ".");
-        }
-        if (statement.kind == config_statement::section || !statement.has_effect) continue;
-        zolt::types::variant const line(static_cast<unsigned long long>(statement.line));
+        config_tree* const place = places.find(statement);
+        if (!place || !statement.has_effect) continue;
+        zolt::types::variant const line(static_cast<unsigned long long>(statement.place.line));
         bool const is_array = statement.kind == config_statement::array;
-        bool const is_top = statement.name.empty() && top != &lines;
-        (is_top ? *top : top->make_node(statement.name)).set_entry(line, is_array ? 2 : 0);
+        place->set_entry(line, is_array ? 2 : 0);
         if (!is_array) continue;
-        config_tree& elements = top->make_node(statement.name + ".");
-        for (std::size_t i = 0; i != statement.elements; ++i) elements.set_node(std::to_string(i), line, 0);
+        config_tree& elements = places.elements(statement);
+        for (std::size_t i = 0; i != statement.values.size(); ++i) elements.set_node(std::to_string(i), line, 0);
     }
+}
+
+namespace {
+
+/// Tells keys that are assigned to twice.
+class repeated_keys {
+public:
+    void look_at(config_statement const& statement, std::vector<found_config_fault>& faults) {
+        config_tree const* const place = m_places.find(statement);
+        if (!place || !statement.has_effect) return;
+        std::uint64_t const spelling = m_places.spelling(statement);
+        auto const [before, is_new] = m_seen.try_emplace(place, seen{spelling, statement.place.line});
+        if (is_new) return;
+        phrase const text =
+            before->second.spelling == spelling ? phrase::config_duplicate_key : phrase::config_case_difference;
+        faults.push_back({statement.name, {text, statement.place, {}, before->second.line}});
+        before->second = {spelling, statement.place.line};
+    }
+
+private:
+    struct seen {
+        std::uint64_t spelling;
+        std::size_t line;
+    };
+    config_tree m_tree;
+    config_places m_places{m_tree};
+    std::unordered_map<config_tree const*, seen> m_seen;
+};
+
+} // namespace
+
+std::vector<found_config_fault> find_config_faults(ustring8 const& text) {
+    std::vector<found_config_fault> faults;
+    repeated_keys repeated;
+    config_statements statements(text);
+    while (statements.next()) {
+        config_statement const& statement = statements.current();
+        for (config_fault const& fault : statement.faults) faults.push_back({statement.name, fault});
+        repeated.look_at(statement, faults);
+    }
+    return faults;
 }
 
 } // namespace tools

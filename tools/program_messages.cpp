@@ -111,7 +111,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::check_summary, "check.summary",
      "{files:string}, {catalogs:string}, {languages:string}: {errors:string}, {warnings:string}, {notes:string}"},
 
-    {phrase::config_about, "config.about", "Configuration: show, get, set, unset and check settings"},
+    {phrase::config_about, "config.about", "Configuration: show, list, get, set, unset and check settings"},
     {phrase::config_show_about, "config.show.about", "Shows the settings that an application gets"},
     {phrase::config_show_notes, "config.show.notes",
      "The sources are those of an application: its command line (ARGUMENT), a file and the environment, each of "
@@ -124,22 +124,23 @@ constexpr program_messages::built_in texts[] = {
      "status: 0; 1 when there is no such setting and no default; 2 when the file cannot be read."},
     {phrase::config_set_about, "config.set.about", "Sets one key of a file"},
     {phrase::config_set_notes, "config.set.notes",
-     "KEY[] or several values make an array; a file that is not there is made. The file is written anew with all"
-     " its other settings, but without its comments and section headers. On a terminal you are asked before "
-     "these are lost, elsewhere the file is left alone unless there is --force.\nExit status: 0; 1 when the file"
-     " was left alone; 2 when it cannot be read or written."},
+     "KEY[] or several values make an array; a file that is not there is made. The statement that sets the key "
+     "is changed where it stands, a new one goes to the end of its section; every other byte stays, comments "
+     "included. The file is replaced only when reading the new one gives all other settings as they were.\n"
+     "Exit status: 0; 1 when other statements do not let the key alone be changed; 2 when the file cannot be "
+     "read or written, or no written form holds the value."},
     {phrase::config_unset_about, "config.unset.about", "Removes one key or array from a file"},
     {phrase::config_unset_notes, "config.unset.notes",
-     "The file is written anew as \"zolt config set\" does it.\nExit status: 0; 1 when there is no such key or "
-     "the file was left alone; 2 when it cannot be read or written."},
-    {phrase::config_check_about, "config.check.about", "Checks files for statements that set nothing"},
+     "The lines that set the key are removed, with the comments in them; every other byte stays. The file is "
+     "replaced as \"zolt config set\" does it.\nExit status: 0; 1 when there is no such key or the file was "
+     "left as it is; 2 when it cannot be read or written."},
+    {phrase::config_check_about, "config.check.about",
+     "Checks files for lines that do not mean what they seem to mean"},
     {phrase::config_check_notes, "config.check.notes",
-     "A finding is written as file:line:column: warning: text [rule]. Found are keys without \"=\" or without a "
-     "value, arrays "
-     "that end in a comma, strings and sections that are not closed, and lines that such mistakes make a part of"
-     " another one.\nExit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when a file cannot "
-     "be "
-     "read."},
+     "Rules whose findings are errors: array-lost, array-runs-on, byte-order-mark, key-without-value, "
+     "unclosed-quote, unclosed-section. Warnings: blank-dropped, case-only-difference, comment-cut, "
+     "duplicate-key, empty-value. docs/guide/configuration.md has an example of each.\nExit status: 0; 1 with "
+     "findings at or above --fail-on; 2 when a file cannot be read."},
     {phrase::inspect_about, "inspect.about", "Shows what a stored buffer holds"},
     {phrase::inspect_notes, "inspect.notes",
      "Every line starts with a position in bytes. Without an option, a labeled buffer is known by its whole "
@@ -159,7 +160,6 @@ constexpr program_messages::built_in texts[] = {
     {phrase::env_option, "option.env", "Take the environment, too"},
     {phrase::origin_option, "option.origin", "Tell where each setting comes from"},
     {phrase::default_option, "option.default", "What to print when there is no such setting"},
-    {phrase::force_option, "option.force", "Write the file even if comments or section headers are lost"},
     {phrase::labeled_option, "option.labeled", "Read a labeled buffer"},
     {phrase::text_option, "option.text", "Read a text buffer"},
     {phrase::binary_option, "option.binary", "Read a binary buffer of this layout"},
@@ -172,16 +172,9 @@ constexpr program_messages::built_in texts[] = {
     {phrase::buffer_unknown, "buffer.unknown", "unknown content, {size:string}"},
 
     {phrase::no_setting, "error.no_setting", "there is no setting \"{key:string}\""},
-    {phrase::unwritable_setting, "error.unwritable_setting",
-     "\"{key:string}\" cannot be written like this: a file holds no empty values or arrays and no double quotes"},
     {phrase::file_not_written, "error.file_not_written", "\"{path:string}\" cannot be written: {reason:string}"},
-    {phrase::written_incompletely, "error.written_incompletely", "not everything was stored"},
     {phrase::bad_pattern, "error.bad_pattern",
      "\"{pattern:string}\" is no pattern: it breaks at \"{rest:string}\""},
-    {phrase::rewrite_loses, "rewrite.loses", "writing \"{path:string}\" anew loses {list:string}"},
-    {phrase::rewrite_refused, "rewrite.refused", "nothing was written; use --force to write it"},
-    {phrase::rewrite_question, "rewrite.question", "Write it?"},
-    {phrase::yes_letter, "rewrite.yes", "y"},
 
     {phrase::damaged_buffer, "error.damaged_buffer",
      "\"{path:string}\" is damaged at byte {position:int}: {reason:string}"},
@@ -208,17 +201,9 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_joined_array, "finding.config_joined_array",
      "the comma before makes this line a part of array \"{key:string}\""},
 
-    {phrase::comments_one, "count.comments.one", "{n:int} comment"},
-    {phrase::comments_other, "count.comments.other", "{n:int} comments"},
-    {phrase::sections_one, "count.sections.one", "{n:int} section header"},
-    {phrase::sections_other, "count.sections.other", "{n:int} section headers"},
-    {phrase::dropped_one, "count.dropped.one", "{n:int} statement that sets nothing"},
-    {phrase::dropped_other, "count.dropped.other", "{n:int} statements that set nothing"},
-    {phrase::unwritable_one, "count.unwritable.one", "{n:int} setting that cannot be written"},
-    {phrase::unwritable_other, "count.unwritable.other", "{n:int} settings that cannot be written"},
     {phrase::bytes_one, "count.bytes.one", "{n:int} byte"},
     {phrase::bytes_other, "count.bytes.other", "{n:int} bytes"},
-    {phrase::config_check_summary, "config.check.summary", "{files:string}: {warnings:string}"},
+    {phrase::config_check_summary, "config.check.summary", "{files:string}: {errors:string}, {warnings:string}"},
 
     // zolt catalog check.
     {phrase::list_rules_option, "option.list_rules", "Explain every rule with an example"},
@@ -364,6 +349,41 @@ constexpr program_messages::built_in texts[] = {
     {phrase::po_placeholders, "finding.po_placeholders", "msgstr has a placeholder that msgid does not have"},
     {phrase::po_imported, "po.imported",
      "{path:string}: {n:int} messages, {untranslated:int} untranslated, {fuzzy:int} fuzzy"},
+    // Lists, edits and checks of configuration.
+    {phrase::config_list_about, "config.list.about", "Lists settings with the places that they come from"},
+    {phrase::config_list_notes, "config.list.notes",
+     "The sources are those of \"zolt config show\". Of one key the setting that counts comes first; --all "
+     "shows those after it that it hides. With -z a record is the key, a line feed, the value as it is and a "
+     "NUL; elements of an array are records of their own. Before the key come, each with a NUL, the origin "
+     "(\"command line\", \"environment\" or \"file:NAME:LINE\") with --show-origin, and \"effective\" or "
+     "\"overridden\" with --all.\nExit status: 0, or 2 when the file cannot be read."},
+    {phrase::all_option, "option.all", "Show overridden settings, too"},
+    {phrase::nul_option, "option.nul", "End records with NUL, for other programs"},
+    {phrase::mask_option, "option.mask",
+     "Hide the values of keys that contain PATTERN, in which * is any text and ? any byte; may be repeated"},
+    {phrase::setting_overridden, "setting.overridden", "overridden"},
+    {phrase::origin_overridden, "source.overridden", "{origin:string}, overridden"},
+    {phrase::unwritable_empty, "error.unwritable_empty",
+     "\"{key:string}\" cannot be set to nothing: a file has no empty values; \"zolt config unset\" removes it"},
+    {phrase::unwritable_last, "error.unwritable_last",
+     "array \"{key:string}\" cannot end in an empty element: no array is read from such a line"},
+    {phrase::unwritable_quote, "error.unwritable_quote",
+     "\"{key:string}\" cannot hold a double quote without a backslash before it: a file has no way to write one"},
+    {phrase::unwritable_key, "error.unwritable_key", "a key with a double quote cannot be written"},
+    {phrase::key_in_array, "error.key_in_array",
+     "\"{key:string}\" is an element of the array in line {line:int}; set the array anew"},
+    {phrase::edit_not_alone, "error.edit_not_alone",
+     "\"{path:string}\" is left as it is: its other statements do not let \"{key:string}\" alone be changed; "
+     "\"zolt config check\" may tell why"},
+    {phrase::config_escaped_quote, "finding.config_escaped_quote",
+     "the quote at a line's end has a backslash before it and does not close the string"},
+    {phrase::config_blank, "finding.config_blank", "the blank before \"{part:string}\" is lost; quotes keep it"},
+    {phrase::config_cut, "finding.config_cut",
+     "\"{part:string}\" begins a comment and cuts the value of \"{key:string}\"; quotes keep it"},
+    {phrase::config_duplicate_key, "finding.config_duplicate_key",
+     "\"{key:string}\" is set in line {line:int} already; this one counts"},
+    {phrase::config_case_difference, "finding.config_case_difference",
+     "\"{key:string}\" is the key of line {line:int} but for upper and lower case; this one counts"},
 };
 
 constexpr bool are_in_order() {

@@ -104,7 +104,6 @@ enum class phrase : unsigned {
     env_option,
     origin_option,
     default_option,
-    force_option,
     labeled_option,
     text_option,
     binary_option,
@@ -117,14 +116,8 @@ enum class phrase : unsigned {
     buffer_unknown,
 
     no_setting,
-    unwritable_setting,
     file_not_written,
-    written_incompletely,
     bad_pattern,
-    rewrite_loses,
-    rewrite_refused,
-    rewrite_question,
-    yes_letter,
 
     damaged_buffer,
     damage_length,
@@ -146,14 +139,6 @@ enum class phrase : unsigned {
     config_joined_array,
 
     // As above, the text for 1 and the text for every other number.
-    comments_one,
-    comments_other,
-    sections_one,
-    sections_other,
-    dropped_one,
-    dropped_other,
-    unwritable_one,
-    unwritable_other,
     bytes_one,
     bytes_other,
     config_check_summary,
@@ -247,6 +232,25 @@ enum class phrase : unsigned {
     po_duplicate,
     po_placeholders,
     po_imported,
+    // Lists, edits and checks of configuration.
+    config_list_about,
+    config_list_notes,
+    all_option,
+    nul_option,
+    mask_option,
+    setting_overridden,
+    origin_overridden,
+    unwritable_empty,
+    unwritable_last,
+    unwritable_quote,
+    unwritable_key,
+    key_in_array,
+    edit_not_alone,
+    config_escaped_quote,
+    config_blank,
+    config_cut,
+    config_duplicate_key,
+    config_case_difference,
 
     count_of_texts
 };

@@ -8,12 +8,15 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace tools {
 namespace {
 
 constexpr mode_t permission_bits = 07777;
+constexpr mode_t plain_permission_bits = 0777;
 
 // The mode of a new file. The mask can only be read by setting it; the program has one thread.
 mode_t mode_of_new_file() {
@@ -22,9 +25,29 @@ mode_t mode_of_new_file() {
     return 0666 & ~mask;
 }
 
+// The file that links lead to. One that is there may be no file that a link can name, such as a pipe.
+ustring8 target_of(ustring8 const& path) {
+    constexpr int most_links = 40;
+    std::filesystem::path target(path.c_str());
+    std::error_code error;
+    if (std::filesystem::exists(target, error)) return real_path(path);
+    for (int i = 0; i != most_links && std::filesystem::is_symlink(target, error); ++i) {
+        target = target.parent_path() / std::filesystem::read_symlink(target, error);
+    }
+    return ustring8(target.native());
+}
+
+// Gives a new file owner and mode of the old one. A file that stays one's own gets no rights to act as
+// somebody else.
+bool take_over(int descriptor, struct stat const& old) {
+    bool const has_owner = ::fchown(descriptor, old.st_uid, old.st_gid) == 0 ||
+                           (old.st_uid == ::geteuid() && old.st_gid == ::getegid());
+    return ::fchmod(descriptor, old.st_mode & (has_owner ? permission_bits : plain_permission_bits)) == 0;
+}
+
 } // namespace
 
-result_file::result_file(ustring8 const& path) : m_path(real_path(path)) {
+result_file::result_file(ustring8 const& path) : m_path(target_of(path)) {
     struct stat old {};
     bool const is_there = ::stat(m_path.c_str(), &old) == 0;
     if (is_there && !S_ISREG(old.st_mode)) {
@@ -35,8 +58,9 @@ result_file::result_file(ustring8 const& path) : m_path(real_path(path)) {
     m_temporary = m_path + ".XXXXXX";
     int const descriptor = ::mkstemp(m_temporary.data());
     if (descriptor != -1) {
-        mode_t const mode = is_there ? old.st_mode & permission_bits : mode_of_new_file();
-        m_stream = ::fchmod(descriptor, mode) == 0 ? ::fdopen(descriptor, "wb") : nullptr;
+        bool const is_set_up =
+            is_there ? take_over(descriptor, old) : ::fchmod(descriptor, mode_of_new_file()) == 0;
+        m_stream = is_set_up ? ::fdopen(descriptor, "wb") : nullptr;
         keep_error();
         if (!m_stream) ::close(descriptor);
     } else {

@@ -8,7 +8,8 @@
 //     if (file.stream()) std::fputs("text", file.stream());
 //     int const error = file.commit();    // 0, or an error number
 //
-// A link is followed, the file's permissions stay. What is no regular file, such as a pipe, is written at
+// Links are followed, also to a file that is not there yet; the file's permissions stay, and as far as this
+// process may give files away, its owner. What is no regular file, such as a pipe, is written at
 // once.
 #pragma once
 
@@ -28,6 +29,8 @@ public:
 
     /// Null when it cannot be written; commit() tells why.
     std::FILE* stream() const { return m_stream; }
+    /// The file that holds what has been flushed; empty when it is the file itself.
+    ustring8 const& temporary() const { return m_temporary; }
     /// Brings everything to the disk and to its place. Returns 0 or the number of the first error.
     int commit();
 

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
+#include "tools/config_edit.hpp"
 #include "tools/config_statements.hpp"
+#include "tools/config_text_edit.hpp"
 #include "tools/run_program.hpp"
 
 #include <zolt/config/file_item.hpp>
@@ -113,37 +115,145 @@ TEST_F(ConfigCommands, GetsOneSetting) {
            "zolt: Warning! unknown key:stray\nIgnoring key and continuing\n");
 }
 
+// Every setting once in each source, and what hides what.
+TEST_F(ConfigCommands, ListsWhatIsOverridden) {
+    store("port = 1\nlist[] = a, b, c\nsame[] = x\nDB.Password = s\npass[] = p, q\nstep[] = u, v\nown = 2\n");
+    std::string const options = " --file f -- -port=9 -list 1 2 -step.x=6";
+    expect("config list --all --show-origin --mask=PASS --mask=o?n" + options, 0,
+           "db.password = ***  # f:4\n"
+           "list[] = 1, 2  # command line\n"
+           "list[] = a, b, c  # f:2, overridden\n"
+           "own = ***  # f:7\n"
+           "pass[] = ***, ***  # f:5\n"
+           "port = 9  # command line\n"
+           "port = 1  # f:1, overridden\n"
+           "same[] = x  # f:3\n"
+           "step.0 = u  # f:6\n"
+           "step.1 = v  # f:6\n"
+           "step.x = 6  # command line\n");
+    std::string records = run("config list -z --all --show-origin --mask=*s*w?rd" + options).out;
+    std::replace(records.begin(), records.end(), '\0', '|');
+    EXPECT_EQ(0u, records.find("file:f:4|effective|db.password\n***|command line|effective|list.0\n1|command "
+                               "line|effective|list.1\n2|file:f:2|overridden|list.0\na|"));
+    std::string const json = compact(run("config list --all --show-origin --format=json" + options).out);
+    EXPECT_NE(
+        std::string::npos,
+        json.find(R"({"key": "port","value": "1","state": "overridden","source": "file","file": "f","line": 1})"));
+}
+
+// Rule, what stands behind the file's name, a text with the fault, and its clean twin.
+struct check_row {
+    std::string rule;
+    std::string finding;
+    std::string fault;
+    std::string clean;
+};
+check_row const check_rows[] = {
+    {"blank-dropped", "1:8: warning: the blank before \"MB\" is lost; quotes keep it", "k = 10 MB",
+     "k = \"10 MB\" # x"},
+    {"blank-dropped", "2:4: warning: the blank before \"key\" is lost; quotes keep it", "\nmy key = 1",
+     "\n \"my key\" = 1"},
+    {"blank-dropped", "1:6: warning: the blank before \"b\" is lost; quotes keep it", "[\"a\" \"b\" c]", "[ a ]"},
+    {"blank-dropped", "2:6: warning: the blank before \"c\" is lost; quotes keep it", "k[] = a,\n   b c d",
+     "k[] = a, b,\n c"},
+    {"comment-cut", "1:10: warning: \"//\" begins a comment and cuts the value of \"k\"; quotes keep it",
+     "k = http://x", "k = http: //x"},
+    {"comment-cut", "1:5: warning: \"#\" begins a comment and cuts the value of \"k\"; quotes keep it", "k = #fff",
+     "k = \"#fff\""},
+    {"comment-cut", "1:11: warning: \"#\" begins a comment and cuts the value of \"k\"; quotes keep it",
+     "k[] = 1, 2#", "k[] = 1, 2 #3"},
+    {"empty-value", "3:1: warning: \"k\" has no value and is not set", "\n\nk = # none\n", "k = 1 # none"},
+    {"empty-value", "1:1: warning: \"k\" has no value and is not set", "k[] = \"\"", "k[] = \"\", 1"},
+    {"array-lost", "2:2: error: array \"l\" ends in a comma or an empty element and is not set",
+     "\n l[] = 1,\n 2, # end\n", "l[] = 1,\n 2 # end\n"},
+    {"array-runs-on", "2:2: error: the comma before makes this line a part of array \"l\"", "l[] = 1,\n [s]",
+     "l[] = 1,\n \"[s]\""},
+    {"array-runs-on", "2:3: error: the comma before makes this line a part of array \"l\"", "l[] = 1,\nk = 3",
+     "l[] = 1,\n \"k=3\""},
+    {"unclosed-quote", "2:6: error: the string is not closed and takes the rest of the file",
+     "a = 1\nb = 2\"c\nd = 3\n", "a = 1\nb = \"2\nc\"\nd = 3\n"},
+    {"unclosed-quote",
+     "1:5: error: the quote at a line's end has a backslash before it and does not close the string",
+     "a = \"C:\\\"\r\nb = \"x", "a = \"C:\"\\\r\nb = \"x\""},
+    {"key-without-value", "1:1: error: \"a\" has no \"=\" and becomes a part of the key \"abc\"", "a\n\nb\nc = 1",
+     "a.b.c = 1"},
+    {"key-without-value", "2:1: error: \"d\" has no \"=\" and sets nothing", "c = 1\nd", "c = 1\nd = 1"},
+    {"duplicate-key", "4:1: warning: \"s/k\" is set in line 2 already; this one counts", "[s]\nk = 1\n[]\ns/k = 2",
+     "[s]\nk = 1\n[t]\nk = 2\nl[]=1\nl.0=2"},
+    {"case-only-difference",
+     "4:2: warning: \"k\" is the key of line 2 but for upper and lower case; this one counts",
+     "[S]\nk=1\n[s]\n k=2", "[S]\nk=1\n[s]\nl=2"},
+    {"unclosed-section", "1:1: error: section \"s\" is not closed in its line", "[s\na=1\n[t]\nb = 2",
+     "[s]\na = 1\n[t]\nb = 2"},
+    {"byte-order-mark", "1:1: error: a byte order mark is a part of what follows it", "\xEF\xBB\xBFk = 1",
+     "k = \xEF\xBB\xBF"},
+};
+
 TEST_F(ConfigCommands, ChecksStatements) {
-    std::pair<std::string, std::string> const rows[] = {
-        {"# a\n[s]\nk = 1\nl[] = 1, // x\n  2, \"[3]\",\n \"a=b\"\n", ""},
-        {"\n\nk =\nl[] = # none\nm=\"\"",
-         "3: \"k\" has no value and is not set\n4: \"l\" has no value and is not set\n"
-         "5: \"m\" has no value and is not set\n"},
-        {"a\n\nb\nc = 1\nd", "1: \"a\" has no \"=\" and becomes a part of the key \"abc\"\n"
-                             "5: \"d\" has no \"=\" and sets nothing\n"},
-        {"l[] = 1,\n 2, # end\n", "1: array \"l\" ends in a comma or an empty element and is not set\n"},
-        {"l[] = 1,\n[s]\nm[] = 2,\nk = 3\n", "2: the comma before makes this line a part of array \"l\"\n"
-                                             "4: the comma before makes this line a part of array \"m\"\n"},
-        {"a = 1\nb = 2 \"c\nd = 3\n", "2: the string is not closed and takes the rest of the file\n"},
-        {"[s\na = 1\n[t]\nb = 2", "1: section \"s\" is not closed in its line\n"},
-        {"a=1\n[s", "2: section \"s\" is not closed in its line\n"},
-        {"\xEF\xBB\xBFk = 1", "1: a byte order mark is a part of what follows it\n"},
-    };
-    for (auto const& [text, findings] : rows) {
-        SCOPED_TRACE(text);
-        store(text);
-        program_run const result = run("config check f");
-        auto const count = std::count(findings.begin(), findings.end(), '\n');
-        std::string const total = "1 file: " + std::to_string(count) + (count == 1 ? " warning\n" : " warnings\n");
-        EXPECT_EQ(std::regex_replace(findings, std::regex("(\\d+): (.*)\n"), "f:$1:1: warning: $2 []\n"),
-                  std::regex_replace(result.err, std::regex("\\[[a-z-]+\\]\n"), "[]\n"));
-        EXPECT_EQ(total, result.out);
-        EXPECT_EQ(0, result.status);
-        EXPECT_EQ(count == 0 ? 0 : 1, run("config check f -q --fail-on=warning").status);
+    for (auto const& [rule, finding, fault, clean] : check_rows) {
+        SCOPED_TRACE(fault);
+        store(fault);
+        store(clean, "clean");
+        bool const is_error = finding.find(": error: ") != std::string::npos;
+        std::string const summary = is_error ? "1 error, 0 warnings\n" : "0 errors, 1 warning\n";
+        expect("config check f --fail-on=warning", 1, "1 file: " + summary, "f:" + finding + " [" + rule + "]\n");
+        expect("config check clean --fail-on=note", 0, "1 file: 0 errors, 0 warnings\n");
+        EXPECT_EQ(is_error ? 1 : 0, run("config check f").status);
+        expect("config check -q --fail-on=warning --ignore=" + rule + " f", 0, "");
     }
-    program_run const result = run("config check f absent");
-    EXPECT_EQ(2, result.status);
-    EXPECT_EQ(0u, result.err.find("zolt: \"absent\" cannot be read\n"));
+    expect("config check clean absent", 2, "1 file: 0 errors, 0 warnings\n", "zolt: \"absent\" cannot be read\n");
+}
+
+TEST_F(ConfigCommands, AreNotSlowedDownByManyFaultsOrLongLines) {
+    std::string const name(300000, 'n');
+    std::string array = name + "[] = a b,,\"\\\"\n\"";
+    for (int i = 0; i != 100000; ++i) array += ",a b#\n";
+    std::string keys = "[" + name + "]\n";
+    for (int i = 0; i != 30000; ++i) keys += "k=\nk = a b\n";
+    for (std::string const& text : {array, keys}) EXPECT_LT(2u, find_config_faults(ustring8(text)).size());
+
+    ustring8 sections;
+    for (int i = 0; i != 300000; ++i) sections += "[s]";
+    config_change const change{"s.k", false, {"1"}};
+    EXPECT_EQ(sections + "\nk = 1\n", edit_config_text(sections, change, edit_reach::one_statement).text);
+}
+
+// Examples of the guide: a file in ```ini, then commands and what they write in ```console.
+TEST_F(ConfigCommands, GuideIsTrue) {
+    std::istringstream guide(content_of(ZOLT_SOURCE_DIR "/docs/guide/configuration.md"));
+    std::string block;
+    std::string command;
+    std::string expected;
+    int files = 0;
+    auto const check = [&] {
+        if (command.empty()) return;
+        bool const is_zolt = command.starts_with("zolt ");
+        // Backslashes mean themselves.
+        std::string const words =
+            std::regex_replace(command.substr(command.find(' ') + 1), std::regex(R"(\\)"), R"(\\)");
+        program_run const result = run(words, {.program = is_zolt ? ZOLT_PROGRAM : "/bin/" + command.substr(0, 3)});
+        std::string const shown = result.err + result.out;
+        EXPECT_EQ(expected, shown + (shown.empty() || shown.ends_with('\n') ? "" : "\n")) << command;
+        command.clear();
+    };
+    for (std::string line; std::getline(guide, line);) {
+        if (line.starts_with("```")) {
+            check();
+            if (block == "```ini") {
+                store(expected, "tool.cfg");
+                ++files;
+            }
+            block = block.empty() ? line : "";
+            expected.clear();
+        } else if (block == "```console" && line.starts_with("$ ")) {
+            check();
+            command = line.substr(2);
+            expected.clear();
+        } else {
+            expected += line + "\n";
+        }
+    }
+    EXPECT_EQ(11, files);
 }
 
 class ConfigChanges : public in_directory {
@@ -162,72 +272,147 @@ protected:
     }
 };
 
-TEST_F(ConfigChanges, ChangeOneKey) {
-    change("b=2\na=1\n", "set f A 'x y'", "a=\"x y\"\nb=2\n");
-    change("b = 2\na = 1\n", "set f a 1", "b = 2\na = 1\n"); // as it is already
-    change("a=1\n", "set f b.c -- -2", "a=1\nb.c=-2\n");
-    change("l[]=1,2,3\nl.x=4\nl.7=5\n", "set f l 6", "l=6\nl.7=5\nl.x=4\n");
-    change("l[]=1,2,3\n", "set f l[] a,b", "l[]=\"a,b\"\n");
-    change("l[]=1,2,3\n", "set f l 4 5", "l[]=4,5\n");
-    change("l[]=1,2,3\n", "set f l.1 4", "l[]=1,4,3\n");
-    change("l[]=1,2,3\nm=1\n", "unset f l", "m=1\n");
-    change("a=1\na.b=2\n", "unset f a", "a.b=2\n");
-    change("a=1\n", "unset f a.b", "a=1\n", 1, "there is no setting \"a.b\"");
-    change("a=1\n", "unset f a", "");
+TEST_F(ConfigChanges, LeaveAllOtherBytes) {
+    struct {
+        std::string before;
+        std::string command;
+        std::string after;
+    } const rows[] = {
+        // values
+        {"# x\n b=2 // y\na\t= 1\t# z", "set f A 'x y'", "# x\n b=2 // y\na\t= \"x y\"\t# z"},
+        {"b = 2\na = 1\n", "set f a 1", "b = 2\na = 1\n"},
+        {"k = \"1\"\r\nl = 2\r\n", "set f k 3", "k = \"3\"\r\nl = 2\r\n"},
+        {"k = \"two\nlines\" # x\nl=1", "set f k //", "k = \"//\" # x\nl=1"},
+        {"k =  # none\nl=", "set f k 1", "k = 1  # none\nl="},
+        {"l=", "set f l 1", "l=1"},
+        {"k=1\nk=2\nK = 3\n", "set f k 4", "k=1\nk=2\nK = 4\n"},
+        {"k=1\nk= # no\n", "set f k 4", "k=4\nk= # no\n"},
+        {"k = C:\\x\n", "set f k 'C:\\\\x y\\\\'", "k = \"C:\\x y\"\\\n"},
+        // new keys
+        {"", "set f a -- -2", "a = -2\n"},
+        {"a=1", "set f b.c 2", "a=1\nb.c=2\n"},
+        {"a=1\r\n# end", "set f b 2", "a=1\r\n# end\r\nb=2\r\n"},
+        {"[s]\n  k = 1\n\n# t\n[t]\nk=1\n", "set f S/x.y 2", "[s]\n  k = 1\n  x.y = 2\n\n# t\n[t]\nk=1\n"},
+        {"[s] # c\n[s.t]\nk=1\n[s]", "set f s.x 2", "[s] # c\n[s.t]\nk=1\n[s]\nx=2\n"},
+        {"[s]\n[s.t]\nk=1\n[u]\n", "set f s.t.x 2", "[s]\n[s.t]\nk=1\nx=2\n[u]\n"},
+        {"# f\n[s]\nk =1\n", "set f k 2", "# f\nk =2\n[s]\nk =1\n"},
+        {"a=1\n# s\n[s]\nk=1\n", "set f b+ '= 2'", "a=1\n\"b+\"=\"= 2\"\n# s\n[s]\nk=1\n"},
+        {"[s]\nk[] = 1 # x\n", "set f s.l a 'b,' ", "[s]\nk[] = 1 # x\nl[] = a, \"b,\"\n"},
+        // arrays
+        {"l[] = 1, # one\n  2, // two\n  3 # three\n", "set f l 4 5 6",
+         "l[] = 4, # one\n  5, // two\n  6 # three\n"},
+        {"l[] = 1, # one\n  2, // two\n  3 # three\n", "set f l 4 5", "l[] = 4, # one\n  5 # three\n"},
+        {"l[] = 1, \"\" # two\nm=1", "set f l 4 5 6", "l[] = 1, \"\" # two\nm=1\nl[]=4, 5, 6\n"},
+        {"l[]=1 # x", "set f l 1 2,3", "l[]=1, \"2,3\" # x"},
+        {"l[]=1,2,3\nl.x=4\nl.7=5\n", "set f l 6", "l=6\nl.x=4\nl.7=5\n"},
+        {"l = 1 # x\n", "set f l[] a,b", "l[] = \"a,b\" # x\n"},
+        {"l[]=1,2,3\nl[] = 4\n", "set f l 5 6", "l[] = 5, 6\n"},
+        {"l[]=1,,3 # x\n", "set f l.1 4", "l[]=1,4,3 # x\n"},
+        {"l[]=1,2\nl.1=3\n", "set f l.1 4", "l[]=1,2\nl.1=4\n"},
+        {"l.1=3\nl[]=1,2\n", "set f l.1 4", "l.1=3\nl[]=1,4\n"},
+        // removal
+        {"a=1\n", "unset f a", ""},
+        {"# x\n  a = 1 # y\r\n\nb=2\n", "unset f a", "# x\n\nb=2\n"},
+        {"[s] a=1 # y\r\nb=2\na=3", "unset f s.a", "[s]\r\nb=2\n"},
+        {"l[]=1, # x\n2,3\nl.1=4\nl.x=5\nm=1\n", "unset f l", "l.x=5\nm=1\n"},
+        {"a=1\na.b=2\n[a]\n=3", "unset f a", "a.b=2\n[a]\n"},
+        {"a=\na=1\n", "unset f a", "a=\n"},
+    };
+    for (auto const& [before, command, after] : rows) change(before, command, after);
 }
 
-TEST_F(ConfigChanges, LoseNothingUnasked) {
-    std::string const unwritable = " cannot be written like this: a file holds no empty values or arrays and no "
-                                   "double quotes";
-    change("a=1\n", "set f b \"", "a=1\n", 2, "\"b\"" + unwritable);
-    change("l[]=1,2\n", "set f l.1 ''", "l[]=1,2\n", 2, "\"l\"" + unwritable);
-    std::string const refused = "\nnothing was written; use --force to write it";
-    std::string const remarks = "# x\n[s] // y\na=1\nb=\nc";
-    change(remarks, "set f s.a 2", remarks, 1,
-           "writing \"f\" anew loses 2 comments, 1 section header, 2 statements that set nothing" + refused);
-    change(remarks, "set f s.a 2 --force", "s.a=2\n");
-    std::string const quote = "\"a\\\"\"=1\nb=2\nc=3";
-    change(quote, "unset f b", quote, 1, "writing \"f\" anew loses 1 setting that cannot be written" + refused);
-    change(quote, "unset f b --force", "c=3\n");
+TEST_F(ConfigChanges, AreRefusedWithAReason) {
+    struct {
+        std::string before;
+        std::string command;
+        int status;
+        std::string complaint;
+    } const rows[] = {
+        {"a=1\n", "set f b \"", 2,
+         "\"b\" cannot hold a double quote without a backslash before it: a file has no way to write one"},
+        {"a=1\n", "set f a ''", 2,
+         "\"a\" cannot be set to nothing: a file has no empty values; \"zolt config unset\" removes it"},
+        {"a=1\n", "set f a 1 ''", 2,
+         "array \"a\" cannot end in an empty element: no array is read from such a line"},
+        {"a=1\n", "set f \"a 1", 2, "a key with a double quote cannot be written"},
+        {"l[]=1,2\n", "unset f l.1", 1, "\"l.1\" is an element of the array in line 1; set the array anew"},
+        {"a=1\n", "unset f a.b", 1, "there is no setting \"a.b\""},
+        {"a=1\nl[]=2,\n", "set f b 2", 1,
+         "\"f\" is left as it is: its other statements do not let \"b\" alone be changed; \"zolt config check\" "
+         "may tell why"},
+        {"a=1\n\"", "set f b 2", 1,
+         "\"f\" is left as it is: its other statements do not let \"b\" alone be changed; \"zolt config check\" "
+         "may tell why"},
+    };
+    for (auto const& [before, command, status, complaint] : rows)
+        change(before, command, before, status, complaint);
+}
+
+// The command succeeds only when no other setting has changed.
+TEST_F(ConfigChanges, AreMadeInAnyOrderOfStatements) {
+    std::string const statements[] = {
+        "k=1\n",          "l[]=1,2\n",         "[s]\n",           "[]\n",        "# c\n",
+        "l.1 = 3 // x\n", "s.l[] = 1,\n 2\n",  "[S.t] k=1 # x\n", "  k[] = 1\n", "l=5\n",
+        "l[]=7, 8,\n9\n", "k = \"a\nb\" //\n", "t.k[] = 3 #\n"};
+    std::FILE* const unseen = std::tmpfile();
+    output out(unseen);
+    program_messages const texts("en");
+    common_options const options;
+    session const session{out, out, texts, options};
+    ustring8 const path = directory + "/f";
+    std::size_t seed = 1;
+    auto const random = [&seed](std::size_t limit) {
+        return ((seed = seed * 1103515245 + 12345) >> 16 & 0x7FFF) % limit;
+    };
+    int removed = 0;
+    for (int round = 0; round != 120; ++round) {
+        std::string text;
+        for (std::size_t count = random(9); count != 0; --count) text += statements[random(std::size(statements))];
+        store(text);
+        char const* const keys[] = {"k", "l", "l.1", "s.l", "s.k", "s.t.k", "s.t.k.0"};
+        ustring8 const key = keys[random(std::size(keys))];
+        bool const may_be_element = key.find_first_of("01") != key.npos;
+        std::vector<ustring8> const values(may_be_element ? 1 : 1 + random(3), "v w");
+        SCOPED_TRACE(text + "--- " + key + " " + std::to_string(values.size()));
+        ASSERT_EQ(exit_good, set_config(session, {path, key, values}));
+        std::string const after = content();
+        ASSERT_EQ(exit_good, set_config(session, {path, key, values}));
+        ASSERT_EQ(after, content());
+        bool const is_removed = unset_config(session, {path, key}) == exit_good;
+        ASSERT_EQ(is_removed, content() != after);
+        removed += is_removed ? 1 : 0;
+    }
+    // The others are elements, or elements of an array behind which the key got a value of its own.
+    EXPECT_LT(80, removed);
+    std::fclose(unseen);
 }
 
 TEST_F(ConfigChanges, AreWrittenWithCare) {
     EXPECT_EQ(0, run("config set new a 1").status);
-    EXPECT_EQ("a=1\n", content("new"));
+    EXPECT_EQ("a = 1\n", content("new"));
     EXPECT_EQ(2, run("config unset absent a").status);
     EXPECT_EQ(2, run("config set . a 1").status);
     expect("config set no/f a 1", 2, "", "zolt: \"no/f\" cannot be written: No such file or directory\n");
 
-    // through a link, and with the rights of the old file
+    // through links, and with the rights of the old file
     fs::permissions(directory + "/new", fs::perms::owner_all);
     fs::create_symlink("new", directory + "/link");
     EXPECT_EQ(0, run("config set link b 2").status);
     EXPECT_TRUE(fs::is_symlink(directory + "/link"));
     EXPECT_EQ(fs::perms::owner_all, fs::status(directory + "/new").permissions());
-    EXPECT_EQ("a=1\nb=2\n", content("new"));
+    EXPECT_EQ("a = 1\nb = 2\n", content("new"));
+    fs::create_symlink("absent", directory + "/second");
+    EXPECT_EQ(0, run("config set second a 1").status);
+    EXPECT_TRUE(fs::is_symlink(directory + "/second"));
+    EXPECT_EQ("a = 1\n", content("absent"));
 
     // no room
     std::string const limits = "-c 'ulimit -f 1; trap \"\" XFSZ; exec " ZOLT_PROGRAM " config set new a ";
     program_run const full = run(limits + std::string(5000, 'x') + "'", {.program = "/bin/sh"});
     EXPECT_EQ(2, full.status);
-    EXPECT_EQ("zolt: \"new\" cannot be written: not everything was stored\n", full.err);
-    EXPECT_EQ("a=1\nb=2\n", content("new"));
-    EXPECT_EQ(2, files());
-}
-
-TEST_F(ConfigChanges, AreAskedForAtATerminal) {
-    auto const answer = [this](std::string const& typed, std::string const& language, std::string const& question) {
-        SCOPED_TRACE(typed);
-        store("#\na=1");
-        program_run const result =
-            run("config set f a 2", {.environment = {{"LC_ALL", language}}, .terminal = 2, .input = typed});
-        EXPECT_NE(std::string::npos, result.err.find(question));
-        EXPECT_EQ(result.status == 0 ? "a=2\n" : "#\na=1", content());
-        return result.status;
-    };
-    for (char const* const no : {"n\n", "\n", "\x04"}) EXPECT_EQ(1, answer(no, "C", "Write it? [y/N] "));
-    EXPECT_EQ(0, answer("yes\n", "C", "Write it? [y/N] "));
-    EXPECT_EQ(0, answer("J\n", "de", "Schreiben? [j/N] "));
+    EXPECT_EQ("zolt: \"new\" cannot be written: File too large\n", full.err);
+    EXPECT_EQ("a = 1\nb = 2\n", content("new"));
+    EXPECT_EQ(4, files());
 }
 
 } // namespace
