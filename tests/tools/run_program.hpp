@@ -33,8 +33,7 @@ using variables = std::vector<std::pair<std::string, std::string>>;
 
 struct program_options {
     variables environment{};
-    int terminal = -1;   // the descriptor, 1 or 2, that is a terminal; its output comes in `out` or `err`
-    std::string input{}; // typed at that terminal, which is standard input then
+    int terminal = -1; // the descriptor, 1 or 2, that is a terminal; its output comes in `out` or `err`
     std::string program = ZOLT_PROGRAM;
     std::string directory = ZOLT_SOURCE_DIR "/tests/tools/data";
 };
@@ -72,7 +71,6 @@ inline program_run run_program(std::string const& command, program_options const
     if (child == 0) {
         for (int const target : {1, 2})
             ::dup2(options.terminal == target ? terminal : ::fileno(files[target]), target);
-        if (!options.input.empty()) ::dup2(terminal, 0);
         for (char const* const name : {"NO_COLOR", "ZOLT_CATALOG_PATH", "LC_MESSAGES", "LANG"}) ::unsetenv(name);
         ::setenv("LC_ALL", "C", 1);
         ::setenv("TERM", "xterm", 1);
@@ -86,8 +84,6 @@ inline program_run run_program(std::string const& command, program_options const
     }
     std::string shown;
     if (terminal != -1) {
-        ssize_t const typed = ::write(controller, options.input.data(), options.input.size());
-        if (typed != static_cast<ssize_t>(options.input.size())) std::abort();
         ::close(terminal);
         shown = read_all(controller);
         ::close(controller);
