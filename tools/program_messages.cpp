@@ -139,7 +139,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_check_notes, "config.check.notes",
      "Rules whose findings are errors: array-lost, array-runs-on, byte-order-mark, key-without-value, "
      "unclosed-quote, unclosed-section. Warnings: blank-dropped, case-only-difference, comment-cut, "
-     "duplicate-key, empty-value. docs/guide/configuration.md has an example of each.\nExit status: 0; 1 with "
+     "duplicate-key, empty-value. docs/guide/configuration_lines.md has an example of each.\nExit status: 0; 1 with "
      "findings at or above --fail-on; 2 when a file cannot be read."},
     {phrase::inspect_about, "inspect.about", "Shows what a stored buffer holds"},
     {phrase::inspect_notes, "inspect.notes",

@@ -220,7 +220,7 @@ TEST_F(ConfigCommands, AreNotSlowedDownByManyFaultsOrLongLines) {
 
 // Examples of the guide: a file in ```ini, then commands and what they write in ```console.
 TEST_F(ConfigCommands, GuideIsTrue) {
-    std::istringstream guide(content_of(ZOLT_SOURCE_DIR "/docs/guide/configuration.md"));
+    std::istringstream guide(content_of(ZOLT_SOURCE_DIR "/docs/guide/configuration_lines.md"));
     std::string block;
     std::string command;
     std::string expected;
