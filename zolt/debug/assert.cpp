@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// One slot holds the hook. While the hook runs it may replace or clear itself, so its target is
-// taken out of the slot's way into `retired` and destroyed when the call returns.
+// One slot holds the hook. While the hook runs it may replace or clear itself, so its target is held until
+// the call has returned.
 #include <zolt/debug/assert.hpp>
+
+#include <zolt/functor/held_target_private.hpp>
 
 #include <cstdarg>
 #include <cstdio>
@@ -13,36 +15,23 @@ namespace {
 
 struct hook_slot {
     assert_hook installed;
-    assert_hook retired; // the running hook, after it was replaced
     bool running = false;
 };
 
 constinit hook_slot slot;
 
-void remove_hook() noexcept {
-    if (slot.running && !slot.retired) slot.retired.swap(slot.installed);
-    slot.installed = assert_hook();
-}
-
 struct running_mark {
     running_mark() noexcept { slot.running = true; }
-    ~running_mark() {
-        slot.running = false;
-        slot.retired = assert_hook();
-    }
+    ~running_mark() { slot.running = false; }
     running_mark(running_mark const&) = delete;
     running_mark& operator=(running_mark const&) = delete;
 };
 
 } // namespace
 
-void set_assert_hook(assert_hook const& hook) {
-    assert_hook clone(hook); // before the removal: the argument may be the installed hook's own
-    remove_hook();
-    slot.installed.swap(clone);
-}
+void set_assert_hook(assert_hook const& hook) { slot.installed = hook; }
 
-void set_assert_hook(types::nil_t const&) { remove_hook(); }
+void set_assert_hook(types::nil_t const&) { slot.installed = assert_hook(); }
 
 bool is_assert_hook_set() { return static_cast<bool>(slot.installed); }
 
@@ -53,8 +42,9 @@ void ____________________ASSERT____________________(char const* expression, char
     if (!slot.installed) {
         native_assert(expression, file, line, function);
     } else if (!slot.running) {
+        functor::_private::held_target hook(slot.installed); // which may replace or clear itself
         running_mark const mark;
-        slot.installed.invoke(expression, file, line);
+        hook.get()->invoke(expression, file, line);
     }
 }
 
