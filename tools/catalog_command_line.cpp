@@ -21,7 +21,7 @@ void add_list(command const& catalog) {
     };
     command const list = catalog.add("list", phrase::list_about, phrase::list_notes).with_json();
     values& given = list.keep<values>();
-    list.argument("PATH", given.path, phrase::path_argument)->required();
+    list.argument("PATH", given.path, phrase::path_argument).required();
     list.runs([&given](session const& session) { return list_catalogs(session, given.path); });
 }
 
@@ -33,9 +33,9 @@ struct message_values {
 };
 
 // Returns the message's name, which is not required.
-CLI::Option* add_message_arguments(command const& command, message_values& given) {
-    command.argument("PATH", given.path, phrase::path_argument)->required();
-    command.argument("CATALOG", given.catalog, phrase::catalog_argument)->required();
+parameter add_message_arguments(command const& command, message_values& given) {
+    command.argument("PATH", given.path, phrase::path_argument).required();
+    command.argument("CATALOG", given.catalog, phrase::catalog_argument).required();
     return command.argument("MESSAGE", given.message, phrase::message_argument);
 }
 
@@ -53,7 +53,7 @@ void add_show(command const& catalog) {
 void add_render(command const& catalog) {
     command const render = catalog.add("render", phrase::render_about, phrase::render_notes);
     message_values& given = render.keep<message_values>();
-    add_message_arguments(render, given)->required();
+    add_message_arguments(render, given).required();
     render.argument("ARGUMENT", given.arguments, phrase::values_argument);
     render.runs([&given](session const& session) {
         return render_message(session, {given.path, given.catalog, *given.message, to_texts(given.arguments)});
@@ -84,7 +84,7 @@ void add_export_po(command const& catalog) {
     };
     command const export_command = catalog.add("export-po", phrase::export_po_about, phrase::export_po_notes);
     values& given = export_command.keep<values>();
-    export_command.argument("PATH", given.paths, phrase::paths_argument)->required();
+    export_command.argument("PATH", given.paths, phrase::paths_argument).required();
     export_command.option("--dir", given.directory, phrase::po_directory_option, "DIRECTORY");
     export_command.runs([&given](session const& session) {
         po_export_options options{to_texts(given.paths), {}};
@@ -101,7 +101,7 @@ void add_import_po(command const& catalog) {
     };
     command const import_command = catalog.add("import-po", phrase::import_po_about, phrase::import_po_notes);
     values& given = import_command.keep<values>();
-    import_command.argument("FILE", given.files, phrase::po_files_argument)->required();
+    import_command.argument("FILE", given.files, phrase::po_files_argument).required();
     import_command.option("--catalog", given.catalog, phrase::po_catalog_option, "NAME");
     import_command.flag("--use-fuzzy", given.use_fuzzy, phrase::use_fuzzy_option);
     import_command.runs([&given](session const& session) {

@@ -6,7 +6,10 @@
 
 #include <zolt/version.hpp>
 
+#include <CLI/CLI.hpp>
+
 #include <cstring>
+#include <optional>
 #include <sstream>
 #include <utility>
 
@@ -29,6 +32,9 @@ severity parse_severity(std::string const& word) {
 
 } // namespace
 
+parameter parameter::required() const { return parameter(*m_option->required()); }
+parameter parameter::excludes(parameter other) const { return parameter(*m_option->excludes(other.m_option)); }
+
 command command::add(char const* name, phrase about, phrase notes) const {
     command const added = add_group(name, about);
     added.m_app->require_subcommand(0);
@@ -44,9 +50,28 @@ command command::add_group(char const* name, phrase about) const {
     return {*m_line, app};
 }
 
-CLI::Option* command::flag(char const* name, bool& target, phrase description) const {
-    return m_app->add_flag(name, target, m_line->describe(description));
+template <typename Target>
+parameter command::argument(char const* name, Target& target, phrase description) const {
+    return option(name, target, description, "");
 }
+
+template <typename Target>
+parameter command::option(char const* name, Target& target, phrase description, char const* type) const {
+    CLI::Option* const added = m_app->add_option(name, target, m_line->describe(description));
+    if (*name == '-') added->allow_extra_args(false); // a list takes one value each time it is given
+    return parameter(*added->type_name(type));
+}
+
+parameter command::flag(char const* name, bool& target, phrase description) const {
+    return parameter(*m_app->add_flag(name, target, m_line->describe(description)));
+}
+
+template parameter command::argument(char const*, std::string&, phrase) const;
+template parameter command::argument(char const*, std::optional<std::string>&, phrase) const;
+template parameter command::argument(char const*, std::vector<std::string>&, phrase) const;
+template parameter command::option(char const*, std::string&, phrase, char const*) const;
+template parameter command::option(char const*, std::optional<std::string>&, phrase, char const*) const;
+template parameter command::option(char const*, std::vector<std::string>&, phrase, char const*) const;
 
 void command::runs(std::function<exit_status(session const&)> action) const {
     m_app->callback([line = m_line, app = m_app, action = std::move(action)] {
@@ -68,19 +93,21 @@ command const& command::with_report() const {
 //--------------------------------------------------------------------------------------------------
 
 command_line::command_line(output& out, output& err, program_messages const& texts)
-    : m_out(out), m_err(err), m_texts(texts) {
-    set_up(m_app, phrase::program_about);
-    m_app.require_subcommand(1);
+    : m_out(out), m_err(err), m_texts(texts), m_app(std::make_unique<CLI::App>("", "zolt")) {
+    set_up(*m_app, phrase::program_about);
+    m_app->require_subcommand(1);
 }
+
+command_line::~command_line() = default;
 
 exit_status command_line::run(int argc, char** argv) {
     session const plain{m_out, m_err, m_texts, m_options};
     try {
-        m_app.parse(argc, argv);
+        m_app->parse(argc, argv);
     } catch (CLI::ParseError const& end) { // a wrong command line, or --help and --version
         std::ostringstream out;
         std::ostringstream err;
-        int const status = m_app.exit(end, out, err);
+        int const status = m_app->exit(end, out, err);
         m_out.write(out.str());
         if (status == 0) return exit_good;
         std::string const complaint = err.str();

@@ -7,19 +7,19 @@
 //         struct values { std::string path; };
 //         command show = catalog.add("show", phrase::show_about, phrase::show_notes);
 //         values& given = show.keep<values>();
-//         show.argument("PATH", given.path, phrase::path_argument)->required();
+//         show.argument("PATH", given.path, phrase::path_argument).required();
 //         show.runs([&given](session const& session) { return show_messages(session, {given.path}); });
 //     }
 //
 // Every command has the options of common_options, which it finds in its session. With -o FILE the
 // session's `out` is that file, which is written only when the command ends well.
+//
+// The parser stays behind this header: its templates take longer to compile than all the commands.
 #pragma once
 
 #include "library.hpp"
 #include "program_messages.hpp"
 #include "session.hpp"
-
-#include <CLI/CLI.hpp>
 
 #include <functional>
 #include <map>
@@ -27,9 +27,26 @@
 #include <string>
 #include <vector>
 
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
 namespace tools {
 
 class command_line;
+
+/// An argument or option as it was declared.
+class parameter {
+public:
+    explicit parameter(CLI::Option& option) : m_option(&option) {}
+
+    parameter required() const;
+    parameter excludes(parameter other) const;
+
+private:
+    CLI::Option* m_option;
+};
 
 /// A command, or a group of them such as `zolt catalog`.
 class command {
@@ -43,12 +60,12 @@ public:
     template <typename Values>
     Values& keep() const;
 
-    /// The parser's own objects, for what is required or excludes another.
+    /// Targets are std::string, std::optional<std::string> and std::vector<std::string>.
     template <typename Target>
-    CLI::Option* argument(char const* name, Target& target, phrase description) const;
+    parameter argument(char const* name, Target& target, phrase description) const;
     template <typename Target>
-    CLI::Option* option(char const* name, Target& target, phrase description, char const* type) const;
-    CLI::Option* flag(char const* name, bool& target, phrase description) const;
+    parameter option(char const* name, Target& target, phrase description, char const* type) const;
+    parameter flag(char const* name, bool& target, phrase description) const;
 
     /// What the command does when the whole line has been understood.
     void runs(std::function<exit_status(session const&)> action) const;
@@ -66,8 +83,9 @@ private:
 class command_line {
 public:
     command_line(output& out, output& err, program_messages const& texts);
+    ~command_line();
 
-    command root() { return {*this, m_app}; }
+    command root() { return {*this, *m_app}; }
     exit_status run(int argc, char** argv);
 
 private:
@@ -88,7 +106,7 @@ private:
     output& m_out;
     output& m_err;
     program_messages const& m_texts;
-    CLI::App m_app{"", "zolt"};
+    std::unique_ptr<CLI::App> m_app;
     std::vector<std::shared_ptr<void>> m_values;
     std::map<CLI::App const*, command_traits> m_traits;
     std::function<exit_status(session const&)> m_action;
@@ -121,16 +139,6 @@ Values& command::keep() const {
     auto const values = std::make_shared<Values>();
     m_line->m_values.push_back(values);
     return *values;
-}
-
-template <typename Target>
-CLI::Option* command::argument(char const* name, Target& target, phrase description) const {
-    return option(name, target, description, "");
-}
-
-template <typename Target>
-CLI::Option* command::option(char const* name, Target& target, phrase description, char const* type) const {
-    return m_app->add_option(name, target, m_line->describe(description))->type_name(type);
 }
 
 inline std::vector<ustring8> to_texts(std::vector<std::string> const& values) {

@@ -60,7 +60,7 @@ void add_list(command const& config) {
     list.flag("--show-origin", given.has_origin, phrase::origin_option);
     list.flag("--all", given.has_overridden, phrase::all_option);
     list.flag("-z,--null", given.has_records, phrase::nul_option);
-    list.option("--mask", given.masks, phrase::mask_option, "PATTERN")->allow_extra_args(false);
+    list.option("--mask", given.masks, phrase::mask_option, "PATTERN");
     list.runs([&given](session const& session) {
         return list_config(session, {given.sources.get(), given.has_origin, given.has_overridden, given.has_records,
                                      to_texts(given.masks)});
@@ -75,7 +75,7 @@ void add_get(command const& config) {
     };
     command const get = config.add("get", phrase::config_get_about, phrase::config_get_notes);
     values& given = get.keep<values>();
-    get.argument("KEY", given.key, phrase::key_argument)->required();
+    get.argument("KEY", given.key, phrase::key_argument).required();
     add_sources(get, given.sources);
     get.option("--default", given.default_value, phrase::default_option, "VALUE");
     get.runs([&given](session const& session) {
@@ -94,9 +94,9 @@ struct edit_values {
 void add_set(command const& config) {
     command const set = config.add("set", phrase::config_set_about, phrase::config_set_notes);
     edit_values& given = set.keep<edit_values>();
-    set.argument("FILE", given.file, phrase::config_file_argument)->required();
-    set.argument("KEY", given.key, phrase::key_argument)->required();
-    set.argument("VALUE", given.values, phrase::setting_values_argument)->required();
+    set.argument("FILE", given.file, phrase::config_file_argument).required();
+    set.argument("KEY", given.key, phrase::key_argument).required();
+    set.argument("VALUE", given.values, phrase::setting_values_argument).required();
     set.runs([&given](session const& session) {
         return set_config(session, {given.file, given.key, to_texts(given.values)});
     });
@@ -105,8 +105,8 @@ void add_set(command const& config) {
 void add_unset(command const& config) {
     command const unset = config.add("unset", phrase::config_unset_about, phrase::config_unset_notes);
     edit_values& given = unset.keep<edit_values>();
-    unset.argument("FILE", given.file, phrase::config_file_argument)->required();
-    unset.argument("KEY", given.key, phrase::key_argument)->required();
+    unset.argument("FILE", given.file, phrase::config_file_argument).required();
+    unset.argument("KEY", given.key, phrase::key_argument).required();
     unset.runs([&given](session const& session) { return unset_config(session, {given.file, given.key}); });
 }
 
@@ -117,7 +117,7 @@ void add_check(command const& config) {
     command const check =
         config.add("check", phrase::config_check_about, phrase::config_check_notes).with_json().with_report();
     values& given = check.keep<values>();
-    check.argument("FILE", given.files, phrase::config_files_argument)->required();
+    check.argument("FILE", given.files, phrase::config_files_argument).required();
     check.runs([&given](session const& session) { return check_config(session, to_texts(given.files)); });
 }
 

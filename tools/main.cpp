@@ -24,12 +24,12 @@ void add_inspect_command(command const& root) {
     };
     command const inspect = root.add("inspect", phrase::inspect_about, phrase::inspect_notes);
     values& given = inspect.keep<values>();
-    inspect.argument("FILE", given.path, phrase::buffer_argument)->required();
-    CLI::Option* const labeled = inspect.flag("--labeled", given.is_labeled, phrase::labeled_option);
-    CLI::Option* const text = inspect.flag("--text", given.is_text, phrase::text_option);
-    CLI::Option* const binary = inspect.option("--binary", given.pattern, phrase::binary_option, "PATTERN");
-    text->excludes(labeled);
-    binary->excludes(labeled)->excludes(text);
+    inspect.argument("FILE", given.path, phrase::buffer_argument).required();
+    parameter const labeled = inspect.flag("--labeled", given.is_labeled, phrase::labeled_option);
+    parameter const text = inspect.flag("--text", given.is_text, phrase::text_option);
+    parameter const binary = inspect.option("--binary", given.pattern, phrase::binary_option, "PATTERN");
+    text.excludes(labeled);
+    binary.excludes(labeled).excludes(text);
     inspect.runs([&given](session const& session) {
         auto const form = given.is_labeled ? inspect_options::labeled
                           : given.is_text  ? inspect_options::text
