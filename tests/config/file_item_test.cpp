@@ -132,7 +132,7 @@ TEST_F(ConfigFile, GrammarMakesEntries) {
 }
 
 TEST_F(ConfigFile, FilesAsPeopleWriteThem) {
-    auto const data = std::filesystem::path(__FILE__).parent_path() / "data";
+    auto const data = std::filesystem::path(ZOLT_SOURCE_DIR "/tests/config/data");
     for (char const* name :
          {"relay.conf", "mirrors.cfg", "editor.ini", "viewer.cfg", "repository.ini", "player.ini"}) {
         SCOPED_TRACE(name);
