@@ -7,8 +7,6 @@
 #include <zolt/system/io.hpp>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 namespace tools {
 namespace {
@@ -20,11 +18,6 @@ bool is_catalog_file(ustring8 const& path) {
 }
 
 } // namespace
-
-ustring8 real_path(ustring8 const& path) {
-    std::unique_ptr<char, decltype(&std::free)> const real(::realpath(path.c_str(), nullptr), &std::free);
-    return real ? ustring8(real.get()) : path;
-}
 
 std::vector<ustring8> catalog_files(ustring8 const& path) {
     if (!zolt::system::io::is_directory(path)) return {path};

@@ -10,9 +10,6 @@
 
 namespace tools {
 
-/// The path without links and "..", as far as the file is there; else the path itself.
-ustring8 real_path(ustring8 const& path);
-
 /// The path itself, or the .xmc and .xml files below a directory in the order of their names.
 std::vector<ustring8> catalog_files(ustring8 const& path);
 

@@ -3,13 +3,12 @@
 #include "catalog_sources.hpp"
 
 #include "catalog_paths.hpp"
+#include "files.hpp"
 #include "languages.hpp"
 #include "source_map.hpp"
 
-#include <zolt/exceptions/exception.hpp>
 #include <zolt/parser/xml_token_stream.hpp>
 #include <zolt/strings/string_utility.hpp>
-#include <zolt/system/file_utility.hpp>
 #include <zolt/system/io.hpp>
 
 #include <algorithm>
@@ -20,14 +19,6 @@ namespace {
 using zolt::parser::xml_parser;
 using zolt::parser::xml_token_stream;
 using token = xml_token_stream::token;
-
-bool load(ustring8 const& path, ustring8& text) {
-    try {
-        return zolt::system::load_file(path, text) == 0;
-    } catch (zolt::exceptions::exception const&) {
-        return false;
-    }
-}
 
 /// Turns the tokens of one file into elements.
 class element_reader {

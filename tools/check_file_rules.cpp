@@ -3,13 +3,12 @@
 #include "check_file_rules.hpp"
 
 #include "catalog_paths.hpp"
+#include "files.hpp"
 #include "languages.hpp"
 #include "notation.hpp"
 
-#include <zolt/exceptions/exception.hpp>
 #include <zolt/i18n/format_value.hpp>
 #include <zolt/strings/string_utility.hpp>
-#include <zolt/system/file_utility.hpp>
 #include <zolt/system/io.hpp>
 
 #include <unistd.h>
@@ -64,14 +63,6 @@ std::size_t sequence_length(std::string_view text) {
 ustring8 hexadecimal(unsigned byte) {
     constexpr char digits[] = "0123456789ABCDEF";
     return {digits[byte / 16], digits[byte % 16]};
-}
-
-bool load(ustring8 const& path, ustring8& text) {
-    try {
-        return zolt::system::load_file(path, text) == 0;
-    } catch (zolt::exceptions::exception const&) { // larger than a string can be
-        return false;
-    }
 }
 
 bool is_unit(type_t type) { return type == message_item::memory_unit || type == message_item::metric_unit; }

@@ -4,14 +4,13 @@
 
 #include "catalog_sources.hpp"
 #include "catalog_texts.hpp"
+#include "files.hpp"
 #include "findings.hpp"
 #include "languages.hpp"
 #include "po_exchange.hpp"
 #include "po_file.hpp"
 #include "result_file.hpp"
 
-#include <zolt/exceptions/exception.hpp>
-#include <zolt/system/file_utility.hpp>
 #include <zolt/system/io.hpp>
 
 #include <algorithm>
@@ -258,14 +257,6 @@ public:
 
 private:
     using result = po_importer::result;
-
-    static bool load(ustring8 const& path, ustring8& bytes) {
-        try {
-            return zolt::system::load_file(path, bytes) == 0;
-        } catch (zolt::exceptions::exception const&) {
-            return false;
-        }
-    }
 
     void find(ustring8 const& path, std::size_t line, std::size_t column, std::string_view rule, phrase id,
               severity level = severity::error) {

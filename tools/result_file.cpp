@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "result_file.hpp"
 
-#include "catalog_paths.hpp"
+#include "files.hpp"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// Files by their paths.
+#pragma once
+
+#include "library.hpp"
+
+namespace tools {
+
+/// The path without links and "..", as far as the file is there; else the path itself.
+ustring8 real_path(ustring8 const& path);
+
+/// The content of a file. False when it cannot be read, or is larger than a string can be.
+bool load(ustring8 const& path, ustring8& content);
+
+} // namespace tools
