@@ -4,6 +4,7 @@
 
 #include "files.hpp"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -45,6 +46,18 @@ bool take_over(int descriptor, struct stat const& old) {
     return ::fchmod(descriptor, old.st_mode & (has_owner ? permission_bits : plain_permission_bits)) == 0;
 }
 
+// A name is in its directory for good only when that is on the disk, too. Where the system cannot do that for a
+// directory, the new file is in its place all the same.
+int sync_directory_of(ustring8 const& path) {
+    ustring8::size_type const slash = path.rfind('/');
+    ustring8 const directory = slash == ustring8::npos ? ustring8(".") : ustring8(path.substr(0, slash + 1));
+    int const descriptor = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor == -1) return 0;
+    int const error = ::fsync(descriptor) != 0 && errno == EIO ? EIO : 0;
+    ::close(descriptor);
+    return error;
+}
+
 } // namespace
 
 result_file::result_file(ustring8 const& path) : m_path(target_of(path)) {
@@ -83,7 +96,7 @@ int result_file::commit() {
     if (m_error != 0 || m_temporary.empty()) return m_error;
     if (std::rename(m_temporary.c_str(), m_path.c_str()) != 0) return m_error = errno;
     m_temporary.clear();
-    return 0;
+    return m_error = sync_directory_of(m_path);
 }
 
 void result_file::keep_error() {

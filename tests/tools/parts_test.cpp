@@ -4,6 +4,7 @@
 #include "tools/languages.hpp"
 #include "tools/notation.hpp"
 #include "tools/program_messages.hpp"
+#include "tools/result_file.hpp"
 #include "tools/run_program.hpp"
 #include "tools/source_map.hpp"
 #include "tools/terminal.hpp"
@@ -13,10 +14,26 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <sys/syscall.h>
+
 #include <algorithm>
 #include <memory>
 #include <set>
 #include <utility>
+
+namespace {
+
+std::string s_synced; // what has been brought to the disk: f(ile), d(irectory)
+
+} // namespace
+
+// In front of the C library's.
+extern "C" int fsync(int descriptor) {
+    struct stat status {};
+    s_synced += ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode) ? 'd' : 'f';
+    return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
 
 namespace {
 
@@ -163,6 +180,21 @@ TEST(SourceMap, ReadsAnything) {
         EXPECT_GE(map.fault_line(100, 100), 1u);
         EXPECT_LE(map.fault_line(100, 100), 3u);
     }
+}
+
+using ResultFile = in_directory;
+
+// First the content, then the name of the file, here of one that a link leads to.
+TEST_F(ResultFile, IsOnTheDiskWhenCommitted) {
+    store("old", "file");
+    std::filesystem::create_symlink("file", directory + "/link");
+    result_file file{ustring8(directory + "/link")};
+    ASSERT_NE(nullptr, file.stream());
+    std::fputs("new", file.stream());
+    EXPECT_EQ("", s_synced);
+    EXPECT_EQ(0, file.commit());
+    EXPECT_EQ("fd", s_synced);
+    EXPECT_EQ("new", content("file"));
 }
 
 } // namespace
