@@ -110,21 +110,9 @@ private:
     tag read_comment() {
         auto const end = m_text.find("-->", m_at + 4);
         if (end == std::string_view::npos) return fail();
-        note_ignored(m_text.substr(m_at + 4, end - m_at - 4));
+        append_ignored(m_text.substr(m_at + 4, end - m_at - 4), m_ignored);
         m_at = end + 3;
         return tag::comment;
-    }
-
-    void note_ignored(std::string_view comment) {
-        std::size_t count = 0;
-        while (true) {
-            comment.remove_prefix(std::min(comment.size(), comment.find_first_not_of(blanks)));
-            auto const word = comment.substr(0, comment.find_first_of(" \t\r\n,:"));
-            if (word.empty() || (count == 0 && word != ignore_mark)) return;
-            if (count++ != 0) m_ignored.push_back(word);
-            if (comment.substr(word.size(), 1) == ":") return; // the reason follows
-            comment.remove_prefix(std::min(comment.size(), word.size() + 1));
-        }
     }
 
     std::string_view read_name() {
@@ -333,6 +321,18 @@ scanned_attribute const* scanned_element::find(std::string_view name) const {
 std::string_view scanned_element::value_of(std::string_view name) const {
     scanned_attribute const* const found = find(name);
     return found ? found->value : std::string_view();
+}
+
+void append_ignored(std::string_view comment, std::vector<std::string_view>& words) {
+    std::size_t count = 0;
+    while (true) {
+        comment.remove_prefix(std::min(comment.size(), comment.find_first_not_of(blanks)));
+        auto const word = comment.substr(0, comment.find_first_of(" \t\r\n,:"));
+        if (word.empty() || (count == 0 && word != ignore_mark)) return;
+        if (count++ != 0) words.push_back(word);
+        if (comment.substr(word.size(), 1) == ":") return; // the reason follows
+        comment.remove_prefix(std::min(comment.size(), word.size() + 1));
+    }
 }
 
 scan_result scan_catalog_file(std::string_view text, std::deque<std::string>& values, catalog_visitor& visitor) {

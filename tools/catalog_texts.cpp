@@ -6,6 +6,7 @@
 // without a value, stands in the argument's name, which may hold the separators, too.
 #include "catalog_texts.hpp"
 
+#include "catalog_scan.hpp"
 #include "notation.hpp"
 
 #include <zolt/i18n/_private/xmc_file_loader.hpp>
@@ -16,6 +17,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace tools {
 namespace {
@@ -112,6 +114,9 @@ public:
         case token::character:
             if (m_place == place::message) m_items.add_characters(next.value());
             return m_place != place::line_break;
+        case token::comment:
+            note_ignored(next.value());
+            return true;
         default:
             return true;
         }
@@ -131,6 +136,7 @@ private:
         case place::root:
             m_catalog.clear();
             m_language.clear();
+            m_ignored.clear();
             return go(name == "include" ? place::include : place::catalog) &&
                    (name == "catalog" || name == "include");
         case place::catalog:
@@ -139,6 +145,7 @@ private:
             m_name.clear();
             m_meta.clear();
             m_start = m_line;
+            m_ignored_here = std::exchange(m_ignored, {});
             return name == "msg" && go(place::message);
         case place::message:
             if (name == "br") return go(place::line_break);
@@ -176,7 +183,8 @@ private:
         if (m_skipped != 0) return void(--m_skipped);
         switch (m_place) {
         case place::message:
-            m_messages.push_back({m_catalog, message_t(m_name, m_items.finish(), m_meta), m_file.index, m_start});
+            m_messages.push_back({m_catalog, message_t(m_name, m_items.finish(), m_meta), m_file.index, m_start,
+                                  std::move(m_ignored_here)});
             m_messages.back().message._orginal_locale(m_language);
             go(place::catalog);
             break;
@@ -191,6 +199,14 @@ private:
         default:
             go(m_place == place::root ? place::document : place::root);
         }
+    }
+
+    // In a catalog, before a message.
+    void note_ignored(ustring8 const& comment) {
+        if (m_place != place::catalog || m_skipped != 0) return;
+        std::vector<std::string_view> words;
+        append_ignored(comment, words);
+        m_ignored.insert(m_ignored.end(), words.begin(), words.end());
     }
 
     bool go(place where) {
@@ -211,6 +227,8 @@ private:
     ustring8 m_meta;
     unsigned m_start = 1;
     item_list m_items;
+    std::vector<ustring8> m_ignored;      // for the next message
+    std::vector<ustring8> m_ignored_here; // in this one
 };
 
 //--------------------------------------------------------------------------------------------------

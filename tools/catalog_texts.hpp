@@ -23,6 +23,7 @@ struct catalog_message {
     zolt::i18n::message_t message; ///< with the language of its catalog, never an empty one
     std::size_t file;              ///< index within catalog_sources
     unsigned line;
+    std::vector<ustring8> ignored{}; ///< rules that the comment "zolt-ignore ..." before it names
 };
 
 /// Appends the messages of a well-formed file, without those of its includes, in one pass. Returns 0, or

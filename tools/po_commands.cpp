@@ -80,6 +80,9 @@ private:
     }
 
     void find(catalog_message const& entry, severity level, std::string_view rule, phrase id) {
+        bool const is_ignored = std::any_of(entry.ignored.begin(), entry.ignored.end(),
+                                            [rule](std::string_view ignored) { return ignored == rule; });
+        if (is_ignored) return;
         ustring8 const text =
             m_session.texts.get(id, {{"message", entry.message.name()}, {"lang", entry.message._orginal_locale()}});
         m_findings.add({path_of(entry), entry.line, 1, level, rule, text, scope_of(entry)});

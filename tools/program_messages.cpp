@@ -306,8 +306,9 @@ constexpr program_messages::built_in texts[] = {
      "Every message is an entry with msgctxt \"catalog/message\" and the reference text as msgid. Placeholders "
      "are {{name}}, and \"#.\" tells their types and options. With --lang one language goes to the output, also "
      "one that has no catalog yet.\nA translation that gettext would refuse is marked as fuzzy, but import-po "
-     "keeps it. A text that a PO file cannot hold is an error, and nothing is written; with --ignore=po-text it "
-     "is left out.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written."},
+     "keeps it. A text that a PO file cannot hold is an error, and nothing is written; with --ignore=po-text, or "
+     "a comment \"zolt-ignore po-text\" before the message, it is left out.\nExit status: 0; 1 with findings; 2 "
+     "when a file cannot be read or written."},
     {phrase::import_po_about, "catalog.import_po.about", "Makes a catalog file of PO files"},
     {phrase::import_po_notes, "catalog.import_po.notes",
      "Entries need msgctxt \"catalog/message\"; for files of other programs give --catalog. The language is that "

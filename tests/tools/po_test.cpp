@@ -304,6 +304,13 @@ constexpr finding_row finding_rows[] = {
     {"export-po --dir . f", HEADER "<catalog lang='en'><msg name='m'/>\n<msg name='m'/></catalog></xmc>", 0,
      "f:4:1: warning: message \"m\" is there already in language \"en\"; this one is left out "
      "[duplicate-message]\n"},
+    {"export-po --dir . f",
+     HEADER "<catalog lang='en'><!--zolt-ignore po-text: no text--><msg name='m'>\xFF</msg><!--zolt-ignore "
+            "duplicate-message--><msg name='n'><!--zolt-ignore duplicate-message--></msg>\n<msg "
+            "name='n'/></catalog></xmc>",
+     0,
+     "f:4:1: warning: message \"n\" is there already in language \"en\"; this one is left out "
+     "[duplicate-message]\n"},
     {"export-po f", HEADER "</xmc>", 2,
      "zolt: name a language with --lang, or with --dir a directory for all of them\n"},
     {"export-po --dir . g", "", 2, "zolt: there is no file or directory \"g\"\n"},
