@@ -218,44 +218,6 @@ TEST_F(ConfigCommands, AreNotSlowedDownByManyFaultsOrLongLines) {
     EXPECT_EQ(sections + "\nk = 1\n", edit_config_text(sections, change, edit_reach::one_statement).text);
 }
 
-// Examples of the guide: a file in ```ini, then commands and what they write in ```console.
-TEST_F(ConfigCommands, GuideIsTrue) {
-    std::istringstream guide(content_of(ZOLT_SOURCE_DIR "/docs/guide/configuration_lines.md"));
-    std::string block;
-    std::string command;
-    std::string expected;
-    int files = 0;
-    auto const check = [&] {
-        if (command.empty()) return;
-        bool const is_zolt = command.starts_with("zolt ");
-        // Backslashes mean themselves.
-        std::string const words =
-            std::regex_replace(command.substr(command.find(' ') + 1), std::regex(R"(\\)"), R"(\\)");
-        program_run const result = run(words, {.program = is_zolt ? ZOLT_PROGRAM : "/bin/" + command.substr(0, 3)});
-        std::string const shown = result.err + result.out;
-        EXPECT_EQ(expected, shown + (shown.empty() || shown.ends_with('\n') ? "" : "\n")) << command;
-        command.clear();
-    };
-    for (std::string line; std::getline(guide, line);) {
-        if (line.starts_with("```")) {
-            check();
-            if (block == "```ini") {
-                store(expected, "tool.cfg");
-                ++files;
-            }
-            block = block.empty() ? line : "";
-            expected.clear();
-        } else if (block == "```console" && line.starts_with("$ ")) {
-            check();
-            command = line.substr(2);
-            expected.clear();
-        } else {
-            expected += line + "\n";
-        }
-    }
-    EXPECT_EQ(11, files);
-}
-
 class ConfigChanges : public in_directory {
 protected:
     // What a command makes of a file, its exit status and complaint.
