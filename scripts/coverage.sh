@@ -26,7 +26,7 @@ programs=("$build"/zolt/libzolt-*.*.so)
 for program in "$build"/tests/*_test "$build"/fuzz/*_fuzz; do
     programs+=(-object "$program")
 done
-others="^$PWD/(tests|fuzz|examples)/|^/usr/(include|src/googletest)/"
+others="^$PWD/(tests|fuzz|examples|tools)/|^/usr/(include|src/googletest)/"
 llvm-cov show "${programs[@]}" -instr-profile "$build/profile" -ignore-filename-regex "$others" \
     -format html -show-branches=count -output-dir "$build/html"
 llvm-cov export "${programs[@]}" -instr-profile "$build/profile" -ignore-filename-regex "$others" -summary-only |
