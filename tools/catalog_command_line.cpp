@@ -4,10 +4,13 @@
 // The command line of `zolt catalog`: one function for each command.
 #include "catalog_check.hpp"
 #include "catalog_commands.hpp"
+#include "catalog_missing.hpp"
+#include "catalog_stats.hpp"
 #include "check_rules.hpp"
 #include "command_line.hpp"
 #include "po_commands.hpp"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -111,6 +114,41 @@ void add_import_po(command const& catalog) {
     });
 }
 
+void add_missing(command const& catalog) {
+    struct values {
+        std::vector<std::string> paths;
+        std::size_t allowed = 0;
+    };
+    command const missing =
+        catalog.add("missing", phrase::missing_about, phrase::missing_notes).with_json().with_report();
+    values& given = missing.keep<values>();
+    missing.argument("PATH", given.paths, phrase::paths_argument)->required();
+    missing.option("--allow-missing", given.allowed, phrase::allow_missing_option, "N")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->type_name("N");
+    missing.runs([&given](session const& session) {
+        return find_missing(session, {to_texts(given.paths), given.allowed});
+    });
+}
+
+void add_stats(command const& catalog) {
+    struct values {
+        std::vector<std::string> paths;
+        bool is_gettext = false;
+        std::optional<std::string> chart;
+    };
+    command const stats = catalog.add("stats", phrase::stats_about, phrase::stats_notes).with_json();
+    values& given = stats.keep<values>();
+    stats.argument("PATH", given.paths, phrase::paths_argument)->required();
+    stats.flag("--gettext", given.is_gettext, phrase::gettext_option);
+    stats.option("--svg", given.chart, phrase::svg_option, "FILE");
+    stats.runs([&given](session const& session) {
+        stats_options options{to_texts(given.paths), given.is_gettext, {}};
+        if (given.chart) options.chart = *given.chart;
+        return count_translations(session, options);
+    });
+}
+
 } // namespace
 
 void add_catalog_commands(command const& root) {
@@ -121,6 +159,8 @@ void add_catalog_commands(command const& root) {
     add_check(catalog);
     add_export_po(catalog);
     add_import_po(catalog);
+    add_missing(catalog);
+    add_stats(catalog);
 }
 
 } // namespace tools

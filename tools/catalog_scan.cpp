@@ -56,6 +56,12 @@ public:
         return m_result;
     }
 
+    // The text is a message of a file that is well-formed.
+    void scan_message() {
+        m_open = {"xmc", "catalog"};
+        read_markup();
+    }
+
 private:
     enum class tag { start, empty, end, comment, none };
 
@@ -244,6 +250,7 @@ private:
     void start_message() {
         static_cast<scanned_element&>(m_message) = std::move(m_element);
         m_element = {};
+        m_message.pieces.clear();
         m_message.argument_count = 0;
         m_message.references.clear();
         m_message.spaces_after_br.clear();
@@ -258,8 +265,10 @@ private:
         if (m_name == "br") {
             if (!m_element.attributes.empty()) be_unusual();
             last = last_piece::line_break;
+            m_message.pieces.push_back({scanned_piece::kind::line_break, {}});
         } else if (m_name == "arg" || m_name == "argument") {
             last = last_piece::argument;
+            m_message.pieces.push_back({scanned_piece::kind::argument, m_element.value_of("name")});
             if (m_message.argument_count == m_message.arguments.size()) m_message.arguments.emplace_back();
             std::swap(m_message.arguments[m_message.argument_count++], m_element);
         } else {
@@ -278,6 +287,7 @@ private:
             if (found.text.empty()) return void(fail());
             m_message.references.push_back({found.text, m_at + at});
         }
+        m_message.pieces.push_back({scanned_piece::kind::text, text});
         std::size_t const first = text.find_first_not_of(blanks);
         if (first != 0) {
             if (last == last_piece::none && m_message.space_at_start == no_offset) m_message.space_at_start = m_at;
@@ -310,6 +320,41 @@ private:
     scanned_message m_message;
 };
 
+// Blanks at the start go, other runs of them become one; what references stand for stays as it is.
+void append_text(std::string& joined, std::string_view text) {
+    while (!text.empty()) {
+        char const c = text.front();
+        reference const found = c == '&' ? read_reference(text) : reference{};
+        if (!found.text.empty()) {
+            joined += found.value;
+        } else if (!is_blank(c)) {
+            joined += c;
+        } else if (!joined.empty() && joined.back() != ' ') {
+            joined += ' ';
+        }
+        text.remove_prefix(std::max<std::size_t>(1, found.text.size()));
+    }
+}
+
+class text_collector : public catalog_visitor {
+public:
+    std::string joined;
+
+    void message(scanned_message const& message) override {
+        for (scanned_piece const& piece : message.pieces) {
+            if (piece.what == scanned_piece::kind::text) {
+                append_text(joined, piece.text);
+            } else if (piece.what == scanned_piece::kind::line_break) {
+                joined += '\n';
+            } else {
+                ((joined += argument_start).append(piece.text)) += argument_end;
+            }
+        }
+    }
+    void start_catalog(scanned_element const&) override {}
+    void include(scanned_element const&) override {}
+};
+
 } // namespace
 
 scanned_attribute const* scanned_element::find(std::string_view name) const {
@@ -337,6 +382,13 @@ void append_ignored(std::string_view comment, std::vector<std::string_view>& wor
 
 scan_result scan_catalog_file(std::string_view text, std::deque<std::string>& values, catalog_visitor& visitor) {
     return scanner(text, values, visitor).scan();
+}
+
+std::string read_message_text(std::string_view message) {
+    std::deque<std::string> values;
+    text_collector collector;
+    scanner(message, values, collector).scan_message();
+    return std::move(collector.joined);
 }
 
 } // namespace tools

@@ -43,8 +43,15 @@ struct scanned_reference {
     std::size_t offset;
 };
 
+/// A part of a message: a run of text as it is written, a line break, or an argument by its name.
+struct scanned_piece {
+    enum class kind { text, line_break, argument } what;
+    std::string_view text;
+};
+
 struct scanned_message : scanned_element {
-    std::size_t end = 0;                     ///< behind "</msg>"
+    std::size_t end = 0; ///< behind "</msg>"
+    std::vector<scanned_piece> pieces{};
     std::deque<scanned_element> arguments{}; ///< reused; see argument_count
     std::size_t argument_count = 0;
     std::vector<scanned_reference> references{};
@@ -76,5 +83,11 @@ void append_ignored(std::string_view comment, std::vector<std::string_view>& wor
 /// Calls the visitor in document order, up to a fault of the XML itself. `values` takes what has to be decoded;
 /// it and the text live as long as what the visitor keeps.
 scan_result scan_catalog_file(std::string_view text, std::deque<std::string>& values, catalog_visitor& visitor);
+
+/// The text of a message of such a file, from "<msg" to "</msg>", as the library reads it. An argument is its name
+/// between the two marks.
+inline constexpr char argument_start = '\1';
+inline constexpr char argument_end = '\2';
+std::string read_message_text(std::string_view message);
 
 } // namespace tools

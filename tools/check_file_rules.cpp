@@ -94,7 +94,7 @@ void file_rules::check(std::uint32_t file) {
     m_starts.clear();
     std::size_t const messages = m_tree.messages.size();
     std::size_t const arguments = m_tree.arguments.size();
-    find_byte_faults();
+    if (m_has_rules) find_byte_faults();
     entry.result = scan_catalog_file(m_text, entry.values, *this);
     report_bytes_before(m_text.size());
     if (entry.result == scan_result::not_well_formed) {
@@ -114,13 +114,14 @@ void file_rules::start_catalog(scanned_element const& catalog) {
     rule_set const ignored = set_of(catalog.ignored);
     m_language = none;
     if (language.empty()) {
+        if (!m_has_rules) return;
         m_report.add(rule_id::catalog_without_lang, m_file, catalog.offset, ignored, name,
                      m_report.texts().get(phrase::no_language, {{"catalog", shown(name)}}));
         return;
     }
     m_catalog = catalog_of(name);
     m_language = language_of(language);
-    m_is_checked = m_wanted.empty() || m_tree.languages[m_language].id == m_wanted;
+    m_is_checked = m_has_rules && (m_wanted.empty() || m_tree.languages[m_language].id == m_wanted);
     if (m_is_checked) check_spelling(catalog, ignored, name);
     m_starts.push_back({m_catalog, {m_language, {m_file, catalog.offset, ignored, 0}}});
 }
@@ -164,7 +165,7 @@ void file_rules::include(scanned_element const& include) {
         m_report.add(id, m_file, attribute->offset, ignored, {},
                      m_report.texts().get(text, {{"path", shown_path}}));
     };
-    if (!given.empty() && is_absolute_include(given))
+    if (m_has_rules && !given.empty() && is_absolute_include(given))
         add(rule_id::include_absolute, phrase::absolute_include, given);
     bool const has_nul = given.find('\0') != ustring8::npos;
     if (given.empty() || has_nul || !zolt::system::io::is_file(path) || ::access(path.c_str(), R_OK) != 0) {
@@ -187,6 +188,7 @@ void file_rules::message(scanned_message const& message) {
                          .language = m_language,
                          .next = none,
                          .offset = message.offset,
+                         .end = message.end,
                          .first_argument = m_tree.arguments.size(),
                          .argument_count = 0,
                          .last_text = message.last_text,

@@ -23,6 +23,8 @@ public:
     /// With a language only catalogs in it are looked at; the others are kept for comparisons.
     file_rules(check_tree& tree, rule_report const& report, ustring8 const& language)
         : m_tree(tree), m_report(report), m_wanted(language) {}
+    /// Fills the tree and reports nothing but includes that keep a file from being loaded.
+    file_rules(check_tree& tree, rule_report const& report) : m_tree(tree), m_report(report), m_has_rules(false) {}
 
     /// Adds a file to the tree unless it is there. Returns its index.
     std::uint32_t plan(ustring8 const& path);
@@ -66,6 +68,7 @@ private:
     check_tree& m_tree;
     rule_report const& m_report;
     ustring8 m_wanted;
+    bool m_has_rules = true;
     std::map<ustring8, std::uint32_t> m_known; // files by real path
     std::map<ustring8, std::uint32_t> m_languages;
     std::map<ustring8, std::uint32_t> m_catalogs;

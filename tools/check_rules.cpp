@@ -41,7 +41,11 @@ constexpr rule rules[] = {
     {rule_id::load, "load", error, phrase::about_load, R"(<msg name="a" note="b">Text</msg>)"},
     {rule_id::missing_message, "missing-message", warning, phrase::about_missing_message,
      R"(en: <msg name="a">Text</msg> de: -)"},
+    {rule_id::missing_translation, "missing-translation", error, phrase::about_missing_translation,
+     R"(en: <msg name="a">Text</msg> de: -)"},
     {rule_id::nbsp_is_blank, "nbsp-is-blank", warning, phrase::about_nbsp_is_blank, "10&nbsp;km"},
+    {rule_id::obsolete_message, "obsolete-message", warning, phrase::about_obsolete_message,
+     R"(en: - de: <msg name="a">Text</msg>)"},
     {rule_id::placeholder_set, "placeholder-set", error, phrase::about_placeholder_set,
      R"(en: <arg name="user"/> de: <arg name="benutzer"/>)"},
     {rule_id::placeholder_type, "placeholder-type", error, phrase::about_placeholder_type,
@@ -53,6 +57,8 @@ constexpr rule rules[] = {
      R"(<arg name="n" type="integer"/>)"},
     {rule_id::unrendered_type, "unrendered-type", error, phrase::about_unrendered_type,
      R"(<arg name="when" type="date"/>)"},
+    {rule_id::untranslated_copy, "untranslated-copy", warning, phrase::about_untranslated_copy,
+     "en: Save the file de: Save the file"},
 };
 
 constexpr bool are_in_order() {

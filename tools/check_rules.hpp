@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// The rules of `zolt catalog check`, one row each in a table. Those that look at one message, catalog or
-// include are in check_file_rules, those that compare in check_tree_rules.
+// The rules of `zolt catalog check` and `missing`, one row each in a table. Those that look at one message,
+// catalog or include are in check_file_rules, those that compare in check_tree_rules, those of `missing` in
+// catalog_missing.
 #pragma once
 
 #include "findings.hpp"
@@ -30,13 +31,16 @@ enum class rule_id : unsigned {
     invalid_utf8,
     load,
     missing_message,
+    missing_translation,
     nbsp_is_blank,
+    obsolete_message,
     placeholder_set,
     placeholder_type,
     punctuation,
     unit_pair,
     unknown_type,
     unrendered_type,
+    untranslated_copy,
     count_of_rules
 };
 

@@ -3,9 +3,46 @@
 #include "check_tree.hpp"
 
 #include <algorithm>
+#include <cstring>
+#include <map>
+#include <random>
 #include <string>
+#include <unordered_map>
+#include <utility>
 
 namespace tools {
+namespace {
+
+struct group_key {
+    std::uint32_t catalog;
+    std::string_view name;
+    friend bool operator==(group_key const&, group_key const&) = default;
+};
+
+// Names are foreign: with a seed of its own, a run cannot be made to find all of them in one place.
+struct seeded_hash {
+    std::uint64_t seed;
+
+    std::size_t operator()(group_key const& key) const {
+        std::uint64_t hash = mix(seed, key.catalog + key.name.size() * 0x100000001B3u);
+        std::string_view rest = key.name;
+        while (!rest.empty()) {
+            std::uint64_t word = 0;
+            std::size_t const size = std::min(rest.size(), sizeof word);
+            std::memcpy(&word, rest.data(), size);
+            hash = mix(hash, word);
+            rest.remove_prefix(size);
+        }
+        return static_cast<std::size_t>(hash ^ (hash >> 32));
+    }
+
+    static std::uint64_t mix(std::uint64_t hash, std::uint64_t word) {
+        hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
+        return hash ^ (hash >> 29);
+    }
+};
+
+} // namespace
 
 text_place place_of(checked_file& file, std::size_t offset) {
     std::vector<std::size_t>& starts = file.line_starts;
@@ -16,6 +53,34 @@ text_place place_of(checked_file& file, std::size_t offset) {
     }
     auto const next = std::upper_bound(starts.begin(), starts.end(), offset);
     return {static_cast<std::size_t>(next - starts.begin()), offset - *(next - 1) + 1};
+}
+
+void group_messages(check_tree& tree) {
+    std::random_device source;
+    std::unordered_map<group_key, std::uint32_t, seeded_hash> known(
+        tree.messages.size(), seeded_hash{(std::uint64_t(source()) << 32) | 1});
+    for (std::uint32_t i = 0; i != tree.messages.size(); ++i) {
+        checked_message const& message = tree.messages[i];
+        auto const number = static_cast<std::uint32_t>(tree.groups.size());
+        auto const entry = known.try_emplace({message.catalog, message.name}, number);
+        if (entry.second) {
+            tree.groups.push_back({i, i});
+        } else {
+            message_group& group = tree.groups[entry.first->second];
+            tree.messages[std::exchange(group.last, i)].next = i;
+        }
+    }
+}
+
+std::vector<std::uint32_t> languages_of(check_tree const& tree) {
+    std::map<std::string_view, std::uint32_t> sorted;
+    for (checked_catalog const& catalog : tree.catalogs) {
+        for (auto const& [language, start] : catalog.languages)
+            sorted.emplace(tree.languages[language].id, language);
+    }
+    std::vector<std::uint32_t> result;
+    for (auto const& [id, language] : sorted) result.push_back(language);
+    return result;
 }
 
 ustring8 shown(std::string_view name) {

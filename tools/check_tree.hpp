@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// check_tree: what `zolt catalog check` keeps of all files while it reads each of them once, and how a rule
-// says what it has found.
+// check_tree: what `zolt catalog check`, `missing` and `stats` keep of all files while they read each of them
+// once, and how a rule says what it has found.
 #pragma once
 
 #include "catalog_scan.hpp"
@@ -77,6 +77,7 @@ struct checked_message {
     std::uint32_t language;
     std::uint32_t next; ///< the next one of this name and catalog
     std::size_t offset;
+    std::size_t end;            ///< behind "</msg>"
     std::size_t first_argument; ///< in check_tree::arguments, sorted and each only once
     std::size_t argument_count;
     std::string_view last_text;
@@ -99,6 +100,12 @@ struct check_tree {
     std::vector<checked_argument> arguments{};
     std::vector<message_group> groups{};
 };
+
+/// Fills the groups of a tree that is complete.
+void group_messages(check_tree& tree);
+
+/// The languages of all catalogs in the order of their ids.
+std::vector<std::uint32_t> languages_of(check_tree const& tree);
 
 /// Line and column of an offset, both from 1.
 struct text_place {

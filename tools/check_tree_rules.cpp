@@ -2,17 +2,12 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "check_tree_rules.hpp"
 
-#include "languages.hpp"
 #include "notation.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <map>
-#include <numeric>
-#include <random>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 namespace tools {
@@ -24,35 +19,6 @@ constexpr std::size_t deepest_include = 1000; // of the library
 constexpr std::size_t most_placeholders = 20; // missing from one message
 constexpr std::size_t most_missing = 20;      // messages that a catalog lacks in one language; others are counted
 constexpr std::size_t most_languages = 1000;  // of a catalog, to ask each for what it lacks
-
-struct group_key {
-    std::uint32_t catalog;
-    std::string_view name;
-    friend bool operator==(group_key const&, group_key const&) = default;
-};
-
-// Names are foreign: with a seed of its own, a run cannot be made to find all of them in one place.
-struct seeded_hash {
-    std::uint64_t seed;
-
-    std::size_t operator()(group_key const& key) const {
-        std::uint64_t hash = mix(seed, key.catalog + key.name.size() * 0x100000001B3u);
-        std::string_view rest = key.name;
-        while (!rest.empty()) {
-            std::uint64_t word = 0;
-            std::size_t const size = std::min(rest.size(), sizeof word);
-            std::memcpy(&word, rest.data(), size);
-            hash = mix(hash, word);
-            rest.remove_prefix(size);
-        }
-        return static_cast<std::size_t>(hash ^ (hash >> 32));
-    }
-
-    static std::uint64_t mix(std::uint64_t hash, std::uint64_t word) {
-        hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
-        return hash ^ (hash >> 29);
-    }
-};
 
 //--------------------------------------------------------------------------------------------------
 // Punctuation
@@ -116,47 +82,25 @@ bool tree_rules::is_wanted(std::uint32_t language) const {
 }
 
 void tree_rules::check_messages() {
-    build_groups();
+    group_messages(m_tree);
     rank_languages();
     m_first.assign(m_tree.languages.size(), none);
     for (message_group const& group : m_tree.groups) check_group(group);
     count_missing();
 }
 
-void tree_rules::build_groups() {
-    std::random_device source;
-    std::unordered_map<group_key, std::uint32_t, seeded_hash> known(
-        m_tree.messages.size(), seeded_hash{(std::uint64_t(source()) << 32) | 1});
-    for (std::uint32_t i = 0; i != m_tree.messages.size(); ++i) {
-        checked_message const& message = m_tree.messages[i];
-        auto const number = static_cast<std::uint32_t>(m_tree.groups.size());
-        auto const entry = known.try_emplace({message.catalog, message.name}, number);
-        if (entry.second) {
-            m_tree.groups.push_back({i, i});
-        } else {
-            message_group& group = m_tree.groups[entry.first->second];
-            m_tree.messages[std::exchange(group.last, i)].next = i;
-        }
-    }
-}
-
 void tree_rules::rank_languages() {
     std::vector<checked_language> const& languages = m_tree.languages;
     std::map<std::string_view, std::uint32_t> ids;
-    for (std::uint32_t i = 0; i != languages.size(); ++i) ids.emplace(languages[i].id, i);
+    language_choice choice;
+    for (std::uint32_t i = 0; i != languages.size(); ++i) {
+        ids.emplace(languages[i].id, i);
+        choice.add(languages[i].id, i);
+    }
     m_rank.resize(languages.size());
     std::uint32_t rank = 1;
     for (auto const& [id, language] : ids) m_rank[language] = id == m_reference ? 0 : rank++;
-    m_bases.resize(languages.size());
-    for (std::uint32_t i = 0; i != languages.size(); ++i) {
-        auto const add = [&](std::string_view id) {
-            auto const found = ids.find(id);
-            if (found != ids.end()) m_bases[i].push_back(found->second);
-        };
-        add(languages[i].id);
-        for_each_base(languages[i].id, add);
-        add(".");
-    }
+    for (checked_language const& each : languages) m_serving.push_back(choice.for_request(each.id));
 }
 
 void tree_rules::check_group(message_group const& group) {
@@ -200,16 +144,18 @@ void tree_rules::check_duplicates(message_group const& group) {
     for (std::uint32_t const language : m_ids) m_first[language] = none;
 }
 
-// A regional catalog need not repeat what its base language has, and "." serves every language.
+// A regional catalog need not repeat what its base language has, nor any catalog what stands in "." alone.
 void tree_rules::check_missing(message_group const& group) {
     checked_message const& any = m_tree.messages[group.first];
     checked_catalog& catalog = m_tree.catalogs[any.catalog];
     if (catalog.languages.size() > most_languages) return;
     for (auto& [language, start] : catalog.languages) {
         if (m_tree.languages[language].id == "." || !is_wanted(language)) continue;
-        std::vector<std::uint32_t> const& bases = m_bases[language];
-        if (std::any_of(bases.begin(), bases.end(), [&](std::uint32_t base) { return m_first[base] != none; }))
-            continue;
+        std::vector<serving_language> const& serving = m_serving[language];
+        auto const best = std::find_if(serving.begin(), serving.end(), [&](serving_language const& each) {
+            return m_first[each.language] != none;
+        });
+        if (best != serving.end() && best->is_fitting) continue;
         if (start.missing++ >= most_missing) continue;
         ustring8 scope = catalog.name;
         scope.append("/").append(any.name);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "check_tree.hpp"
+#include "language_choice.hpp"
 #include "library.hpp"
 
 #include <cstddef>
@@ -28,7 +29,6 @@ public:
     std::vector<std::uint32_t> check_includes();
 
 private:
-    void build_groups();
     void rank_languages();
     void check_group(message_group const& group);
     void check_duplicates(message_group const& group);
@@ -44,10 +44,10 @@ private:
     rule_report const& m_report;
     ustring8 m_reference;
     ustring8 m_wanted;
-    std::vector<std::uint32_t> m_rank;               // of a language: the reference, then by id
-    std::vector<std::vector<std::uint32_t>> m_bases; // of a language: itself and those that serve it
-    std::vector<std::uint32_t> m_first;              // of a language: its first message in the group
-    std::vector<std::uint32_t> m_ids;                // what one group has to be remembered by
+    std::vector<std::uint32_t> m_rank;                    // of a language: the reference, then by id
+    std::vector<std::vector<serving_language>> m_serving; // of a language
+    std::vector<std::uint32_t> m_first;                   // of a language: its first message in the group
+    std::vector<std::uint32_t> m_ids;                     // what one group has to be remembered by
 };
 
 } // namespace tools

@@ -89,6 +89,7 @@ void finding_list::append_to(json_writer& json) {
         json.member("severity", severity_word(found.level));
         json.member("rule", found.rule);
         json.member("text", found.text);
+        for (auto const& [name, value] : found.details) json.member(name, value);
         json.end_object();
     }
     json.end_array();

@@ -17,6 +17,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tools {
@@ -32,6 +33,8 @@ struct finding {
     std::string_view rule; ///< its id, which lives as long as the program
     ustring8 text;         ///< of the library also several lines: what is wrong, what was met, and where
     ustring8 scope{};      ///< "catalog/message", by which --ignore may silence it
+    /// Further members of its JSON form; the names live as long as the program.
+    std::vector<std::pair<std::string_view, ustring8>> details{};
 };
 
 class finding_list {
@@ -40,6 +43,7 @@ public:
 
     /// Keeps the finding unless it is to be ignored.
     void add(finding found);
+    bool is_ignored(finding const& found) const;
 
     /// In the order of files, lines and columns, each only once.
     std::vector<finding> const& sorted();
@@ -53,8 +57,6 @@ public:
     void append_to(json_writer& json);
 
 private:
-    bool is_ignored(finding const& found) const;
-
     session const& m_session;
     std::vector<finding> m_findings;
     bool m_is_sorted = true;

@@ -385,6 +385,80 @@ constexpr program_messages::built_in texts[] = {
      "\"{key:string}\" is set in line {line:int} already; this one counts"},
     {phrase::config_case_difference, "finding.config_case_difference",
      "\"{key:string}\" is the key of line {line:int} but for upper and lower case; this one counts"},
+    // zolt catalog missing and stats.
+    {phrase::missing_about, "catalog.missing.about",
+     "Tells what languages lack, have too much or left untranslated"},
+    {phrase::missing_notes, "catalog.missing.notes",
+     "Every message of the reference language (--ref) is looked up as a program would that asks for the "
+     "language: in the language, in its base and in \".\". What comes from elsewhere, or from nowhere, is "
+     "missing and reported where the reference has it; --allow-missing=N lets each language lack N messages. "
+     "A message that the reference does not have is obsolete. A text that is still that of the reference is "
+     "a copy, unless it holds no words or may be a name: of a single word, or of words that are not written "
+     "small, most other languages have to have another text.\n"
+     "Each language ends in a line that also tells from which languages its texts come. With --lang only one "
+     "is looked at, also one that has no catalog yet. --ignore and a comment \"zolt-ignore RULE\" before a "
+     "message silence the rules missing-translation (before that of the reference), obsolete-message and "
+     "untranslated-copy.\n"
+     "Exit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when something could not be "
+     "read.\n"
+     "Example: zolt catalog missing --lang de --allow-missing=5 texts"},
+    {phrase::stats_about, "catalog.stats.about", "Counts how far each language is translated"},
+    {phrase::stats_notes, "catalog.stats.notes",
+     "A row for each catalog of a language, and one for all of them: messages of the reference language "
+     "(--ref) in all, those that are translated or missing, messages that the reference does not have, texts "
+     "that are still those of the reference, and the words of the reference in what is translated. What "
+     "counts as which is told by \"zolt catalog missing --help\". The per cent are rounded down, so that 100 "
+     "means all.\n"
+     "--gettext writes for each language the sentence of msgfmt --statistics: fuzzy are texts with other "
+     "placeholders, or other line ends at their edges, than the reference; empty texts are untranslated. "
+     "--svg draws a bar for each language.\n"
+     "Exit status: 0; 1 when a file is faulty, and 2 when one cannot be read or written; then nothing is "
+     "written.\n"
+     "Example: zolt catalog stats --svg languages.svg texts"},
+    {phrase::allow_missing_option, "option.allow_missing",
+     "Up to N missing messages of a language are warnings, no errors"},
+    {phrase::gettext_option, "option.gettext", "Write the sentence of msgfmt --statistics for each language"},
+    {phrase::svg_option, "option.svg",
+     "Draw the languages into this file; \"-\" is the output, in place of the table"},
+    {phrase::no_reference, "error.no_reference",
+     "there is no catalog in the reference language \"{language:string}\"; --ref names another"},
+    {phrase::too_many_languages, "error.too_many_languages",
+     "{n:int} languages are too many to be looked at together; name one with --lang"},
+    {phrase::translation_is_missing, "finding.translation_is_missing",
+     "message \"{message:string}\" of catalog \"{catalog:string}\" is missing in language "
+     "\"{language:string}\"; nothing is shown"},
+    {phrase::translation_is_served, "finding.translation_is_served",
+     "message \"{message:string}\" of catalog \"{catalog:string}\" is missing in language "
+     "\"{language:string}\"; it is shown in \"{served:string}\""},
+    {phrase::more_translations_missing, "finding.more_translations_missing",
+     "{n:int} more messages are missing in language \"{language:string}\"; --lang lists more of them"},
+    {phrase::message_is_obsolete, "finding.message_is_obsolete",
+     "message \"{message:string}\" of catalog \"{catalog:string}\" in language \"{language:string}\" is not "
+     "in the reference language \"{reference:string}\""},
+    {phrase::message_is_copy, "finding.message_is_copy",
+     "message \"{message:string}\" of catalog \"{catalog:string}\" in language \"{language:string}\" is "
+     "still the text of the reference language \"{reference:string}\""},
+    {phrase::served_by_none, "missing.served_by_none", "none"},
+    {phrase::missing_summary, "missing.summary",
+     "{language:string}: missing {missing:int}, obsolete {obsolete:int}, same {copies:int}; texts from "
+     "{served:string}"},
+    {phrase::total_heading, "heading.total", "Total"},
+    {phrase::translated_heading, "heading.translated", "Translated"},
+    {phrase::missing_heading, "heading.missing", "Missing"},
+    {phrase::obsolete_heading, "heading.obsolete", "Obsolete"},
+    {phrase::copies_heading, "heading.copies", "Same"},
+    {phrase::words_heading, "heading.words", "Words"},
+    {phrase::all_catalogs, "stats.all_catalogs", "(all)"},
+    {phrase::chart_title, "chart.title", "Translated messages"},
+    {phrase::chart_copies, "chart.copies", "Same as the reference"},
+    {phrase::about_missing_translation, "rule.missing_translation",
+     "A message of the reference that neither a language nor its base has, for \"zolt catalog missing\"."},
+    {phrase::about_obsolete_message, "rule.obsolete_message",
+     "A message that the reference does not have is never shown where its program follows the reference, for "
+     "\"zolt catalog missing\"."},
+    {phrase::about_untranslated_copy, "rule.untranslated_copy",
+     "A text that is still that of the reference was forgotten, unless it is a name, for \"zolt catalog "
+     "missing\"."},
 };
 
 constexpr bool are_in_order() {

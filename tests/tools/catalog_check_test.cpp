@@ -232,7 +232,8 @@ protected:
 };
 
 TEST_F(CatalogRules, FindAFaultAndPassItsCleanTwin) {
-    std::set<std::string> rules;
+    // those of `catalog missing` have a table of their own
+    std::set<std::string> rules{"missing-translation", "obsolete-message", "untranslated-copy"};
     for (rule_row const& row : rule_rows) {
         SCOPED_TRACE(row.fault);
         rules.insert(row.rule);
