@@ -2,14 +2,23 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "catalog_commands.hpp"
 
-#include "catalog_sources.hpp"
+#include "catalog_paths.hpp"
+#include "check_file_rules.hpp"
+#include "check_tree.hpp"
+#include "check_tree_rules.hpp"
+#include "findings.hpp"
 #include "json.hpp"
 #include "notation.hpp"
 #include "render_values.hpp"
 
 #include <zolt/exceptions/exception.hpp>
 #include <zolt/i18n/message_catalogs.hpp>
+#include <zolt/system/io.hpp>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -40,27 +49,71 @@ struct catalog_counts {
     std::size_t messages;
 };
 
-// Every language is loaded too, so that whatever an application would stumble over is reported.
-bool count_all(session const& session, ustring8 const& path, std::vector<catalog_counts>& counts) {
-    catalog_sources sources;
-    sources.add(path);
-    while (sources.read_next()) {
+// Below the library's own limit for one load; it is asked about larger trees.
+constexpr std::size_t most_plain_files = 10000;
+
+// Reads all files, each once. False when the library may refuse one of them in some language.
+bool read_tree(session const& session, ustring8 const& path, check_tree& tree) {
+    if (!zolt::system::io::is_directory(path) && !zolt::system::io::is_file(path)) return false;
+    finding_list found(session);
+    rule_report const report(session, tree, found);
+    file_rules files(tree, report);
+    for (ustring8 const& file : catalog_files(path)) files.plan(file);
+    bool is_plain = !tree.files.empty();
+    progress_bar progress(session.err);
+    for (std::uint32_t i = 0; i != tree.files.size(); ++i) {
+        if (!session.options.is_quiet) progress.show(i, tree.files.size());
+        files.check(i);
+        is_plain = is_plain && tree.files[i].is_readable && tree.files[i].result == scan_result::plain;
     }
-    std::map<ustring8, ustring8> languages = sources.languages();
-    if (languages.empty()) languages.emplace("en", "en");
-    for (auto const& [normalized, language] : languages) {
-        message_catalogs catalogs;
-        if (!load(session, catalogs, path, language)) return false;
+    group_messages(tree);
+    bool const has_chains = !tree_rules(tree, report, {}, {}).check_includes().empty();
+    return is_plain && !has_chains && found.sorted().empty() && tree.files.size() < most_plain_files;
+}
+
+std::vector<catalog_counts> count_messages(check_tree const& tree) {
+    // by catalog, then by language
+    std::vector<std::map<std::uint32_t, std::size_t>> in_language(tree.catalogs.size());
+    std::vector<std::size_t> messages(tree.catalogs.size());
+    for (message_group const& group : tree.groups) {
+        std::uint32_t const catalog = tree.messages[group.first].catalog;
+        ++messages[catalog];
+        std::set<std::uint32_t> languages;
+        for (std::uint32_t i = group.first; i != none; i = tree.messages[i].next)
+            languages.insert(tree.messages[i].language);
+        for (std::uint32_t const language : languages) ++in_language[catalog][language];
     }
-    for (auto const& [name, texts] : sources.catalogs()) {
-        std::set<ustring8> messages;
-        catalog_counts& entry = counts.emplace_back(catalog_counts{name, {}, 0});
-        for (auto const& [normalized, in_language] : texts) {
-            entry.languages.emplace_back(in_language.language, in_language.messages.size());
-            for (auto const& [message, places] : in_language.messages) messages.insert(message);
+    std::vector<catalog_counts> counts;
+    for (std::size_t i = 0; i != tree.catalogs.size(); ++i) {
+        checked_catalog const& catalog = tree.catalogs[i];
+        if (catalog.languages.empty()) continue;
+        std::map<ustring8, std::pair<ustring8, std::size_t>> sorted; // by id
+        for (auto const& [language, start] : catalog.languages) {
+            checked_language const& each = tree.languages[language];
+            sorted.emplace(each.id, std::pair(each.spelling, in_language[i][language]));
         }
-        entry.messages = messages.size();
+        catalog_counts& entry = counts.emplace_back(catalog_counts{catalog.name, {}, messages[i]});
+        for (auto const& [id, count] : sorted) entry.languages.push_back(count);
     }
+    std::sort(counts.begin(), counts.end(),
+              [](catalog_counts const& a, catalog_counts const& b) { return a.catalog < b.catalog; });
+    return counts;
+}
+
+// Whatever an application would stumble over is reported, in any language.
+bool count_all(session const& session, ustring8 const& path, std::vector<catalog_counts>& counts) {
+    check_tree tree;
+    if (!read_tree(session, path, tree)) {
+        std::vector<ustring8> languages;
+        for (std::uint32_t const language : languages_of(tree))
+            languages.push_back(tree.languages[language].spelling);
+        if (languages.empty()) languages.emplace_back("en");
+        for (ustring8 const& language : languages) {
+            message_catalogs catalogs;
+            if (!load(session, catalogs, path, language)) return false;
+        }
+    }
+    counts = count_messages(tree);
     return true;
 }
 

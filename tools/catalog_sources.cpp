@@ -9,6 +9,7 @@
 
 #include <zolt/parser/xml_token_stream.hpp>
 #include <zolt/strings/string_utility.hpp>
+#include <zolt/system/file_utility.hpp>
 #include <zolt/system/io.hpp>
 
 #include <algorithm>
@@ -136,16 +137,7 @@ source_file const* catalog_sources::read_next() {
         std::optional<ustring8> const path = file.included_path(element);
         if (path && zolt::system::io::is_file(*path)) plan(*path);
     }
-    if (file.is_well_formed) index(file);
     return &file;
-}
-
-std::map<ustring8, ustring8> catalog_sources::languages() const {
-    std::map<ustring8, ustring8> result;
-    for (auto const& [name, texts] : m_catalogs) {
-        for (auto const& [language, entry] : texts) result.emplace(language, entry.language);
-    }
-    return result;
 }
 
 source_file const* catalog_sources::find(ustring8 const& path) const {
@@ -155,33 +147,6 @@ source_file const* catalog_sources::find(ustring8 const& path) const {
 
 void catalog_sources::plan(ustring8 const& path) {
     if (m_known.emplace(real_path(path), m_paths.size()).second) m_paths.push_back(path);
-}
-
-// One walk in document order; the entry of the innermost catalog and message is at hand.
-void catalog_sources::index(source_file const& file) {
-    language_texts* texts = nullptr;
-    std::set<ustring8>* placeholders = nullptr;
-    for (element const& element : file.elements) {
-        if (is_catalog(file, element)) {
-            ustring8 const language = text_of(element, "lang");
-            texts = nullptr;
-            placeholders = nullptr;
-            if (language.empty()) continue;
-            auto& languages = m_catalogs[text_of(element, "name")];
-            auto const entry = languages.try_emplace(normalized_language(language),
-                                                     language_texts{language, {&file, &element}, {}, {}});
-            texts = &entry.first->second;
-        } else if (texts && element.name == "msg" && file.parent_name(element) == "catalog") {
-            ustring8 const name = text_of(element, "name");
-            std::vector<place>& places = texts->messages[name];
-            places.push_back({&file, &element});
-            placeholders = places.size() == 1 ? &texts->placeholders[name] : nullptr;
-        } else if (placeholders && (element.name == "arg" || element.name == "argument") &&
-                   file.parent_name(element) == "msg") {
-            bool const is_text = zolt::strings::to_lower(text_of(element, "type")) == "value";
-            if (!is_text) placeholders->insert(text_of(element, "name"));
-        }
-    }
 }
 
 } // namespace tools

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 //
-// Catalog files as their authors wrote them: every element with its line, and an index of the
-// catalogs by name and language. The library's own collection keeps only the messages that win for
-// one language; this keeps all of them.
+// Catalog files as their authors wrote them: every element with its line. The library's own collection
+// keeps only the messages that win for one language; this keeps all of them.
 #pragma once
 
 #include "library.hpp"
@@ -12,7 +11,6 @@
 #include <deque>
 #include <map>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -50,23 +48,6 @@ struct source_file {
     std::map<ustring8, ustring8> languages() const;
 };
 
-/// Where an element stands.
-struct place {
-    source_file const* file;
-    element const* where;
-};
-
-/// What all files together hold of one catalog in one language.
-struct language_texts {
-    ustring8 language;                                   ///< as first written
-    place start;                                         ///< the first catalog element
-    std::map<ustring8, std::vector<place>> messages;     ///< by name, in the order of the files
-    std::map<ustring8, std::set<ustring8>> placeholders; ///< the argument names of the first of each name
-};
-
-/// By normalized language.
-using catalog_texts = std::map<ustring8, language_texts>;
-
 class catalog_sources {
 public:
     catalog_sources() = default;
@@ -86,23 +67,15 @@ public:
     std::size_t total() const { return m_paths.size(); }
 
     std::deque<source_file> const& files() const { return m_files; }
-    /// By catalog name. Files that are not well-formed contribute nothing, nor do catalogs without a
-    /// language.
-    std::map<ustring8, catalog_texts> const& catalogs() const { return m_catalogs; }
-    /// The languages of all catalogs: normalized, and as first written.
-    std::map<ustring8, ustring8> languages() const;
-
     /// The file at a path, however it is spelled; null when it was not read.
     source_file const* find(ustring8 const& path) const;
 
 private:
     void plan(ustring8 const& path);
-    void index(source_file const& file);
 
     std::vector<ustring8> m_paths;           // as they are shown
     std::map<ustring8, std::size_t> m_known; // by real path
     std::deque<source_file> m_files;
-    std::map<ustring8, catalog_texts> m_catalogs;
 };
 
 } // namespace tools
