@@ -43,7 +43,7 @@ parameter add_message_arguments(command const& command, message_values& given) {
 }
 
 void add_show(command const& catalog) {
-    command const show = catalog.add("show", phrase::show_about, phrase::show_notes);
+    command const show = catalog.add("show", phrase::show_about, phrase::show_notes).with_json();
     message_values& given = show.keep<message_values>();
     add_message_arguments(show, given);
     show.runs([&given](session const& session) {
@@ -54,7 +54,7 @@ void add_show(command const& catalog) {
 }
 
 void add_render(command const& catalog) {
-    command const render = catalog.add("render", phrase::render_about, phrase::render_notes);
+    command const render = catalog.add("render", phrase::render_about, phrase::render_notes).with_json();
     message_values& given = render.keep<message_values>();
     add_message_arguments(render, given).required();
     render.argument("ARGUMENT", given.arguments, phrase::values_argument);
@@ -66,18 +66,14 @@ void add_render(command const& catalog) {
 void add_check(command const& catalog) {
     struct values {
         std::vector<std::string> paths;
-        bool is_list = false;
     };
-    command const check = catalog.add("check", phrase::check_about, phrase::check_notes).with_json().with_report();
+    command const check = catalog.add("check", phrase::check_about, phrase::check_notes)
+                              .with_json()
+                              .with_report()
+                              .with_rules(catalog_rules());
     values& given = check.keep<values>();
-    check.argument("PATH", given.paths, phrase::paths_argument);
-    check.flag("--list-rules", given.is_list, phrase::list_rules_option);
-    check.runs([&given](session const& session) {
-        if (given.is_list) return list_rules(session), exit_good;
-        if (!given.paths.empty()) return check_catalogs(session, to_texts(given.paths));
-        session.complain(session.texts.get(phrase::no_paths));
-        return exit_failed;
-    });
+    check.argument("PATH", given.paths, phrase::paths_argument)->required();
+    check.runs([&given](session const& session) { return check_catalogs(session, to_texts(given.paths)); });
 }
 
 void add_export_po(command const& catalog) {

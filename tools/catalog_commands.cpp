@@ -203,18 +203,56 @@ void print_messages(session const& session, std::vector<message_t const*> const&
     table.print(session.out);
 }
 
-// False when an argument is missing; each one is named once.
-bool has_all_arguments(session const& session, message_t const& message,
-                       zolt::generic::varg_list const& arguments) {
-    std::set<ustring8> missing;
+void print_messages_json(session const& session, ustring8 const& catalog,
+                         std::vector<message_t const*> const& messages) {
+    json_writer json;
+    json.begin_object();
+    json.member("catalog", catalog);
+    json.begin_array("messages");
+    for (message_t const* const message : messages) {
+        json.begin_object();
+        json.member("name", message->name());
+        json.member("language", message->_orginal_locale());
+        if (!message->meta().empty()) json.member("note", message->meta());
+        json.member("text", notation(*message));
+        json.begin_array("placeholders");
+        for (message_item const& item : *message) {
+            if (item.type() == message_item::value) continue;
+            json.begin_object();
+            json.member("name", item.name());
+            json.member("type", type_keyword(item.type()));
+            json.end_object();
+        }
+        json.end_array();
+        json.end_object();
+        session.out.write(json.take());
+    }
+    json.end_array();
+    json.end_object();
+    session.out.line(json.text());
+}
+
+/// Each one once, as they come in the text.
+std::vector<ustring8> missing_arguments(message_t const& message, zolt::generic::varg_list const& arguments) {
+    std::vector<ustring8> missing;
+    std::set<ustring8> seen;
     for (message_item const& item : message) {
         ustring8 const name = item.name();
         if (item.type() == message_item::value || arguments.has_argument(name)) continue;
-        if (missing.insert(name).second) {
-            session.complain(session.texts.get(phrase::missing_argument, {{"name", name}}));
-        }
+        if (seen.insert(name).second) missing.push_back(name);
     }
-    return missing.empty();
+    return missing;
+}
+
+void print_rendered_json(session const& session, ustring8 const& text, std::vector<ustring8> const& missing) {
+    json_writer json;
+    json.begin_object();
+    json.member("text", text);
+    json.begin_array("missing");
+    for (ustring8 const& name : missing) json.value(name);
+    json.end_array();
+    json.end_object();
+    session.out.line(json.text());
 }
 
 } // namespace
@@ -242,7 +280,7 @@ exit_status show_messages(session const& session, show_options const& options) {
     } else {
         for (auto const& [name, message] : *catalog) messages.push_back(&message);
     }
-    print_messages(session, messages);
+    session.is_json() ? print_messages_json(session, options.catalog, messages) : print_messages(session, messages);
     return exit_good;
 }
 
@@ -254,8 +292,12 @@ exit_status render_message(session const& session, render_options const& options
     catalog_t const* const catalog = find_catalog(session, catalogs, options.path, options.catalog);
     message_t const* const message = catalog ? find_message(session, *catalog, options.message) : nullptr;
     if (!message) return exit_findings;
-    session.out.line(message->as_utf8(arguments));
-    return has_all_arguments(session, *message, arguments) ? exit_good : exit_findings;
+    ustring8 const text = message->as_utf8(arguments);
+    std::vector<ustring8> const missing = missing_arguments(*message, arguments);
+    session.is_json() ? print_rendered_json(session, text, missing) : session.out.line(text);
+    for (ustring8 const& name : missing)
+        session.complain(session.texts.get(phrase::missing_argument, {{"name", name}}));
+    return missing.empty() ? exit_good : exit_findings;
 }
 
 } // namespace tools

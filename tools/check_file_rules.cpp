@@ -32,7 +32,7 @@ constexpr char separator = '\1';
 
 rule_set set_of(std::vector<std::string_view> const& words) {
     rule_set result = 0;
-    for (std::string_view const word : words) result |= find_rule(word);
+    for (std::string_view const word : words) result |= rule_set_of(word);
     return result;
 }
 

@@ -6,15 +6,14 @@
 // catalog_missing.
 #pragma once
 
-#include "findings.hpp"
-#include "program_messages.hpp"
+#include "rules.hpp"
 
 #include <cstdint>
 #include <string_view>
 
 namespace tools {
 
-/// In the order of their ids.
+/// In the order of their names, as is the table.
 enum class rule_id : unsigned {
     arg_name_not_first,
     bad_option,
@@ -44,23 +43,13 @@ enum class rule_id : unsigned {
     count_of_rules
 };
 
-struct rule {
-    rule_id id;
-    std::string_view name;
-    severity level;
-    phrase about;             ///< a sentence
-    std::string_view example; ///< what the rule finds
-};
-
+rule_table catalog_rules();
 rule const& get_rule(rule_id id);
 
 /// A set of rules.
 using rule_set = std::uint32_t;
 constexpr rule_set in_set(rule_id id) { return rule_set(1) << static_cast<unsigned>(id); }
 /// The rule of this name alone; empty when there is none.
-rule_set find_rule(std::string_view name);
-
-/// `zolt catalog check --list-rules`.
-void list_rules(session const& session);
+rule_set rule_set_of(std::string_view name);
 
 } // namespace tools

@@ -75,8 +75,13 @@ template parameter command::option(char const*, std::vector<std::string>&, phras
 
 void command::runs(std::function<exit_status(session const&)> action) const {
     m_app->callback([line = m_line, app = m_app, action = std::move(action)] {
-        line->m_action = action;
         line->m_chosen = app;
+        line->m_action = action;
+        if (!line->m_given.is_list_of_rules) return;
+        line->m_action = [&traits = line->m_traits[app]](session const& session) {
+            list_rules(session, traits.rules);
+            return exit_good;
+        };
     });
 }
 
@@ -87,6 +92,16 @@ command const& command::with_json() const {
 
 command const& command::with_report() const {
     m_line->m_traits[m_app].is_report = true;
+    return *this;
+}
+
+command const& command::with_rules(rule_table rules) const {
+    m_line->m_traits[m_app].rules = rules;
+    auto const list = [line = m_line, app = m_app] {
+        line->m_given.is_list_of_rules = true;
+        for (CLI::Option* const option : app->get_options()) option->required(false);
+    };
+    m_app->add_flag_callback("--list-rules", list, m_line->describe(phrase::list_rules_option));
     return *this;
 }
 
@@ -114,8 +129,9 @@ exit_status command_line::run(int argc, char** argv) {
         plain.complain(complaint.substr(0, complaint.find_last_not_of('\n') + 1));
         return exit_failed;
     }
-    if (!take_common_options()) {
-        plain.complain(m_texts.get(phrase::no_json));
+    take_common_options();
+    if (auto const fault = fault_of_options()) {
+        plain.complain(*fault);
         return exit_failed;
     }
     return m_options.result_file == "-" ? m_action(plain) : act(plain);
@@ -154,18 +170,27 @@ void command_line::add_common_options(CLI::App& app) {
         ->take_all();
 }
 
-// False when JSON is wanted of a command that writes none.
-bool command_line::take_common_options() {
+void command_line::take_common_options() {
     m_options.is_quiet = m_given.is_quiet;
     m_options.is_verbose = m_given.is_verbose;
     m_options.result_file = m_given.result_file;
-    bool const is_json = m_given.is_json || m_given.format == "json";
-    m_options.format = is_json ? output_format::json : output_format::text;
+    m_options.format = m_given.is_json || m_given.format == "json" ? output_format::json : output_format::text;
     if (m_chosen->get_option("--lang")->count() != 0) m_options.language = usable_language(m_given.language);
     m_options.reference = usable_language(m_given.reference);
     m_options.fail_on = parse_severity(m_given.fail_on);
     for (std::string const& text : m_given.ignored) m_options.ignored.push_back(parse_ignored(text));
-    return !is_json || m_traits[m_chosen].has_json;
+}
+
+// What the chosen command cannot do.
+std::optional<ustring8> command_line::fault_of_options() const {
+    auto const found = m_traits.find(m_chosen);
+    command_traits const traits = found == m_traits.end() ? command_traits() : found->second;
+    if (m_options.format == output_format::json && !traits.has_json) return m_texts.get(phrase::no_json);
+    for (auto const& [name, scope] : m_options.ignored) {
+        if (!traits.rules.empty() && !find_rule(traits.rules, name))
+            return m_texts.get(phrase::unknown_rule, {{"rule", name}});
+    }
+    return std::nullopt;
 }
 
 // With -o: the file is written when the command has ended well, or with a report of what it found.

@@ -19,11 +19,13 @@
 
 #include "library.hpp"
 #include "program_messages.hpp"
+#include "rules.hpp"
 #include "session.hpp"
 
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -74,6 +76,8 @@ public:
     command const& with_json() const;
     /// What it writes is a report for which -o is wanted with exit_findings, too.
     command const& with_report() const;
+    /// It has findings of these rules: it has --list-rules, and --ignore takes no other.
+    command const& with_rules(rule_table rules) const;
 
 private:
     command_line* m_line;
@@ -94,13 +98,15 @@ private:
     struct command_traits {
         bool has_json = false;
         bool is_report = false;
+        rule_table rules{};
     };
 
     ustring8 get(phrase id) const;      // text above or below the options
     ustring8 describe(phrase id) const; // text beside an option or a command's name
     void set_up(CLI::App& app, phrase about) const;
     void add_common_options(CLI::App& app);
-    bool take_common_options();
+    void take_common_options();
+    std::optional<ustring8> fault_of_options() const;
     exit_status act(session const& session) const;
 
     output& m_out;
@@ -117,6 +123,7 @@ private:
         bool is_quiet = false;
         bool is_verbose = false;
         bool is_json = false;
+        bool is_list_of_rules = false;
         std::string result_file = "-";
         std::string format = "text";
         std::string language;

@@ -5,6 +5,7 @@
 #include "command_line.hpp"
 #include "config_commands.hpp"
 #include "config_edit.hpp"
+#include "config_rules.hpp"
 
 #include <optional>
 #include <string>
@@ -73,7 +74,7 @@ void add_get(command const& config) {
         source_values sources;
         std::optional<std::string> default_value;
     };
-    command const get = config.add("get", phrase::config_get_about, phrase::config_get_notes);
+    command const get = config.add("get", phrase::config_get_about, phrase::config_get_notes).with_json();
     values& given = get.keep<values>();
     get.argument("KEY", given.key, phrase::key_argument).required();
     add_sources(get, given.sources);
@@ -114,8 +115,10 @@ void add_check(command const& config) {
     struct values {
         std::vector<std::string> files;
     };
-    command const check =
-        config.add("check", phrase::config_check_about, phrase::config_check_notes).with_json().with_report();
+    command const check = config.add("check", phrase::config_check_about, phrase::config_check_notes)
+                              .with_json()
+                              .with_report()
+                              .with_rules(config_rules());
     values& given = check.keep<values>();
     check.argument("FILE", given.files, phrase::config_files_argument).required();
     check.runs([&given](session const& session) { return check_config(session, to_texts(given.files)); });

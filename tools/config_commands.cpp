@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "config_commands.hpp"
 
+#include "config_rules.hpp"
 #include "config_statements.hpp"
 #include "config_text_edit.hpp"
 #include "findings.hpp"
@@ -158,16 +159,17 @@ void print_record(session const& session, setting const& which, shown_parts cons
     }
 }
 
+void append_values(json_writer& json, ustring8 const& key, std::vector<ustring8> const& values, bool is_array) {
+    json.member("key", key);
+    if (!is_array) return json.member("value", values.front());
+    json.begin_array("values");
+    for (ustring8 const& value : values) json.value(value);
+    json.end_array();
+}
+
 void append_json(json_writer& json, setting const& which, origins const* from) {
     json.begin_object();
-    json.member("key", which.key);
-    if (which.is_array) {
-        json.begin_array("values");
-        for (ustring8 const& value : which.values) json.value(value);
-        json.end_array();
-    } else {
-        json.member("value", which.values.front());
-    }
+    append_values(json, which.key, which.values, which.is_array);
     if (which.is_overridden) json.member("state", "overridden");
     if (from) {
         json.member("source", source_words[which.source]);
@@ -204,39 +206,12 @@ void print_value(session const& session, ustring8 const& value) {
 //--------------------------------------------------------------------------------------------------
 // check
 
-struct check_rule {
-    phrase text;
-    severity level; ///< an error where what is written is not there, or is something else
-    std::string_view id;
-};
-
-constexpr check_rule check_rules[] = {
-    {phrase::config_bom, severity::error, "byte-order-mark"},
-    {phrase::config_no_equals, severity::error, "key-without-value"},
-    {phrase::config_joined_key, severity::error, "key-without-value"},
-    {phrase::config_open_array, severity::error, "array-lost"},
-    {phrase::config_joined_array, severity::error, "array-runs-on"},
-    {phrase::config_open_string, severity::error, "unclosed-quote"},
-    {phrase::config_escaped_quote, severity::error, "unclosed-quote"},
-    {phrase::config_open_section, severity::error, "unclosed-section"},
-    {phrase::config_no_value, severity::warning, "empty-value"},
-    {phrase::config_blank, severity::warning, "blank-dropped"},
-    {phrase::config_cut, severity::warning, "comment-cut"},
-    {phrase::config_duplicate_key, severity::warning, "duplicate-key"},
-    {phrase::config_case_difference, severity::warning, "case-only-difference"},
-};
-
-check_rule const& rule_of(phrase text) {
-    return *std::find_if(std::begin(check_rules), std::end(check_rules),
-                         [text](check_rule const& rule) { return rule.text == text; });
-}
-
 void check_text(session const& session, finding_list& found, ustring8 const& path, ustring8 const& text) {
     for (auto const& [key, fault] : find_config_faults(text)) {
-        check_rule const& rule = rule_of(fault.text);
+        rule const& rule = config_rule_of(fault.text);
         auto const line = static_cast<unsigned long long>(fault.line);
         ustring8 const what = session.texts.get(fault.text, {{"key", key}, {"part", fault.part}, {"line", line}});
-        found.add({path, fault.place.line, fault.place.column, rule.level, rule.id, what});
+        found.add({path, fault.place.line, fault.place.column, rule.level, rule.name, what});
     }
 }
 
@@ -268,18 +243,29 @@ exit_status get_config(session const& session, config_get_options const& options
     config_settings const settings(options.sources);
     if (!is_loaded(session, settings)) return exit_failed;
     zolt::config::config_manager const& manager = settings.manager();
-    if (manager.is_array(options.key)) {
-        std::vector<zolt::types::variant> values;
-        manager.get_array(options.key, values);
-        for (zolt::types::variant const& value : values) print_value(session, value.as_utf8());
+    bool const is_array = manager.is_array(options.key);
+    std::vector<ustring8> values;
+    if (is_array) {
+        std::vector<zolt::types::variant> elements;
+        manager.get_array(options.key, elements);
+        for (zolt::types::variant const& element : elements) values.push_back(element.as_utf8());
     } else if (manager.value_exist(options.key)) {
-        print_value(session, manager.get_value(options.key, zolt::types::variant()).as_utf8());
+        values.push_back(manager.get_value(options.key, zolt::types::variant()).as_utf8());
     } else if (options.default_value) {
-        print_value(session, *options.default_value);
+        values.push_back(*options.default_value);
     } else {
         session.complain(session.texts.get(phrase::no_setting, {{"key", options.key}}));
         return exit_findings;
     }
+    if (!session.is_json()) {
+        for (ustring8 const& value : values) print_value(session, value);
+        return exit_good;
+    }
+    json_writer json;
+    json.begin_object();
+    append_values(json, options.key, values, is_array);
+    json.end_object();
+    session.out.line(json.text());
     return exit_good;
 }
 

@@ -12,9 +12,7 @@
 // The text is always valid UTF-8: bytes that are not become U+FFFD.
 #pragma once
 
-#include "library.hpp"
-
-#include <zolt/strings/unicode.hpp>
+#include "utf8.hpp"
 
 #include <cstddef>
 #include <string>
@@ -92,13 +90,12 @@ private:
 
     // Appends the first character of the text and returns the number of its bytes.
     std::size_t append_character(std::string_view text) {
-        unsigned long size = 0;
-        unsigned long const character =
-            zolt::strings::unichar(text.data(), static_cast<unsigned long>(text.size()), 0, size);
-        if (size == zolt::strings::no_index || !is_shortest(character, size)) {
+        std::size_t const size = utf8_size(text);
+        if (size == 0) {
             m_text += "\\uFFFD";
             return 1;
         }
+        auto const character = static_cast<unsigned char>(text.front());
         if (character < 0x20) {
             constexpr char digits[] = "0123456789abcdef";
             ((m_text += "\\u00") += digits[character / 16]) += digits[character % 16];
@@ -107,13 +104,6 @@ private:
             m_text.append(text.substr(0, size));
         }
         return size;
-    }
-
-    // The library also reads overlong forms, surrogates and what lies beyond U+10FFFF.
-    static bool is_shortest(unsigned long character, unsigned long size) {
-        constexpr unsigned long smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-        bool const is_surrogate = character >= 0xD800 && character <= 0xDFFF;
-        return size <= 4 && character >= smallest[size] && character <= 0x10FFFF && !is_surrogate;
     }
 
     std::string m_text;

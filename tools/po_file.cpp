@@ -4,6 +4,8 @@
 // The reader goes line by line. A comment or a keyword that cannot belong to the entry at hand ends it.
 #include "po_file.hpp"
 
+#include "utf8.hpp"
+
 #include <zolt/strings/code_page.hpp>
 #include <zolt/strings/string_utility.hpp>
 
@@ -296,25 +298,6 @@ po_file fault_at_start(po_problem problem) {
 
 auto count_questions(std::string_view text) { return std::count(text.begin(), text.end(), '?'); }
 
-// Bytes from 0 up to the end of a sequence; 0 when it is broken.
-std::size_t sequence_size(std::string_view text) {
-    auto const byte = [text](std::size_t i) { return static_cast<unsigned char>(i < text.size() ? text[i] : 0); };
-    auto const continues = [&](std::size_t i) { return (byte(i) & 0xC0) == 0x80; };
-    unsigned const lead = byte(0);
-    unsigned const second = byte(1);
-    if (lead < 0x80) return 1;
-    if (lead >= 0xC2 && lead <= 0xDF) return continues(1) ? 2 : 0;
-    if (lead >= 0xE0 && lead <= 0xEF) {
-        bool const is_bad = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F);
-        return !is_bad && continues(1) && continues(2) ? 3 : 0;
-    }
-    if (lead >= 0xF0 && lead <= 0xF4) {
-        bool const is_bad = (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
-        return !is_bad && continues(1) && continues(2) && continues(3) ? 4 : 0;
-    }
-    return 0;
-}
-
 void append_escaped(ustring8& line, char c) {
     for (auto const [letter, byte] : named_escapes) {
         if (c != byte) continue;
@@ -407,15 +390,6 @@ std::optional<ustring8> take_quoted_po(std::string_view& rest) {
 
 bool is_po_text(std::string_view text) {
     return text.find_first_of({"\0\4", 2}) == std::string_view::npos && is_strict_utf8(text);
-}
-
-bool is_strict_utf8(std::string_view text) {
-    while (!text.empty()) {
-        std::size_t const size = sequence_size(text);
-        if (size == 0) return false;
-        text.remove_prefix(size);
-    }
-    return true;
 }
 
 } // namespace tools

@@ -79,7 +79,5 @@ std::optional<ustring8> take_quoted_po(std::string_view& rest);
 
 /// What PO files can hold: UTF-8 without overlong forms and surrogates, NUL and U+0004.
 bool is_po_text(std::string_view text);
-/// The first part of that alone.
-bool is_strict_utf8(std::string_view text);
 
 } // namespace tools

@@ -23,30 +23,35 @@ namespace {
 constexpr char catalog[] = "zolt";
 
 constexpr program_messages::built_in texts[] = {
-    {phrase::program_about, "program.about", "Works with the files of the zolt library."},
+    {phrase::program_about, "program.about",
+     "Works with message catalogs, configuration files and stored buffers."},
     {phrase::help_option, "option.help", "Print this help and exit"},
     {phrase::version_option, "option.version", "Print the version and exit"},
     {phrase::catalog_about, "catalog.about", "Message catalogs (.xmc files): list, show, render and check them"},
     {phrase::list_about, "list.about", "Lists catalogs with their languages and message counts"},
     {phrase::list_notes, "list.notes",
      "Without --lang, every language that occurs is listed with the number of its messages. With --lang, the "
-     "messages are counted that an application gets for this language, and the languages that they come from "
-     "are named.\nExit status: 0, or 2 when the path cannot be loaded."},
+     "messages are counted that an application gets for this language, and the languages that they come from are "
+     "named.\nExit status: 0, or 2 when the path cannot be loaded.\nExample: zolt catalog list --lang=de_AT "
+     "catalogs/"},
     {phrase::show_about, "show.about", "Shows messages with their placeholders and languages"},
     {phrase::show_notes, "show.notes",
-     "A placeholder is written {{name:type option=value}}; braces that belong to the text are doubled.\nExit "
-     "status: 0; 1 when there is no such catalog or message; 2 when the path cannot be loaded."},
+     "A placeholder is written {{name:type option=value}}; braces that belong to the text are doubled. In JSON "
+     "every message has a list of its placeholders, too.\nExit status: 0; 1 when there is no such catalog or "
+     "message; 2 when the path cannot be loaded.\nExample: zolt catalog show --lang=de_AT catalogs/ app greeting"},
     {phrase::render_about, "render.about", "Renders one message with the given arguments"},
     {phrase::render_notes, "render.notes",
-     "An argument that is missing shows as ?invalid?.\nExit status: 0; 1 when an argument is missing or there is "
-     "no such catalog or message; 2 when the path cannot be loaded or an argument does not fit."},
+     "An argument that is missing shows as ?invalid?; in JSON \"missing\" lists all of them.\nExit status: 0; 1 "
+     "when an argument is missing or there is no such catalog or message; 2 when the path cannot be loaded or an "
+     "argument does not fit.\nExample: zolt catalog render app.xmc app saved size:uint=5368709120 "
+     "t:double=93784.5"},
     {phrase::check_about, "check.about", "Checks catalog files and reports faults and gaps"},
     {phrase::check_notes, "check.notes",
      "Files are checked together with those that they include; --list-rules explains what is looked for. With "
      "--lang only catalogs in that language are looked at. --ignore silences a rule, and so does a comment "
      "\"zolt-ignore RULE\" before a message. A finding is written as file:line:column: error: text [rule] (or "
-     "warning, or note).\nExit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when "
-     "something could not be read."},
+     "warning, or note).\nExit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when something "
+     "could not be read.\nExample: zolt catalog check --fail-on=warning --ignore=punctuation catalogs/"},
     {phrase::path_argument, "argument.path", "Catalog file, or directory of .xmc and .xml files"},
     {phrase::paths_argument, "argument.paths", "Catalog files, or directories of .xmc and .xml files"},
     {phrase::catalog_argument, "argument.catalog", "Name of the catalog"},
@@ -116,40 +121,44 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_show_notes, "config.show.notes",
      "The sources are those of an application: its command line (ARGUMENT), a file and the environment, each of "
      "which hides those after it; an array hides all of another one. As in an application, -cfg_file=FILE among "
-     "the arguments chooses the file. Values are in quotes where a file needs them.\nExit status: 0, or 2 when "
-     "the file cannot be read."},
+     "the arguments chooses the file. Values are in quotes where a file needs them.\nExit status: 0, or 2 when the "
+     "file cannot be read.\nExample: zolt config show --file app.cfg --env -- -backup.level=3"},
     {phrase::config_get_about, "config.get.about", "Prints the value of one setting"},
     {phrase::config_get_notes, "config.get.notes",
-     "The sources are those of \"zolt config show\". An array is printed with one element in each line.\nExit "
-     "status: 0; 1 when there is no such setting and no default; 2 when the file cannot be read."},
+     "The sources are those of \"zolt config show\". An array is printed with one element in each line; in JSON it "
+     "has \"values\", another setting has a \"value\".\nExit status: 0; 1 when there is no such setting and no "
+     "default; 2 when the file cannot be read.\nExample: zolt config get net.port --file app.cfg --default 80"},
     {phrase::config_set_about, "config.set.about", "Sets one key of a file"},
     {phrase::config_set_notes, "config.set.notes",
-     "KEY[] or several values make an array; a file that is not there is made. The statement that sets the key "
-     "is changed where it stands, a new one goes to the end of its section; every other byte stays, comments "
-     "included. The file is replaced only when reading the new one gives all other settings as they were.\n"
-     "Exit status: 0; 1 when other statements do not let the key alone be changed; 2 when the file cannot be "
-     "read or written, or no written form holds the value."},
+     "KEY[] or several values make an array; a file that is not there is made. The statement that sets the key is "
+     "changed where it stands, a new one goes to the end of its section; every other byte stays, comments "
+     "included. The file is replaced only when reading the new one gives all other settings as they were.\nExit "
+     "status: 0; 1 when other statements do not let the key alone be changed; 2 when the file cannot be read or "
+     "written, or no written form holds the value.\nExample: zolt config set app.cfg net.port 8080"},
     {phrase::config_unset_about, "config.unset.about", "Removes one key or array from a file"},
     {phrase::config_unset_notes, "config.unset.notes",
      "The lines that set the key are removed, with the comments in them; every other byte stays. The file is "
-     "replaced as \"zolt config set\" does it.\nExit status: 0; 1 when there is no such key or the file was "
-     "left as it is; 2 when it cannot be read or written."},
+     "replaced as \"zolt config set\" does it.\nExit status: 0; 1 when there is no such key or the file was left "
+     "as it is; 2 when it cannot be read or written.\nExample: zolt config unset app.cfg net.port"},
     {phrase::config_check_about, "config.check.about",
      "Checks files for lines that do not mean what they seem to mean"},
     {phrase::config_check_notes, "config.check.notes",
-     "Rules whose findings are errors: array-lost, array-runs-on, byte-order-mark, key-without-value, "
-     "unclosed-quote, unclosed-section. Warnings: blank-dropped, case-only-difference, comment-cut, "
-     "duplicate-key, empty-value. docs/guide/configuration_lines.md has an example of each.\nExit status: 0; 1 with "
-     "findings at or above --fail-on; 2 when a file cannot be read."},
+     "For the application that reads it a file has no errors; the rules find what does not mean what it seems to "
+     "mean. --list-rules explains each with an example, --ignore silences it. A finding is written as "
+     "file:line:column: error: text [rule] (or warning).\nExit status: 0 without findings as bad as --fail-on "
+     "says; 1 with such; 2 when a file cannot be read.\nExample: zolt config check --ignore=blank-dropped "
+     "tool.cfg"},
     {phrase::inspect_about, "inspect.about", "Shows what a stored buffer holds"},
     {phrase::inspect_notes, "inspect.notes",
      "Every line starts with a position in bytes. Without an option, a labeled buffer is known by its whole "
-     "content and a text buffer by its first number; all else is shown in hexadecimal. A text buffer does not "
-     "tell numbers from the lengths of strings: what can be a number is shown as one.\nA PATTERN says what a "
-     "binary buffer holds: u1, u2, u4, u8 are unsigned and i1, i2, i4, i8 signed numbers of so many bytes, f4, "
-     "f8 floating-point numbers, s strings, b buffers. \"*\" repeats an item, or several in parentheses, up to "
-     "the end, \"*3\" three times: \"u4 (i2 s)*\".\nExit status: 0; 1 when the content is damaged; 2 when it "
-     "cannot be read."},
+     "content and a text buffer by its first number; all else is shown in hexadecimal. A text buffer does not tell "
+     "numbers from the lengths of strings: what can be a number is shown as one.\nA PATTERN says what a binary "
+     "buffer holds: u1, u2, u4, u8 are unsigned and i1, i2, i4, i8 signed numbers of so many bytes, f4, f8 "
+     "floating-point numbers, s strings, b buffers. \"*\" repeats an item, or several in parentheses, up to the "
+     "end, \"*3\" three times: \"u4 (i2 s)*\".\nIn JSON the items of groups follow their group, with a greater "
+     "\"depth\". Numbers are texts, since others may not hold 64 bits; what is no UTF-8 comes as hexadecimal "
+     "digits in \"hex\", or \"label_hex\".\nExit status: 0; 1 when the content is damaged; 2 when it cannot be "
+     "read.\nExample: zolt inspect --binary \"u4 (i2 s)*\" record.bin"},
     {phrase::key_argument, "argument.key", "Key of the setting, such as net.port"},
     {phrase::setting_values_argument, "argument.setting_values", "The value; several make an array"},
     {phrase::config_file_argument, "argument.config_file", "Configuration file"},
@@ -207,7 +216,6 @@ constexpr program_messages::built_in texts[] = {
 
     // zolt catalog check.
     {phrase::list_rules_option, "option.list_rules", "Explain every rule with an example"},
-    {phrase::no_paths, "error.no_paths", "PATH is missing: there is nothing to check"},
     {phrase::notes_one, "count.notes.one", "{n:int} note"},
     {phrase::notes_other, "count.notes.other", "{n:int} notes"},
     {phrase::other_spelling, "finding.other_spelling",
@@ -303,18 +311,19 @@ constexpr program_messages::built_in texts[] = {
     // Export and import of PO files.
     {phrase::export_po_about, "catalog.export_po.about", "Writes PO files for translators"},
     {phrase::export_po_notes, "catalog.export_po.notes",
-     "Every message is an entry with msgctxt \"catalog/message\" and the reference text as msgid. Placeholders "
-     "are {{name}}, and \"#.\" tells their types and options. With --lang one language goes to the output, also "
-     "one that has no catalog yet.\nA translation that gettext would refuse is marked as fuzzy, but import-po "
-     "keeps it. A text that a PO file cannot hold is an error, and nothing is written; with --ignore=po-text, or "
-     "a comment \"zolt-ignore po-text\" before the message, it is left out.\nExit status: 0; 1 with findings; 2 "
-     "when a file cannot be read or written."},
+     "Every message is an entry with msgctxt \"catalog/message\" and the reference text as msgid. Placeholders are "
+     "{{name}}, and \"#.\" tells their types and options. With --lang one language goes to the output, also one "
+     "that has no catalog yet.\nA translation that gettext would refuse is marked as fuzzy, but import-po keeps "
+     "it. A text that a PO file cannot hold is an error, and nothing is written; with --ignore=po-text, "
+     "or a comment \"zolt-ignore po-text\" before the message, it is left out.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written.\nExample: zolt catalog "
+     "export-po --dir po/ catalogs/"},
     {phrase::import_po_about, "catalog.import_po.about", "Makes a catalog file of PO files"},
     {phrase::import_po_notes, "catalog.import_po.notes",
      "Entries need msgctxt \"catalog/message\"; for files of other programs give --catalog. The language is that "
      "of --lang, else that of the file. Untranslated, fuzzy and obsolete entries are left out. Each plural form "
      "becomes a message of its own: name[0], name[1] and so on, with the file's rule for plurals as meta "
-     "text.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written."},
+     "text.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written.\nExample: zolt catalog "
+     "import-po po/de.po -o catalogs/app.de.xmc"},
     {phrase::po_files_argument, "argument.po_files", "PO files"},
     {phrase::po_directory_option, "option.po_directory", "Write LANGUAGE.po of every language into this directory"},
     {phrase::po_catalog_option, "option.po_catalog", "Catalog for all entries, which are named after their msgid"},
@@ -353,11 +362,12 @@ constexpr program_messages::built_in texts[] = {
     // Lists, edits and checks of configuration.
     {phrase::config_list_about, "config.list.about", "Lists settings with the places that they come from"},
     {phrase::config_list_notes, "config.list.notes",
-     "The sources are those of \"zolt config show\". Of one key the setting that counts comes first; --all "
-     "shows those after it that it hides. With -z a record is the key, a line feed, the value as it is and a "
-     "NUL; elements of an array are records of their own. Before the key come, each with a NUL, the origin "
-     "(\"command line\", \"environment\" or \"file:NAME:LINE\") with --show-origin, and \"effective\" or "
-     "\"overridden\" with --all.\nExit status: 0, or 2 when the file cannot be read."},
+     "The sources are those of \"zolt config show\". Of one key the setting that counts comes first; --all shows "
+     "those after it that it hides. With -z a record is the key, a line feed, the value as it is and a NUL; "
+     "elements of an array are records of their own. Before the key come, each with a NUL, the origin (\"command "
+     "line\", \"environment\" or \"file:NAME:LINE\") with --show-origin, and \"effective\" or \"overridden\" with "
+     "--all.\nExit status: 0, or 2 when the file cannot be read.\nExample: zolt config list --file app.cfg --env "
+     "--show-origin --all --mask=password"},
     {phrase::all_option, "option.all", "Show overridden settings, too"},
     {phrase::nul_option, "option.nul", "End records with NUL, for other programs"},
     {phrase::mask_option, "option.mask",
@@ -459,6 +469,41 @@ constexpr program_messages::built_in texts[] = {
     {phrase::about_untranslated_copy, "rule.untranslated_copy",
      "A text that is still that of the reference was forgotten, unless it is a name, for \"zolt catalog "
      "missing\"."},
+
+    // Rules of configuration files, and what pages and other programs read.
+    {phrase::about_array_lost, "rule.array_lost", "An array that ends in a comma or an empty element is not set."},
+    {phrase::about_array_runs_on, "rule.array_runs_on",
+     "A comma at the end of a line makes the next line a part of the array."},
+    {phrase::about_blank_dropped, "rule.blank_dropped", "Blanks inside a value are lost unless quotes keep them."},
+    {phrase::about_byte_order_mark, "rule.byte_order_mark", "A byte order mark becomes a part of the first key."},
+    {phrase::about_case_only_difference, "rule.case_only_difference",
+     "Keys that differ in upper and lower case only are one key, of which the last line counts."},
+    {phrase::about_comment_cut, "rule.comment_cut",
+     "A comment begins anywhere in a value and cuts it; quotes keep what was meant."},
+    {phrase::about_duplicate_key, "rule.duplicate_key", "Of several lines that set one key the last one counts."},
+    {phrase::about_empty_value, "rule.empty_value",
+     "A key without a value is not set: a file has no empty values."},
+    {phrase::about_key_without_value, "rule.key_without_value",
+     "A line without \"=\" sets nothing and becomes a part of the next key."},
+    {phrase::about_unclosed_quote, "rule.unclosed_quote",
+     "A string that is not closed takes what follows, line ends included."},
+    {phrase::about_unclosed_section, "rule.unclosed_section",
+     "A section that is not closed in its line takes what follows into its name."},
+    {phrase::unknown_rule, "error.unknown_rule",
+     "\"{rule:string}\" is no rule of this command; --list-rules shows those that are"},
+    {phrase::program_notes, "program.notes",
+     "\"zolt catalog\" has what translators need, \"zolt config\" what administrators need, and \"zolt inspect\" "
+     "shows what a stored buffer holds. Every command describes itself with --help. Results go to standard output "
+     "or to the file of --output; findings and complaints go to standard error. With --format=json most commands "
+     "write for other programs, in UTF-8 and in an order that does not change.\nExit status: 0 when all is well; 1 "
+     "when there is something to report, such as a fault that a check has found or a name that is not there; 2 "
+     "when something cannot be read or written or the command line is wrong.\nEnvironment: LC_ALL, LC_MESSAGES or "
+     "LANG choose the language of the program (English or German) and, without --lang, that of the messages that "
+     "it shows.\nZOLT_CATALOG_PATH names directories, separated by colons, in which catalogs with the texts of the "
+     "program itself are looked for first.\nWith NO_COLOR, unless it is empty, and with TERM=dumb nothing is in "
+     "colour.\nExample: zolt catalog check catalogs/\nzolt catalog render app.xmc app saved size:uint=5368709120 "
+     "t:double=93784.5\nzolt config list --file app.cfg --env --show-origin -- -backup.level=3\nzolt inspect "
+     "--binary \"u4 (i2 s)*\" record.bin"},
 };
 
 constexpr bool are_in_order() {

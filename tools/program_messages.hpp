@@ -145,7 +145,6 @@ enum class phrase : unsigned {
 
     // zolt catalog check.
     list_rules_option,
-    no_paths,
     notes_one,
     notes_other,
     other_spelling,
@@ -280,6 +279,21 @@ enum class phrase : unsigned {
     about_missing_translation,
     about_obsolete_message,
     about_untranslated_copy,
+
+    // Rules of configuration files, and what pages and other programs read.
+    about_array_lost,
+    about_array_runs_on,
+    about_blank_dropped,
+    about_byte_order_mark,
+    about_case_only_difference,
+    about_comment_cut,
+    about_duplicate_key,
+    about_empty_value,
+    about_key_without_value,
+    about_unclosed_quote,
+    about_unclosed_section,
+    unknown_rule,
+    program_notes,
 
     count_of_texts
 };

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
 #include "tools/config_edit.hpp"
+#include "tools/config_rules.hpp"
 #include "tools/config_statements.hpp"
 #include "tools/config_text_edit.hpp"
 #include "tools/run_program.hpp"
@@ -106,6 +107,11 @@ TEST_F(ConfigCommands, GetsOneSetting) {
     expect("config get net.hosts --file f", 0, "a\nb c\n");
     expect("config get net.hosts.1 --file f", 0, "b c\n");
     expect("config get net.text --file f", 0, "two\nlines\n");
+    for (auto const& [command, json] :
+         {std::pair("net.text --file f", R"({"key": "net.text","value": "two\u000alines"})"),
+          std::pair("net.hosts --file f", R"({"key": "net.hosts","values": ["a","b c"]})"),
+          std::pair("none --default \xFF\"", R"({"key": "none","value": "\uFFFD\""})")})
+        EXPECT_EQ(json, compact(run(std::string("config get --json ") + command).out));
     expect("config get net.port --file f -- -net.port 9", 0, "9\n");
     expect("config get v --default 1 -- -v", 0, "\n");
     expect("config get net.port --default 1", 0, "1\n");
@@ -200,6 +206,11 @@ TEST_F(ConfigCommands, ChecksStatements) {
         expect("config check clean --fail-on=note", 0, "1 file: 0 errors, 0 warnings\n");
         EXPECT_EQ(is_error ? 1 : 0, run("config check f").status);
         expect("config check -q --fail-on=warning --ignore=" + rule + " f", 0, "");
+    }
+    for (rule const& each : config_rules()) { // the examples that --list-rules shows
+        store(std::regex_replace(std::string(each.example), std::regex(R"(\\xEF\\xBB\\xBF)"), "\xEF\xBB\xBF"));
+        std::string const found = run("config check -q f").err;
+        EXPECT_NE(std::string::npos, found.find("[" + std::string(each.name) + "]")) << each.example << found;
     }
     expect("config check clean absent", 2, "1 file: 0 errors, 0 warnings\n", "zolt: \"absent\" cannot be read\n");
 }

@@ -122,6 +122,38 @@ TEST_F(Inspect, ShowsWhatIsThere) {
     EXPECT_EQ(2, run("inspect f --text --labeled").status);
 }
 
+TEST_F(Inspect, WritesJson) {
+    struct {
+        std::string content;
+        char const* options;
+        int status;
+        char const* json;
+    } const rows[] = {
+        {sample().as_str().substr(26, 43), "", 0,
+         R"({"form": "labeled","size": 43,"items": [{"position": 0,"depth": 0,"kind": "group","label": "colors"},)"
+         R"({"position": 13,"depth": 1,"kind": "text","label": "sky","value": "blue"},)"
+         R"({"position": 26,"depth": 1,"kind": "group","label": "x"},)"
+         R"({"position": 33,"depth": 2,"kind": "text","label": "","hex": "FF 01"}]})"},
+        {fields("2|\xC0\xAF|1|\2|"), "", 0,
+         R"({"form": "labeled","size": 9,"items": )"
+         R"([{"position": 0,"depth": 0,"kind": "text","label_hex": "C0 AF","value": "\u0002"}]})"},
+        {fields("7|3|a\"b|"), "--text", 0,
+         R"({"form": "text","size": 8,"items": [{"position": 0,"depth": 0,"kind": "number","value": "7"},)"
+         R"({"position": 2,"depth": 0,"kind": "text","value": "a\"b"}]})"},
+        {"\1\2\3", "--binary u1,u4", 1,
+         R"({"form": "binary","size": 3,"items": [{"position": 0,"depth": 0,"kind": "number","type": "u1",)"
+         R"("value": "1"}],"damage": {"position": 1,"text": "u4 takes 4 bytes, but 2 are left"}})"},
+        {"PK\xFF", "", 0,
+         R"({"form": "unknown","size": 3,"items": [{"position": 0,"depth": 0,"kind": "bytes","hex": "50 4B FF"}]})"},
+    };
+    for (auto const& [content, options, status, json] : rows) {
+        store(content);
+        program_run const shown = run(std::string("inspect f --json ") + options);
+        EXPECT_EQ(status, shown.status);
+        EXPECT_EQ(json, compact(shown.out));
+    }
+}
+
 TEST_F(Inspect, TellsDamage) {
     show_damage(fields("1|a|4000000000|x|"), "labeled", "", "4: a length of 4000000000 bytes, but 2 are left");
     show_damage(fields("1|a|1|b|2|c"), "labeled", " 0  a = \"b\"\n", "8: a length of 2 bytes, but 1 are left");

@@ -61,6 +61,9 @@ TEST(Program, Shows) {
     expect_run("catalog show clean none", 1, "", "zolt: there is no catalog \"none\" in \"clean\"\n");
     expect_run("catalog show clean app none", 1, "", "zolt: there is no message \"none\" in catalog \"app\"\n");
     EXPECT_EQ(2, run_program("catalog show faults/wrong_root.xmc app").status);
+    EXPECT_EQ(R"({"catalog": "app","messages": [{"name": "greeting","language": "en","note": "Shown at start",)"
+              R"("text": "Hello, {user:string}!","placeholders": [{"name": "user","type": "string"}]}]})",
+              compact(run_program("catalog show clean app greeting --json").out));
     // what could be control sequences of a terminal
     expect_run("catalog show clean 'a\033[2J\nb'", 1, "",
                "zolt: there is no catalog \"a\\x1B[2J\nb\" in \"clean\"\n");
@@ -82,6 +85,9 @@ TEST(Program, Renders) {
     render("loaded t=1", 1, "Loaded ?invalid? files\nin {1.00s}\n", "warning: argument \"n\" is missing");
     render("size", 1, "?invalid? ?invalid?\n", "warning: argument \"bytes\" is missing");
     render("today day=1", 0, "?invalid?\n"); // dates are never rendered
+    render("off --json", 0, "{\n  \"text\": \"Off\",\n  \"missing\": []\n}\n");
+    render("size --json", 1, "{\n  \"text\": \"?invalid? ?invalid?\",\n  \"missing\": [\n    \"bytes\"\n  ]\n}\n",
+           "warning: argument \"bytes\" is missing");
     render("off n:int=1x", 2, "", "argument \"n\": \"1x\" is not a value of type int");
     render("off n:int=", 2, "", "argument \"n\": \"\" is not a value of type int");
     render("off n:uint=-1", 2, "", "argument \"n\": \"-1\" is not a value of type uint");
@@ -156,6 +162,21 @@ TEST(Program, HelpsEverywhere) {
     EXPECT_EQ(2, run_program("catalog render clean app").status);
 }
 
+// --list-rules needs no arguments, and --ignore takes only what it lists.
+TEST(Program, ExplainsItsRules) {
+    for (std::string const command : {"catalog check ", "config check "}) {
+        SCOPED_TRACE(command);
+        std::string const listed = run_program(command + "--list-rules").out;
+        std::string const first = listed.substr(0, listed.find(' '));
+        std::string const json = compact(run_program(command + "--list-rules --json").out);
+        EXPECT_EQ(0u, json.find("{\"rules\": [{\"rule\": \"" + first + "\",\"severity\": \""));
+        EXPECT_EQ(2, run_program(command).status);
+        EXPECT_NE(2, run_program(command + "clean/main.xmc --ignore=" + first).status);
+        expect_run(command + "clean --ignore=" + first + "x:app/m", 2, "",
+                   "zolt: \"" + first + "x\" is no rule of this command; --list-rules shows those that are\n");
+    }
+}
+
 using ProgramResults = in_directory;
 
 // -o: the whole result or none; with a report of findings, too.
@@ -177,7 +198,7 @@ TEST_F(ProgramResults, GoToAFile) {
            "zolt: \"absent/f\" cannot be written: No such file or directory\n");
     expect("catalog list " + data + "clean -o /dev/full", 2, "",
            "zolt: \"/dev/full\" cannot be written: No space left on device\n");
-    expect("catalog show " + data + "clean app --json", 2, "", "zolt: this command has no JSON form\n");
+    expect("config set f k v --json", 2, "", "zolt: this command has no JSON form\n");
 }
 
 TEST(Program, NoticesThatItsOutputIsLost) {
