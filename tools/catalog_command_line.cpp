@@ -72,7 +72,7 @@ void add_check(command const& catalog) {
                               .with_report()
                               .with_rules(catalog_rules());
     values& given = check.keep<values>();
-    check.argument("PATH", given.paths, phrase::paths_argument)->required();
+    check.argument("PATH", given.paths, phrase::paths_argument).required();
     check.runs([&given](session const& session) { return check_catalogs(session, to_texts(given.paths)); });
 }
 
@@ -118,10 +118,8 @@ void add_missing(command const& catalog) {
     command const missing =
         catalog.add("missing", phrase::missing_about, phrase::missing_notes).with_json().with_report();
     values& given = missing.keep<values>();
-    missing.argument("PATH", given.paths, phrase::paths_argument)->required();
-    missing.option("--allow-missing", given.allowed, phrase::allow_missing_option, "N")
-        ->check(CLI::NonNegativeNumber.description(""))
-        ->type_name("N");
+    missing.argument("PATH", given.paths, phrase::paths_argument).required();
+    missing.option("--allow-missing", given.allowed, phrase::allow_missing_option, "N");
     missing.runs([&given](session const& session) {
         return find_missing(session, {to_texts(given.paths), given.allowed});
     });
@@ -135,7 +133,7 @@ void add_stats(command const& catalog) {
     };
     command const stats = catalog.add("stats", phrase::stats_about, phrase::stats_notes).with_json();
     values& given = stats.keep<values>();
-    stats.argument("PATH", given.paths, phrase::paths_argument)->required();
+    stats.argument("PATH", given.paths, phrase::paths_argument).required();
     stats.flag("--gettext", given.is_gettext, phrase::gettext_option);
     stats.option("--svg", given.chart, phrase::svg_option, "FILE");
     stats.runs([&given](session const& session) {

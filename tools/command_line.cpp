@@ -4,6 +4,7 @@
 
 #include "result_file.hpp"
 
+#include <zolt/strings/string_utility.hpp>
 #include <zolt/version.hpp>
 
 #include <CLI/CLI.hpp>
@@ -16,7 +17,6 @@
 namespace tools {
 namespace {
 
-constexpr std::size_t help_width = 79;
 constexpr std::size_t help_column = 30; // where the parser lets descriptions start
 
 // "rule" or "rule:catalog/message".
@@ -30,10 +30,38 @@ severity parse_severity(std::string const& word) {
     return word == "error" ? severity::error : word == "warning" ? severity::warning : severity::note;
 }
 
+// The words of "text|json"; none of "FILE".
+std::vector<std::string> choices_of(std::string const& value) {
+    if (value.find('|') == value.npos) return {};
+    std::vector<ustring8> const words = zolt::strings::split_string(ustring8(value), "|");
+    return {words.begin(), words.end()};
+}
+
+manual_option describe_option(CLI::Option const& option) {
+    manual_option result;
+    result.value = option.get_items_expected_max() == 0 ? "" : option.get_type_name();
+    result.text = option.get_description();
+    result.choices = choices_of(result.value);
+    result.is_required = option.get_required();
+    result.is_list =
+        option.get_expected_max() > 1 || option.get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+    if (option.get_positional()) {
+        result.names.push_back(option.get_name(true));
+    } else {
+        for (std::string const& name : option.get_snames()) result.names.push_back("-" + name);
+        for (std::string const& name : option.get_lnames()) result.names.push_back("--" + name);
+    }
+    return result;
+}
+
 } // namespace
 
 parameter parameter::required() const { return parameter(*m_option->required()); }
 parameter parameter::excludes(parameter other) const { return parameter(*m_option->excludes(other.m_option)); }
+
+parameter parameter::is_one_of(std::vector<std::string> words) const {
+    return parameter(*m_option->check(CLI::IsMember(std::move(words)).description("")));
+}
 
 command command::add(char const* name, phrase about, phrase notes) const {
     command const added = add_group(name, about);
@@ -69,6 +97,7 @@ parameter command::flag(char const* name, bool& target, phrase description) cons
 template parameter command::argument(char const*, std::string&, phrase) const;
 template parameter command::argument(char const*, std::optional<std::string>&, phrase) const;
 template parameter command::argument(char const*, std::vector<std::string>&, phrase) const;
+template parameter command::option(char const*, std::size_t&, phrase, char const*) const;
 template parameter command::option(char const*, std::string&, phrase, char const*) const;
 template parameter command::option(char const*, std::optional<std::string>&, phrase, char const*) const;
 template parameter command::option(char const*, std::vector<std::string>&, phrase, char const*) const;
@@ -107,9 +136,10 @@ command const& command::with_rules(rule_table rules) const {
 
 //--------------------------------------------------------------------------------------------------
 
-command_line::command_line(output& out, output& err, program_messages const& texts)
-    : m_out(out), m_err(err), m_texts(texts), m_app(std::make_unique<CLI::App>("", "zolt")) {
+command_line::command_line(output& out, output& err, program_messages const& texts, std::size_t width)
+    : m_out(out), m_err(err), m_texts(texts), m_width(width), m_app(std::make_unique<CLI::App>("", "zolt")) {
     set_up(*m_app, phrase::program_about);
+    m_app->footer(get(phrase::program_notes));
     m_app->require_subcommand(1);
 }
 
@@ -137,8 +167,8 @@ exit_status command_line::run(int argc, char** argv) {
     return m_options.result_file == "-" ? m_action(plain) : act(plain);
 }
 
-ustring8 command_line::get(phrase id) const { return wrap(m_texts.get(id), help_width); }
-ustring8 command_line::describe(phrase id) const { return wrap(m_texts.get(id), help_width - help_column); }
+ustring8 command_line::get(phrase id) const { return wrap(m_texts.get(id), m_width); }
+ustring8 command_line::describe(phrase id) const { return wrap(m_texts.get(id), m_width - help_column); }
 
 void command_line::set_up(CLI::App& app, phrase about) const {
     app.description(describe(about));
@@ -211,6 +241,26 @@ exit_status command_line::act(session const& session) const {
     session.complain(
         m_texts.get(phrase::file_not_written, {{"path", m_options.result_file}, {"reason", std::strerror(error)}}));
     return exit_failed;
+}
+
+manual_command command_line::manual(CLI::App const& app, std::vector<std::string> words) const {
+    words.push_back(app.get_name());
+    manual_command result{words, app.get_description(), app.get_footer()};
+    if (auto const traits = m_traits.find(&app); traits != m_traits.end()) {
+        for (rule const& each : traits->second.rules)
+            result.rules.push_back({std::string(each.name), std::string(severity_word(each.level)),
+                                    m_texts.get(each.about), std::string(each.example)});
+    }
+    for (CLI::Option const* const option : app.get_options()) {
+        manual_option entry = describe_option(*option);
+        entry.is_common = option->get_group() == m_texts.get(phrase::common_options_heading);
+        if (entry.names.front() == "--ignore") {
+            for (manual_rule const& each : result.rules) entry.choices.push_back(each.name);
+        }
+        (option->get_positional() ? result.arguments : result.options).push_back(std::move(entry));
+    }
+    for (CLI::App const* const each : app.get_subcommands({})) result.commands.push_back(manual(*each, words));
+    return result;
 }
 
 } // namespace tools

@@ -18,6 +18,7 @@
 #pragma once
 
 #include "library.hpp"
+#include "manual.hpp"
 #include "program_messages.hpp"
 #include "rules.hpp"
 #include "session.hpp"
@@ -45,6 +46,7 @@ public:
 
     parameter required() const;
     parameter excludes(parameter other) const;
+    parameter is_one_of(std::vector<std::string> words) const;
 
 private:
     CLI::Option* m_option;
@@ -62,7 +64,7 @@ public:
     template <typename Values>
     Values& keep() const;
 
-    /// Targets are std::string, std::optional<std::string> and std::vector<std::string>.
+    /// Targets are std::string, std::optional<std::string>, std::vector<std::string> and, for options, std::size_t.
     template <typename Target>
     parameter argument(char const* name, Target& target, phrase description) const;
     template <typename Target>
@@ -86,11 +88,14 @@ private:
 
 class command_line {
 public:
-    command_line(output& out, output& err, program_messages const& texts);
+    /// The width is that of --help.
+    command_line(output& out, output& err, program_messages const& texts, std::size_t width = 79);
     ~command_line();
 
     command root() { return {*this, *m_app}; }
     exit_status run(int argc, char** argv);
+    /// What has been declared.
+    manual_command manual() const { return manual(*m_app, {}); }
 
 private:
     friend class command;
@@ -108,10 +113,12 @@ private:
     void take_common_options();
     std::optional<ustring8> fault_of_options() const;
     exit_status act(session const& session) const;
+    manual_command manual(CLI::App const& app, std::vector<std::string> words) const;
 
     output& m_out;
     output& m_err;
     program_messages const& m_texts;
+    std::size_t m_width;
     std::unique_ptr<CLI::App> m_app;
     std::vector<std::shared_ptr<void>> m_values;
     std::map<CLI::App const*, command_traits> m_traits;
@@ -134,10 +141,16 @@ private:
     common_options m_options;
 };
 
-/// The commands, each group in a source of its own.
+/// The commands, in the order of --help, each group in a source of its own.
 void add_catalog_commands(command const& root);
 void add_config_commands(command const& root);
 void add_inspect_command(command const& root);
+
+inline void add_commands(command const& root) {
+    add_catalog_commands(root);
+    add_config_commands(root);
+    add_inspect_command(root);
+}
 
 //--------------------------------------------------------------------------------------------------
 

@@ -144,24 +144,6 @@ TEST_F(ProgramCatalogs, AreFound) {
     EXPECT_EQ("Catalog  ", heading(directory + "/other"));
 }
 
-TEST(Program, HelpsEverywhere) {
-    for (std::string const command :
-         {"", "catalog ", "catalog list ", "catalog show ", "catalog render ", "catalog check ", "config ",
-          "config show ", "config get ", "config set ", "config unset ", "config check ", "inspect "}) {
-        EXPECT_EQ("zolt 2.18.0\n", run_program(command + "--version").out);
-        program_run const run = run_program(command + "--help");
-        EXPECT_EQ(0, run.status);
-        EXPECT_NE(std::string::npos, run.out.find("Usage: zolt"));
-        EXPECT_NE(std::string::npos, run.out.find("Print this help and exit"));
-        program_run const wrong = run_program(command + "--nonsense");
-        EXPECT_EQ(2, wrong.status);
-        EXPECT_EQ("", wrong.out);
-        EXPECT_EQ(0u, wrong.err.find("zolt: "));
-    }
-    EXPECT_EQ(2, run_program("").status);
-    EXPECT_EQ(2, run_program("catalog render clean app").status);
-}
-
 // --list-rules needs no arguments, and --ignore takes only what it lists.
 TEST(Program, ExplainsItsRules) {
     for (std::string const command : {"catalog check ", "config check "}) {
