@@ -98,6 +98,7 @@ public:
     bool take(token const& next) {
         switch (next.type()) {
         case token::element_start:
+            if (m_count == m_file.elements.size()) return false; // the file has changed since
             m_line = m_file.elements[m_count++].line;
             return start(next.value());
         case token::element_end:
@@ -303,7 +304,7 @@ void append_argument(ustring8& line, message_item const& item) {
     if (!are_attributes(pieces)) pieces = {data};
     line += "<arg";
     append_attribute(line, "name", pieces.front());
-    if (item.type() != message_item::string) append_attribute(line, "type", type_word(item.type()));
+    if (item.type() != message_item::string) append_attribute(line, "type", type_keyword(item.type()));
     for (std::size_t i = 1; i < pieces.size(); i += 2) append_attribute(line, pieces[i], pieces[i + 1]);
     line += "/>";
 }
@@ -320,17 +321,16 @@ std::vector<std::string_view> split_item_data(std::string_view data) {
     }
 }
 
-std::string_view type_word(message_item::type_t type) {
-    return type_keyword(type == value_argument ? message_item::value : type);
-}
-
 bool is_text(message_item const& item, bool is_after_text) {
     return item.type() == message_item::value && !is_after_text && item.data() != "";
 }
 
 unsigned read_messages(source_file const& file, std::vector<catalog_message>& messages) {
     ustring8 text;
-    if (zolt::system::load_file(file.path, text) != 0) return 1;
+    return zolt::system::load_file(file.path, text) == 0 ? read_messages(file, text, messages) : 1;
+}
+
+unsigned read_messages(source_file const& file, ustring8 const& text, std::vector<catalog_message>& messages) {
     xml_token_stream stream;
     if (stream.parse(text).kind != zolt::parser::xml_parser::parse_error::no_error) return 1;
     message_reader reader(file, messages);

@@ -27,18 +27,14 @@ struct catalog_message {
 };
 
 /// Appends the messages of a well-formed file, without those of its includes, in one pass. Returns 0, or
-/// the line of the first element that the library would refuse; then nothing behind it was read.
+/// the line of the first element that the library would refuse; then nothing behind it was read. An argument of
+/// type "value" is a value_argument.
 unsigned read_messages(source_file const& file, std::vector<catalog_message>& messages);
+/// The same from a text that has the elements of the file.
+unsigned read_messages(source_file const& file, ustring8 const& text, std::vector<catalog_message>& messages);
 
 /// The name of a placeholder's argument, then its options' keys and values in turn.
 std::vector<std::string_view> split_item_data(std::string_view data);
-
-/// What an argument of type "value" is in messages made here. The library makes a literal text of it, like
-/// that of a run of text; this keeps them apart.
-inline constexpr auto value_argument = static_cast<zolt::i18n::message_item::type_t>(0x100);
-
-/// The word for a type in catalogs, also for the one above.
-std::string_view type_word(zolt::i18n::message_item::type_t type);
 
 /// True for an item that can be a run of text: a literal that is not empty and stands behind no other one.
 bool is_text(zolt::i18n::message_item const& item, bool is_after_text);

@@ -33,6 +33,7 @@ constexpr keyword keywords[] = {
     {"metric", message_item::metric},
     {"metric_unit", message_item::metric_unit},
     {"duration", message_item::duration},
+    {"value", value_argument},
 };
 
 keyword const* find_type(std::string_view word) {

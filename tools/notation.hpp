@@ -17,7 +17,11 @@
 
 namespace tools {
 
-/// A type's word in catalogs: "int" for message_item::int_.
+/// An argument of type "value", for which the library makes a literal like that of a run of text; this keeps
+/// them apart.
+inline constexpr auto value_argument = static_cast<zolt::i18n::message_item::type_t>(0x100);
+
+/// A type's word in catalogs: "int" for message_item::int_, also for the one above.
 std::string_view type_keyword(zolt::i18n::message_item::type_t type);
 
 /// The type of a catalog's type word in lower case; nothing for one that the library does not know.

@@ -3,6 +3,7 @@
 #include "po_exchange.hpp"
 
 #include "catalog_texts.hpp"
+#include "notation.hpp"
 
 #include <zolt/i18n/_private/xmc_file_loader.hpp>
 
@@ -39,7 +40,7 @@ ustring8 identifier_of(std::string_view name) {
 }
 
 std::string_view suffix_of(message_item::type_t type) {
-    return type == message_item::memory_unit ? "mem_unit" : type_word(type);
+    return type == message_item::memory_unit ? "mem_unit" : type_keyword(type);
 }
 
 struct definition {
@@ -173,7 +174,7 @@ ustring8 definition_note(definition const& placeholder) {
     ustring8 const data = placeholder.item.data();
     std::vector<std::string_view> const pieces = split_item_data(data);
     ustring8 note = "{" + placeholder.identifier + "} = " + token_of(pieces.front()) + ":";
-    note.append(type_word(placeholder.item.type()));
+    note.append(type_keyword(placeholder.item.type()));
     for (std::size_t i = 1; i < pieces.size(); ++i) note.append(i % 2 ? " " : "=").append(token_of(pieces[i]));
     return note;
 }
@@ -198,7 +199,7 @@ std::optional<definition> read_definition(std::string_view note) {
     }
     if (!type) return std::nullopt;
     message_item::type_t const known = zolt::i18n::_private::xmc_file_loader::parse_message_type(*type);
-    if (type_word(known) != *type) return std::nullopt;
+    if (type_keyword(known) != *type) return std::nullopt;
     return definition{identifier, message_item(*data, known == message_item::value ? value_argument : known)};
 }
 
