@@ -4,7 +4,11 @@
 // The command line of `zolt catalog`: one function for each command.
 #include "catalog_check.hpp"
 #include "catalog_commands.hpp"
+#include "catalog_diff.hpp"
+#include "catalog_format.hpp"
 #include "catalog_missing.hpp"
+#include "catalog_pseudo.hpp"
+#include "catalog_schema.hpp"
 #include "catalog_stats.hpp"
 #include "check_rules.hpp"
 #include "command_line.hpp"
@@ -115,8 +119,10 @@ void add_missing(command const& catalog) {
         std::vector<std::string> paths;
         std::size_t allowed = 0;
     };
-    command const missing =
-        catalog.add("missing", phrase::missing_about, phrase::missing_notes).with_json().with_report();
+    command const missing = catalog.add("missing", phrase::missing_about, phrase::missing_notes)
+                                .with_json()
+                                .with_report()
+                                .with_rules(catalog_rules());
     values& given = missing.keep<values>();
     missing.argument("PATH", given.paths, phrase::paths_argument).required();
     missing.option("--allow-missing", given.allowed, phrase::allow_missing_option, "N");
@@ -143,6 +149,64 @@ void add_stats(command const& catalog) {
     });
 }
 
+void add_diff(command const& catalog) {
+    struct values {
+        std::string old_path;
+        std::string new_path;
+    };
+    command const diff = catalog.add("diff", phrase::diff_about, phrase::diff_notes).with_json().with_report();
+    values& given = diff.keep<values>();
+    diff.argument("OLD", given.old_path, phrase::old_argument).required();
+    diff.argument("NEW", given.new_path, phrase::new_argument).required();
+    diff.runs([&given](session const& session) { return diff_catalogs(session, given.old_path, given.new_path); });
+}
+
+void add_fmt(command const& catalog) {
+    struct values {
+        std::vector<std::string> paths;
+        bool is_check = false;
+    };
+    command const fmt = catalog.add("fmt", phrase::fmt_about, phrase::fmt_notes).with_report();
+    values& given = fmt.keep<values>();
+    fmt.argument("PATH", given.paths, phrase::paths_argument).required();
+    fmt.flag("--check", given.is_check, phrase::fmt_check_option);
+    fmt.runs([&given](session const& session) {
+        return format_catalogs(session, {to_texts(given.paths), given.is_check});
+    });
+}
+
+void add_pseudo(command const& catalog) {
+    struct values {
+        std::vector<std::string> paths;
+        std::string style = "accent";
+    };
+    command const pseudo = catalog.add("pseudo", phrase::pseudo_about, phrase::pseudo_notes);
+    values& given = pseudo.keep<values>();
+    pseudo.argument("PATH", given.paths, phrase::paths_argument).required();
+    pseudo.option("--style", given.style, phrase::style_option, "accent|bidi|xxx")
+        .is_one_of({"accent", "bidi", "xxx"});
+    pseudo.runs([&given](session const& session) {
+        return make_pseudo_catalogs(session, {to_texts(given.paths), *parse_pseudo_style(given.style)});
+    });
+}
+
+void add_schema(command const& catalog) {
+    struct values {
+        bool is_relax_ng = false;
+        bool is_xml_schema = false;
+    };
+    command const schema = catalog.add("schema", phrase::schema_about, phrase::schema_notes);
+    values& given = schema.keep<values>();
+    parameter const relax_ng = schema.flag("--rng", given.is_relax_ng, phrase::rng_option);
+    schema.flag("--xsd", given.is_xml_schema, phrase::xsd_option).excludes(relax_ng);
+    schema.runs([&given](session const& session) {
+        bool const is_chosen = given.is_relax_ng || given.is_xml_schema;
+        if (is_chosen) session.out.write(given.is_relax_ng ? relax_ng_schema() : xml_schema());
+        if (!is_chosen) session.complain(session.texts.get(phrase::schema_kind));
+        return is_chosen ? exit_good : exit_failed;
+    });
+}
+
 } // namespace
 
 void add_catalog_commands(command const& root) {
@@ -155,6 +219,10 @@ void add_catalog_commands(command const& root) {
     add_import_po(catalog);
     add_missing(catalog);
     add_stats(catalog);
+    add_diff(catalog);
+    add_fmt(catalog);
+    add_pseudo(catalog);
+    add_schema(catalog);
 }
 
 } // namespace tools

@@ -204,6 +204,7 @@ void command_line::take_common_options() {
     m_options.is_quiet = m_given.is_quiet;
     m_options.is_verbose = m_given.is_verbose;
     m_options.result_file = m_given.result_file;
+    m_options.has_result_file = m_chosen->get_option("--output")->count() != 0;
     m_options.format = m_given.is_json || m_given.format == "json" ? output_format::json : output_format::text;
     if (m_chosen->get_option("--lang")->count() != 0) m_options.language = usable_language(m_given.language);
     m_options.reference = usable_language(m_given.reference);

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 namespace tools {
+
 manual_command program_manual() {
     constexpr std::size_t any_width = 1'000'000; // the text is not wrapped
     program_messages const texts("en");

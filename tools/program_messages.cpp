@@ -504,6 +504,55 @@ constexpr program_messages::built_in texts[] = {
      "colour.\nExample: zolt catalog check catalogs/\nzolt catalog render app.xmc app saved size:uint=5368709120 "
      "t:double=93784.5\nzolt config list --file app.cfg --env --show-origin -- -backup.level=3\nzolt inspect "
      "--binary \"u4 (i2 s)*\" record.bin"},
+    // Comparing, laying out, test languages and schemas.
+    {phrase::diff_about, "catalog.diff.about", "Compares the messages of two catalog files or directories"},
+    {phrase::diff_notes, "catalog.diff.notes",
+     "Compared is what a program is served of OLD and NEW, by language, catalog and message: the text, its "
+     "placeholders with their types and options, and the meta text. Layout, comments, the order of messages "
+     "and the files that hold them make no difference. A line \"+ LANGUAGE CATALOG/MESSAGE\" tells of a "
+     "message that is new, \"-\" of one that is gone and \"~\" of one that has changed; file, line and text of "
+     "the old and of the new one follow. With --lang only that language is compared, with -q only the exit "
+     "status tells.\nExample: zolt catalog diff --lang de old/ new/\nExit status: 0 without differences; 1 "
+     "with differences; 2 when something cannot be loaded."},
+    {phrase::old_argument, "argument.old", "Catalog file or directory before the change"},
+    {phrase::new_argument, "argument.new", "Catalog file or directory after it"},
+    {phrase::fmt_about, "catalog.fmt.about", "Rewrites catalog files in one layout"},
+    {phrase::fmt_notes, "catalog.fmt.notes",
+     "Every catalog, message and include begins a line, two blanks further in than what it stands in; lines "
+     "have up to 116 columns, values stand in double quotes. Comments, the order and every text stay: the new "
+     "file is loaded and compared with the old one before it takes its place. With -o the text of one file "
+     "goes there, with \"-o -\" to standard output, and the file itself stays. A file that cannot be loaded is "
+     "reported and left alone, and the others go on.\nExample: zolt catalog fmt --check catalogs/\nExit "
+     "status: 0; 1 with --check when files would change; 2 when a file cannot be loaded or written."},
+    {phrase::fmt_check_option, "option.fmt_check", "Write nothing, but list the files that would change"},
+    {phrase::fmt_one_file, "error.fmt_one_file", "-o takes the text of a single file, and here are several"},
+    {phrase::fmt_not_same, "finding.fmt_not_same",
+     "the file stays as it is: in the new layout it would not mean the same"},
+    {phrase::pseudo_about, "catalog.pseudo.about", "Makes a test language of the reference"},
+    {phrase::pseudo_notes, "catalog.pseudo.notes",
+     "With it a program shows before there are translations what is not ready for them. accent puts accents on "
+     "ASCII letters, brackets around each line and a third more text between them: what has no accents comes "
+     "from no catalog, and where a bracket is missing there is too little room. bidi writes every line from "
+     "right to left. xxx writes x for letters and keeps digits. Placeholders, line ends and blanks at the "
+     "edges of lines stay.\nThe messages are those of --ref; one catalog file of them goes to the output. Its "
+     "language is that of --lang, otherwise the reference's with a region that no country has, so that what it "
+     "lacks is shown in the reference: en_XA for accent, en_XB for bidi and en_XC for xxx.\nExample: zolt "
+     "catalog pseudo --style=accent -o catalogs/en_XA.xmc catalogs/\nExit status: 0; 2 when something cannot "
+     "be loaded or there are no messages."},
+    {phrase::style_option, "option.style", "How texts change, by default accent"},
+    {phrase::schema_about, "catalog.schema.about", "Prints a schema for catalog files"},
+    {phrase::schema_notes, "catalog.schema.notes",
+     "Editors complete and check catalogs by it, and so does xmllint. The schema describes the form that "
+     "catalogs should have. It also refuses what the library loads and then loses: a catalog without lang, "
+     "text outside of messages, an option that shows as ?invalid?. Types, options and their keywords are to be "
+     "written in full and in lower case. An XML Schema does not know which options belong to which type.\nThe "
+     "editor's settings or the command line have to name the schema: with a document type, a processing "
+     "instruction or a second attribute of the root a catalog cannot be loaded. Of the references of catalogs "
+     "&nbsp; is not known to other programs.\nExample: zolt catalog schema --rng -o xmc.rng; xmllint --noout "
+     "--relaxng xmc.rng app.xmc\nExit status: 0, or 2 when it cannot be written."},
+    {phrase::rng_option, "option.rng", "RELAX NG, in its XML syntax"},
+    {phrase::xsd_option, "option.xsd", "W3C XML Schema"},
+    {phrase::schema_kind, "error.schema_kind", "choose --rng or --xsd"},
 };
 
 constexpr bool are_in_order() {

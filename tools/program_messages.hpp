@@ -295,6 +295,25 @@ enum class phrase : unsigned {
     unknown_rule,
     program_notes,
 
+    // Comparing, laying out, test languages and schemas.
+    diff_about,
+    diff_notes,
+    old_argument,
+    new_argument,
+    fmt_about,
+    fmt_notes,
+    fmt_check_option,
+    fmt_one_file,
+    fmt_not_same,
+    pseudo_about,
+    pseudo_notes,
+    style_option,
+    schema_about,
+    schema_notes,
+    rng_option,
+    xsd_option,
+    schema_kind,
+
     count_of_texts
 };
 

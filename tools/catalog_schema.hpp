@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// Schemas for catalog files, by which editors complete and other programs check them.
+//
+// They describe the form that catalogs should have and are stricter than the library: they refuse what is
+// loaded and lost, such as a catalog without a language, text outside of messages or an option that shows as
+// ?invalid?, and names of options and types must be written in full and in lower case. What they let pass the
+// library loads, as far as the files are there that it includes.
+#pragma once
+
+#include <string_view>
+
+namespace tools {
+
+/// In the XML syntax.
+std::string_view relax_ng_schema();
+/// W3C XML Schema 1.0, in which the options of an argument cannot depend on its type.
+std::string_view xml_schema();
+
+} // namespace tools
