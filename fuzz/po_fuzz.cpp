@@ -7,6 +7,7 @@
 #include "input.hpp"
 
 #include "tools/catalog_texts.hpp"
+#include "tools/notation.hpp"
 #include "tools/po_exchange.hpp"
 #include "tools/po_file.hpp"
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "command_line.hpp"
 
+#include "findings.hpp"
 #include "result_file.hpp"
 
 #include <zolt/strings/string_utility.hpp>
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <optional>
 #include <sstream>
+#include <type_traits>
 #include <utility>
 
 namespace tools {
@@ -87,6 +89,7 @@ template <typename Target>
 parameter command::option(char const* name, Target& target, phrase description, char const* type) const {
     CLI::Option* const added = m_app->add_option(name, target, m_line->describe(description));
     if (*name == '-') added->allow_extra_args(false); // a list takes one value each time it is given
+    if constexpr (std::is_integral_v<Target>) added->check(CLI::NonNegativeNumber.description(""));
     return parameter(*added->type_name(type));
 }
 
