@@ -124,7 +124,8 @@ TEST(CodePage, TablesAnswerAsTheConverterDoes) {
         for (int first = 0; first < 256; ++first) {
             std::string pairs, byte(1, static_cast<char>(first));
             for (int second = 0; second < 256; ++second) (pairs += byte) += static_cast<char>(second);
-            ASSERT_EQ(page.as_utf8(pairs), decoded(pairs)) << first;
+            bool const is_like_converter = type != 949 || (first != 0xA2 && first != 0xE8); // see below
+            ASSERT_EQ(page.as_utf8(pairs) == decoded(pairs), is_like_converter) << first;
             samples.push_back(decoded(byte));
         }
         for (unsigned int code = 0; code < 0x2600; ++code) {
@@ -146,6 +147,15 @@ TEST(CodePage, TablesAnswerAsTheConverterDoes) {
         std::string const longer(10000, '\xE4');
         ASSERT_EQ(page.as_utf8("a" + longer), decoded("a" + longer));
     }
+}
+
+// glibc refuses the bytes A2 E8 of this page when it stands behind them already, at the end behind the end.
+TEST(CodePage, WhatTheConverterPassesBeforeItRefusesIsReadAgain) {
+    code_page const page(static_cast<code_page::encoding_type>(949));
+    EXPECT_EQ(page.as_utf8("\xA2\xE8"), "??");
+    EXPECT_EQ(page.as_utf8("x\xA2\xE8"), "x??");
+    EXPECT_EQ(page.as_utf8("\xA2\xE8 \xA2\xE8\xFF\xA2"), "?? ????");
+    EXPECT_EQ(page.as_utf8("\xA2\xE8\xE8\xE8$"), "?\uF9BB?$");
 }
 
 template <typename Exception, typename Call>

@@ -117,7 +117,7 @@ constexpr raise_sites as_utf8_sites{"as_utf8", 369, 372, 451, 462};
 class converter {
 public:
     converter(char const* to, char const* from, raise_sites const& sites)
-        : m_sites(sites), m_descriptor(iconv_open(to, from)) {
+        : m_sites(sites), m_passes_a2e8(std::strcmp(from, "CP949") == 0), m_descriptor(iconv_open(to, from)) {
         if (m_descriptor != closed()) return;
         if (errno == EINVAL) raise("convertions not supported", m_sites.not_supported, m_sites);
         raise("Unknown failure on iconv open", m_sites.open_failed, m_sites);
@@ -139,6 +139,12 @@ public:
         return iconv(m_descriptor, in, in_left, out, room) != static_cast<size_t>(-1);
     }
 
+    // How many bytes before its place in the input the refused ones begin. glibc's decoder of page 949 is behind
+    // the bytes A2 E8 when it refuses them, at the end of the input even.
+    size_t passed(char const* begin, char const* in) const {
+        return m_passes_a2e8 && in - begin >= 2 && in[-2] == '\xA2' && in[-1] == '\xE8' ? 2 : 0;
+    }
+
     void close() {
         if (iconv_close(std::exchange(m_descriptor, closed())) == 0) return;
         raise("iconv failed to close", m_sites.close_failed, m_sites);
@@ -149,6 +155,7 @@ private:
     static iconv_t closed() { return reinterpret_cast<iconv_t>(-1); }
 
     raise_sites const& m_sites;
+    bool m_passes_a2e8;
     iconv_t m_descriptor;
 };
 
@@ -163,7 +170,9 @@ public:
 
     std::string run() {
         m_converter.reset();
-        while (m_in_left > 0 && !step(&m_in, &m_in_left)) replace_bad_input();
+        for (char const* begin = m_in; m_in_left > 0 && !step(&m_in, &m_in_left); begin = m_in) {
+            replace_bad_input(begin);
+        }
         fetch_held_back();
         m_output.resize(m_written);
         return std::move(m_output);
@@ -182,9 +191,13 @@ private:
         }
     }
 
-    void replace_bad_input() {
+    // The converter has worked from the begin on.
+    void replace_bad_input(char const* begin) {
         if (errno != EILSEQ && errno != EINVAL) fail();
-        size_t const skipped = errno == EILSEQ ? 1 : m_in_left;
+        size_t const passed = errno == EILSEQ ? m_converter.passed(begin, m_in) : 0;
+        m_in -= passed;
+        m_in_left += passed;
+        size_t const skipped = errno == EILSEQ ? std::min<size_t>(1, m_in_left) : m_in_left;
         fetch_held_back();
         if (m_written == m_output.size()) grow();
         m_output[m_written++] = '?';
