@@ -14,8 +14,9 @@
 namespace tools {
 namespace {
 
-// Of all languages together; what a language lacks beyond its share is counted.
-constexpr std::size_t most_missing = 1000000;
+// Findings for all languages together, besides one for each message of the files; what a language lacks beyond
+// its share is counted.
+constexpr std::size_t most_missing = 100000;
 
 using number = unsigned long long;
 
@@ -76,7 +77,8 @@ private:
     void report_missing(std::size_t language) {
         language_report& report = m_reports[language];
         severity const level = report.missing <= m_options.allowed ? severity::warning : severity::error;
-        std::size_t const listed = std::min(report.missing, most_missing / m_reports.size());
+        std::size_t const share = (most_missing + m_texts.tree().messages.size()) / m_reports.size();
+        std::size_t const listed = std::min(report.missing, share);
         for (std::size_t i = 0; i != listed; ++i) {
             auto const [reference, served] = report.lacks[i];
             finding found = make(rule_id::missing_translation, reference,
