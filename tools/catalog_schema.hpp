@@ -6,7 +6,7 @@
 // They describe the form that catalogs should have and are stricter than the library: they refuse what is
 // loaded and lost, such as a catalog without a language, text outside of messages or an option that shows as
 // ?invalid?, and names of options and types must be written in full and in lower case. What they let pass the
-// library loads, as far as the files are there that it includes.
+// library loads, unless it is XML that the library does not read, such as CDATA sections, or includes are missing.
 #pragma once
 
 #include <string_view>

@@ -35,12 +35,12 @@ struct common_options {
     bool is_quiet = false;      ///< findings and failures only
     bool is_verbose = false;    ///< tell on standard error what is being done
     ustring8 result_file = "-"; ///< "-": standard output
-    bool has_result_file = false; ///< it was asked for, as the one or the other
     output_format format = output_format::text;
     std::optional<ustring8> language; ///< made usable
     ustring8 reference = "en";        ///< made usable
     severity fail_on = severity::error;
     std::vector<ignored_rule> ignored{};
+    bool has_result_file = false; ///< -o was given, if only for standard output
 };
 
 struct session {
