@@ -122,7 +122,7 @@ void add_missing(command const& catalog) {
     command const missing = catalog.add("missing", phrase::missing_about, phrase::missing_notes)
                                 .with_json()
                                 .with_report()
-                                .with_rules(catalog_rules());
+                                .with_rules(missing_rules());
     values& given = missing.keep<values>();
     missing.argument("PATH", given.paths, phrase::paths_argument).required();
     missing.option("--allow-missing", given.allowed, phrase::allow_missing_option, "N");

@@ -13,6 +13,7 @@ constexpr severity warning = severity::warning;
 constexpr severity note = severity::note;
 
 constexpr rule rules[] = {
+    // zolt catalog check
     {"arg-name-not-first", warning, phrase::about_arg_name_not_first,
      R"(<arg precision="1" name="size" type="double"/>)"},
     {"bad-option", error, phrase::about_bad_option, R"(<arg name="n" type="int" width="8"/>)"},
@@ -30,11 +31,7 @@ constexpr rule rules[] = {
     {"invalid-utf8", error, phrase::about_invalid_utf8, "caf\\xE9"},
     {"load", error, phrase::about_load, R"(<msg name="a" note="b">Text</msg>)"},
     {"missing-message", warning, phrase::about_missing_message, R"(en: <msg name="a">Text</msg> de: -)"},
-    {"missing-translation", error, phrase::about_missing_translation,
-     R"(en: <msg name="a">Text</msg> de: -)"},
     {"nbsp-is-blank", warning, phrase::about_nbsp_is_blank, "10&nbsp;km"},
-    {"obsolete-message", warning, phrase::about_obsolete_message,
-     R"(en: - de: <msg name="a">Text</msg>)"},
     {"placeholder-set", error, phrase::about_placeholder_set,
      R"(en: <arg name="user"/> de: <arg name="benutzer"/>)"},
     {"placeholder-type", error, phrase::about_placeholder_type,
@@ -44,21 +41,27 @@ constexpr rule rules[] = {
      R"(<arg name="b" type="mem" precision="1"/> <arg name="b" type="mem_unit"/>)"},
     {"unknown-type", warning, phrase::about_unknown_type, R"(<arg name="n" type="integer"/>)"},
     {"unrendered-type", error, phrase::about_unrendered_type, R"(<arg name="when" type="date"/>)"},
-    {"untranslated-copy", warning, phrase::about_untranslated_copy,
-     "en: Save the file de: Save the file"},
+    // zolt catalog missing
+    {"missing-translation", error, phrase::about_missing_translation, R"(en: <msg name="a">Text</msg> de: -)"},
+    {"obsolete-message", warning, phrase::about_obsolete_message, R"(en: - de: <msg name="a">Text</msg>)"},
+    {"untranslated-copy", warning, phrase::about_untranslated_copy, "en: Save the file de: Save the file"},
 };
 
-static_assert(is_in_order(rules));
+constexpr rule_table all_rules(rules);
+constexpr std::size_t check_count = static_cast<std::size_t>(rule_id::missing_translation);
+static_assert(is_in_order(all_rules.first(check_count)) && is_in_order(all_rules.subspan(check_count)));
 static_assert(std::size(rules) == static_cast<std::size_t>(rule_id::count_of_rules) && std::size(rules) <= 32);
 
 } // namespace
 
-rule_table catalog_rules() { return rules; }
+rule_table catalog_rules() { return all_rules.first(check_count); }
+rule_table missing_rules() { return all_rules.subspan(check_count); }
 
 rule const& get_rule(rule_id id) { return rules[static_cast<std::size_t>(id)]; }
 
 rule_set rule_set_of(std::string_view name) {
-    rule const* const found = find_rule(rules, name);
+    rule const* found = find_rule(catalog_rules(), name);
+    if (!found) found = find_rule(missing_rules(), name);
     return found ? in_set(static_cast<rule_id>(found - rules)) : 0;
 }
 

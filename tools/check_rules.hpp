@@ -13,7 +13,7 @@
 
 namespace tools {
 
-/// In the order of their names, as is the table.
+/// In the order of the table: those of `check`, then those of `missing`, each by name.
 enum class rule_id : unsigned {
     arg_name_not_first,
     bad_option,
@@ -30,20 +30,21 @@ enum class rule_id : unsigned {
     invalid_utf8,
     load,
     missing_message,
-    missing_translation,
     nbsp_is_blank,
-    obsolete_message,
     placeholder_set,
     placeholder_type,
     punctuation,
     unit_pair,
     unknown_type,
     unrendered_type,
+    missing_translation,
+    obsolete_message,
     untranslated_copy,
     count_of_rules
 };
 
 rule_table catalog_rules();
+rule_table missing_rules();
 rule const& get_rule(rule_id id);
 
 /// A set of rules.

@@ -315,8 +315,8 @@ constexpr program_messages::built_in texts[] = {
      "{{name}}, and \"#.\" tells their types and options. With --lang one language goes to the output, also one "
      "that has no catalog yet.\nA translation that gettext would refuse is marked as fuzzy, but import-po keeps "
      "it. A text that a PO file cannot hold is an error, and nothing is written; with --ignore=po-text, "
-     "or a comment \"zolt-ignore po-text\" before the message, it is left out.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written.\nExample: zolt catalog "
-     "export-po --dir po/ catalogs/"},
+     "or a comment \"zolt-ignore po-text\" before the message, it is left out.\nExit status: 0; 1 with findings; "
+     "2 when a file cannot be read or written.\nExample: zolt catalog export-po --dir po/ catalogs/"},
     {phrase::import_po_about, "catalog.import_po.about", "Makes a catalog file of PO files"},
     {phrase::import_po_notes, "catalog.import_po.notes",
      "Entries need msgctxt \"catalog/message\"; for files of other programs give --catalog. The language is that "
@@ -462,13 +462,11 @@ constexpr program_messages::built_in texts[] = {
     {phrase::chart_title, "chart.title", "Translated messages"},
     {phrase::chart_copies, "chart.copies", "Same as the reference"},
     {phrase::about_missing_translation, "rule.missing_translation",
-     "A message of the reference that neither a language nor its base has, for \"zolt catalog missing\"."},
+     "A message of the reference that neither a language nor its base has."},
     {phrase::about_obsolete_message, "rule.obsolete_message",
-     "A message that the reference does not have is never shown where its program follows the reference, for "
-     "\"zolt catalog missing\"."},
+     "A message that the reference does not have is never shown where its program follows the reference."},
     {phrase::about_untranslated_copy, "rule.untranslated_copy",
-     "A text that is still that of the reference was forgotten, unless it is a name, for \"zolt catalog "
-     "missing\"."},
+     "A text that is still that of the reference was forgotten, unless it is a name."},
 
     // Rules of configuration files, and what pages and other programs read.
     {phrase::about_array_lost, "rule.array_lost", "An array that ends in a comma or an empty element is not set."},
