@@ -6,10 +6,10 @@
 // proportion to the file.
 #include "input.hpp"
 
-#include "tools/catalog_texts.hpp"
-#include "tools/notation.hpp"
-#include "tools/po_exchange.hpp"
-#include "tools/po_file.hpp"
+#include "tools/catalog/catalog_texts.hpp"
+#include "tools/catalog/po_exchange.hpp"
+#include "tools/catalog/po_file.hpp"
+#include "tools/program/notation.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>
 

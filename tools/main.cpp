@@ -3,7 +3,7 @@
 //
 // The `zolt` program: its command line is declared in the *_command_line sources, its commands are
 // functions that take a session and their own arguments.
-#include "command_line.hpp"
+#include "tools/program/command_line.hpp"
 
 #include <zolt/exceptions/exception.hpp>
 

@@ -5,7 +5,7 @@
 // below share. A part of the build.
 //
 //     write_manual build/tools/share
-#include "manual.hpp"
+#include "tools/program/manual.hpp"
 
 #include <zolt/version.hpp>
 

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: BSL-1.0
 //
 // The commands that compare catalogs and make others of them: diff, fmt, pseudo and schema.
-#include "tools/catalog_format.hpp"
-#include "tools/catalog_layout.hpp"
-#include "tools/catalog_pseudo.hpp"
-#include "tools/catalog_schema.hpp"
-#include "tools/notation.hpp"
+#include "tools/catalog/catalog_format.hpp"
+#include "tools/catalog/catalog_layout.hpp"
+#include "tools/catalog/catalog_pseudo.hpp"
+#include "tools/catalog/catalog_schema.hpp"
+#include "tools/program/notation.hpp"
 #include "tools/run_program.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>

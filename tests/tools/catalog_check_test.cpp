@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
-#include "tools/catalog_scan.hpp"
+#include "tools/catalog/catalog_scan.hpp"
 #include "tools/run_program.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>

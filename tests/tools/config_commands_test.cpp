@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
-#include "tools/config_edit.hpp"
-#include "tools/config_rules.hpp"
-#include "tools/config_statements.hpp"
-#include "tools/config_text_edit.hpp"
+#include "tools/config/config_edit.hpp"
+#include "tools/config/config_rules.hpp"
+#include "tools/config/config_statements.hpp"
+#include "tools/config/config_text_edit.hpp"
 #include "tools/run_program.hpp"
 
 #include <zolt/config/file_item.hpp>

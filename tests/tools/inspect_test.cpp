@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
+#include "tools/inspect/stored_items.hpp"
 #include "tools/run_program.hpp"
-#include "tools/stored_items.hpp"
 
 #include <zolt/serialization/labeled_text_buffer.hpp>
 #include <zolt/serialization/serialize_binary_buf.hpp>

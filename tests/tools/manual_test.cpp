@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
-#include "tools/manual.hpp"
+#include "tools/program/manual.hpp"
 #include "tools/run_program.hpp"
 
 namespace {

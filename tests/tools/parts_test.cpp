@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
-#include "tools/json.hpp"
-#include "tools/languages.hpp"
-#include "tools/notation.hpp"
-#include "tools/program_messages.hpp"
-#include "tools/result_file.hpp"
+#include "tools/catalog/source_map.hpp"
+#include "tools/program/json.hpp"
+#include "tools/program/languages.hpp"
+#include "tools/program/notation.hpp"
+#include "tools/program/program_messages.hpp"
+#include "tools/program/result_file.hpp"
+#include "tools/program/terminal.hpp"
 #include "tools/run_program.hpp"
-#include "tools/source_map.hpp"
-#include "tools/terminal.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>
 #include <zolt/parser/xml_parser.hpp>

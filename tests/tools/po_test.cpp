@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
-#include "tools/catalog_texts.hpp"
-#include "tools/po_exchange.hpp"
-#include "tools/po_file.hpp"
+#include "tools/catalog/catalog_texts.hpp"
+#include "tools/catalog/po_exchange.hpp"
+#include "tools/catalog/po_file.hpp"
 #include "tools/run_program.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the zolt authors
 // SPDX-License-Identifier: BSL-1.0
-#include "tools/catalog_scan.hpp"
-#include "tools/completion_chart.hpp"
-#include "tools/language_choice.hpp"
+#include "tools/catalog/catalog_scan.hpp"
+#include "tools/catalog/completion_chart.hpp"
+#include "tools/catalog/language_choice.hpp"
+#include "tools/catalog/text_words.hpp"
 #include "tools/run_program.hpp"
-#include "tools/text_words.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>
 

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// Where catalog files are: below directories and behind includes.
+#pragma once
+
+#include "tools/program/library.hpp"
+
+#include <vector>
+
+namespace tools {
+
+/// The path itself, or the .xmc and .xml files below a directory in the order of their names.
+std::vector<ustring8> catalog_files(ustring8 const& path);
+
+/// True for a path that does not depend on where the including file is: "/x", "\x" and "C:/x".
+bool is_absolute_include(ustring8 const& path);
+
+/// The path that a file includes, relative to the including one's directory as the library takes it.
+ustring8 included_path(ustring8 const& including, ustring8 const& included);
+
+} // namespace tools

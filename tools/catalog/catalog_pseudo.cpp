@@ -1,0 +1,250 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// A message is taken apart into lines, and each line into texts and placeholders. Directions end with a line
+// and brackets show where one is cut off, so a line is what gets a start and an end.
+#include "catalog_pseudo.hpp"
+
+#include "catalog_tree.hpp"
+#include "tools/program/languages.hpp"
+#include "tools/program/notation.hpp"
+
+#include <zolt/strings/unicode.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <map>
+#include <utility>
+
+namespace tools {
+namespace {
+
+using zolt::i18n::message_item;
+using zolt::i18n::message_t;
+
+constexpr std::string_view style_words[] = {"accent", "bidi", "xxx"};
+constexpr std::string_view regions[] = {"_XA", "_XB", "_XC"};
+
+constexpr std::string_view accents[] = {"å", "ƀ", "ç", "ð", "é", "ƒ", "ĝ", "ĥ", "î", "ĵ", "ķ", "ļ", "ɱ",
+                                        "ñ", "ö", "þ", "ǫ", "ŕ", "š", "ţ", "û", "ṽ", "ŵ", "ẋ", "ý", "ž",
+                                        "Å", "Ɓ", "Ç", "Ð", "É", "Ƒ", "Ĝ", "Ĥ", "Î", "Ĵ", "Ķ", "Ļ", "Ṁ",
+                                        "Ñ", "Ö", "Þ", "Ǫ", "Ŕ", "Š", "Ţ", "Û", "Ṽ", "Ŵ", "Ẋ", "Ý", "Ž"};
+constexpr std::string_view padding = "one two three four five six seven eight nine ten ";
+
+constexpr std::string_view isolate_right_to_left = "\u2067";
+constexpr std::string_view end_of_isolate = "\u2069";
+constexpr std::string_view override_right_to_left = "\u202E";
+constexpr std::string_view end_of_override = "\u202C";
+
+bool is_small(char c) { return c >= 'a' && c <= 'z'; }
+bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+
+void append_accented(ustring8& line, std::string_view text) {
+    for (char const c : text) {
+        if (is_small(c)) {
+            line += accents[c - 'a'];
+        } else if (is_capital(c)) {
+            line += accents[26 + c - 'A'];
+        } else {
+            line += c;
+        }
+    }
+}
+
+std::size_t count_characters(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+// The characters above ASCII that are no letters, in blocks; all others above U+00BF are.
+struct block {
+    unsigned long first;
+    unsigned long last;
+};
+constexpr block no_letters[] = {{0x00D7, 0x00D7}, {0x00F7, 0x00F7}, {0x2000, 0x2BFF},   {0x3000, 0x3004},
+                                {0x3008, 0x3020}, {0x3030, 0x3030}, {0xE000, 0xF8FF},   {0xFE00, 0xFE6F},
+                                {0xFF00, 0xFF20}, {0xFFE0, 0xFFFF}, {0x1F000, 0x1FAFF}, {0xE0000, 0x10FFFF}};
+
+bool is_foreign_letter(unsigned long character) {
+    return character > 0xBF && std::none_of(std::begin(no_letters), std::end(no_letters), [=](block const& range) {
+               return character >= range.first && character <= range.last;
+           });
+}
+
+void append_crossed_out(ustring8& line, std::string_view text) {
+    while (!text.empty()) {
+        unsigned long size = 0;
+        unsigned long const character = zolt::strings::unichar(
+            text.data(), static_cast<unsigned long>(std::min<std::size_t>(text.size(), 4)), 0, size);
+        bool const is_text = size != zolt::strings::no_index;
+        if (!is_text) size = 1;
+        if (is_capital(text.front())) {
+            line += 'X';
+        } else if (is_small(text.front()) || (is_text && is_foreign_letter(character))) {
+            line += 'x';
+        } else {
+            line.append(text.substr(0, size));
+        }
+        text.remove_prefix(size);
+    }
+}
+
+//--------------------------------------------------------------------------------------------------
+
+/// A text, or a placeholder.
+struct segment {
+    std::string_view text;
+    message_item const* placeholder = nullptr;
+};
+
+std::string_view take_blanks(std::string_view& text) {
+    std::string_view const blanks = text.substr(0, text.find_first_not_of(" \t\r"));
+    text.remove_prefix(blanks.size());
+    return blanks;
+}
+
+std::string_view take_last_blanks(std::string_view& text) {
+    std::size_t const size = text.find_last_not_of(" \t\r") + 1;
+    std::string_view const blanks = text.substr(size);
+    text = text.substr(0, size);
+    return blanks;
+}
+
+class message_maker {
+public:
+    explicit message_maker(pseudo_style style) : m_style(style) {}
+
+    message_t make(message_t const& message) {
+        std::vector<ustring8> texts; // which the segments look into
+        texts.reserve(message.size());
+        for (message_item const& item : message) {
+            if (item.type() == message_item::value) {
+                add_text(texts.emplace_back(item.data()));
+            } else {
+                m_line.push_back({{}, &item});
+            }
+        }
+        end_line();
+        end_text();
+        return message_t(message.name(), std::move(m_items), message.meta());
+    }
+
+private:
+    void add_text(std::string_view text) {
+        for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+            if (end != 0) m_line.push_back({text.substr(0, end)});
+            end_line();
+            m_text += '\n';
+            text.remove_prefix(end + 1);
+        }
+        if (!text.empty()) m_line.push_back({text});
+    }
+
+    void end_line() {
+        std::string_view before;
+        std::string_view after;
+        if (!m_line.empty()) {
+            before = take_blanks(m_line.front().text);
+            after = take_last_blanks(m_line.back().text);
+        }
+        bool const is_blank =
+            m_line.empty() || (m_line.size() == 1 && m_line[0].text.empty() && !m_line[0].placeholder);
+        m_text.append(before);
+        if (!is_blank) write_line();
+        m_text.append(after);
+        m_line.clear();
+    }
+
+    void write_line() {
+        std::size_t characters = 0;
+        if (m_style == pseudo_style::accent) m_text += '[';
+        if (m_style == pseudo_style::bidi) m_text += isolate_right_to_left;
+        for (segment const& next : m_line) {
+            if (next.placeholder) {
+                end_text();
+                m_items.push_back(*next.placeholder);
+            } else {
+                write_text(next.text);
+                characters += count_characters(next.text);
+            }
+        }
+        if (m_style == pseudo_style::accent) {
+            lengthen(characters);
+            m_text += ']';
+        }
+        if (m_style == pseudo_style::bidi) m_text += end_of_isolate;
+    }
+
+    void write_text(std::string_view text) {
+        if (m_style == pseudo_style::accent) return append_accented(m_text, text);
+        if (m_style == pseudo_style::xxx) return append_crossed_out(m_text, text);
+        m_text.append(take_blanks(text));
+        std::string_view const after = take_last_blanks(text);
+        if (!text.empty()) m_text.append(override_right_to_left).append(text).append(end_of_override);
+        m_text.append(after);
+    }
+
+    // By a third, with a blank before what is added.
+    void lengthen(std::size_t characters) {
+        if (characters != 0) m_text += ' ';
+        for (std::size_t left = (characters + 2) / 3; left != 0;) {
+            std::string_view const part = padding.substr(0, left);
+            append_accented(m_text, part);
+            left -= part.size();
+        }
+    }
+
+    void end_text() {
+        if (!m_text.empty()) m_items.emplace_back(std::exchange(m_text, {}));
+    }
+
+    pseudo_style m_style;
+    message_t::items_type m_items;
+    ustring8 m_text; // of the item that is being made
+    std::vector<segment> m_line;
+};
+
+} // namespace
+
+std::optional<pseudo_style> parse_pseudo_style(std::string_view word) {
+    auto const found = std::find(std::begin(style_words), std::end(style_words), word);
+    if (found == std::end(style_words)) return std::nullopt;
+    return static_cast<pseudo_style>(found - std::begin(style_words));
+}
+
+message_t pseudo_message(message_t const& message, pseudo_style style) {
+    return message_maker(style).make(message);
+}
+
+exit_status make_pseudo_catalogs(session const& session, pseudo_options const& options) {
+    catalog_tree tree(session);
+    if (!tree.read(options.paths)) return exit_failed;
+    ustring8 const reference = normalized_language(session.options.reference);
+    ustring8 const language =
+        session.options.language.value_or(reference + ustring8(regions[static_cast<std::size_t>(options.style)]));
+
+    // Of a region's language also what the region takes from it.
+    std::vector<ustring8> served_by{reference};
+    for_each_base(reference, [&](std::string_view base) { served_by.emplace_back(base); });
+    std::map<std::pair<ustring8, ustring8>, catalog_message const*> chosen;
+    for (ustring8 const& part : served_by) {
+        for (auto at = tree.served().lower_bound({part, {}, {}});
+             at != tree.served().end() && at->first.language == part; ++at)
+            chosen.try_emplace({at->first.catalog, at->first.message}, at->second);
+    }
+    if (chosen.empty()) {
+        session.complain(session.texts.get(phrase::po_no_messages));
+        return exit_failed;
+    }
+    catalog_writer writer;
+    for (auto const& [key, entry] : chosen) {
+        message_t message = pseudo_message(entry->message, options.style);
+        message._orginal_locale(language);
+        writer.add(entry->catalog, message);
+    }
+    session.out.write(writer.text());
+    return exit_good;
+}
+
+} // namespace tools

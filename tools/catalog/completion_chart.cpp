@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// All lengths are whole numbers of pixels, so that no formatting of decimals comes in.
+#include "completion_chart.hpp"
+
+#include "tools/program/terminal.hpp"
+
+#include <zolt/strings/unicode.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+
+namespace tools {
+namespace {
+
+constexpr std::size_t margin = 16;
+constexpr std::size_t row_height = 26;
+constexpr std::size_t bar_height = 16;
+constexpr std::size_t bar_width = 400;
+constexpr std::size_t number_width = 150;
+constexpr std::size_t column_width = 8; // of the terminal's columns, a little more than letters take
+constexpr std::size_t most_columns = 24;
+
+constexpr std::string_view style = "<style>\n"
+                                   "text { font: 13px system-ui, sans-serif; fill: #1f2328; }\n"
+                                   ".title { font-weight: bold; }\n"
+                                   ".language { text-anchor: end; }\n"
+                                   ".missing { fill: #d0d7de; }\n"
+                                   ".translated { fill: #1a7f37; }\n"
+                                   ".copies { fill: #bf8700; }\n"
+                                   "@media (prefers-color-scheme: dark) {\n"
+                                   "text { fill: #e6edf3; }\n"
+                                   ".missing { fill: #484f58; }\n"
+                                   ".translated { fill: #3fb950; }\n"
+                                   ".copies { fill: #d29922; }\n"
+                                   "}\n"
+                                   "</style>\n";
+
+// What XML can hold: valid UTF-8 without controls and U+FFFE and U+FFFF, with references for marks.
+std::string xml_text(std::string_view text) {
+    constexpr std::string_view replacement = "\uFFFD";
+    constexpr unsigned long smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    std::string result;
+    while (!text.empty()) {
+        unsigned long size = 0;
+        std::string_view const start = text.substr(0, 4);
+        unsigned long const character =
+            zolt::strings::unichar(start.data(), static_cast<unsigned long>(start.size()), 0, size);
+        bool const is_character = size <= 4 && character >= smallest[size] && character <= 0x10FFFF &&
+                                  (character < 0xD800 || character > 0xDFFF) && (character & 0xFFFE) != 0xFFFE;
+        if (!is_character) size = 1;
+        switch (is_character ? character : 0) {
+        case '<':
+            result += "&lt;";
+            break;
+        case '>':
+            result += "&gt;";
+            break;
+        case '&':
+            result += "&amp;";
+            break;
+        default:
+            result.append(is_character && character >= 0x20 ? text.substr(0, size) : replacement);
+        }
+        text.remove_prefix(size);
+    }
+    return result;
+}
+
+// The first characters of a long name.
+std::string_view cut(std::string_view text) {
+    std::size_t end = std::min(text.size(), 4 * most_columns);
+    while (end != 0 && display_width(text.substr(0, end)) > most_columns) --end;
+    while (end != 0 && end != text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return text.substr(0, end);
+}
+
+// How much of the bar, and a trace of it for what is not nothing.
+std::size_t length_of(std::size_t part, std::size_t whole) {
+    if (part == 0 || whole == 0) return 0;
+    auto const length = static_cast<std::size_t>(std::uint64_t(part) * bar_width / whole);
+    return std::max<std::size_t>(1, length);
+}
+
+class drawing {
+public:
+    void line(std::string_view text) { (m_text += text) += '\n'; }
+    void rectangle(std::string_view kind, std::size_t x, std::size_t y, std::size_t width, std::size_t height) {
+        if (width == 0) return;
+        m_text.append("<rect class=\"").append(kind).append("\"");
+        place(x, y);
+        number("width", width);
+        number("height", height);
+        line("/>");
+    }
+    void text(std::string_view kind, std::size_t x, std::size_t y, std::string_view content) {
+        m_text.append("<text class=\"").append(kind).append("\"");
+        place(x, y);
+        m_text.append(">").append(xml_text(content)).append("</text>\n");
+    }
+    void element(std::string_view name, std::string_view content) {
+        m_text.append("<").append(name).append(">").append(xml_text(content));
+        m_text.append("</").append(name).append(">\n");
+    }
+    std::string take() { return std::move(m_text); }
+
+private:
+    void place(std::size_t x, std::size_t y) {
+        number("x", x);
+        number("y", y);
+    }
+    void number(std::string_view name, std::size_t value) {
+        m_text.append(" ").append(name).append("=\"").append(std::to_string(value)).append("\"");
+    }
+    std::string m_text;
+};
+
+void draw_bar(drawing& picture, completion_bar const& bar, std::size_t left, std::size_t y) {
+    std::size_t const base = y + bar_height - 4;
+    std::size_t const translated = length_of(bar.translated, bar.total);
+    std::size_t const copies = std::min(length_of(bar.copies, bar.total), translated);
+    picture.line("<g>");
+    picture.text("language", left - margin / 2, base, cut(bar.language));
+    picture.rectangle("translated", left, y, translated - copies, bar_height);
+    picture.rectangle("copies", left + translated - copies, y, copies, bar_height);
+    picture.rectangle("missing", left + translated, y, bar_width - translated, bar_height);
+    picture.text("number", left + bar_width + margin / 2, base,
+                 std::to_string(percent(bar.translated, bar.total)) + " % (" + std::to_string(bar.translated) +
+                     "/" + std::to_string(bar.total) + ")");
+    picture.line("</g>");
+}
+
+} // namespace
+
+std::size_t percent(std::size_t part, std::size_t whole) {
+    return whole == 0 ? 100 : static_cast<std::size_t>(std::uint64_t(part) * 100 / whole);
+}
+
+std::string completion_chart(std::vector<completion_bar> const& bars, chart_legend const& legend) {
+    std::size_t columns = 4;
+    for (completion_bar const& bar : bars) columns = std::max(columns, display_width(cut(bar.language)));
+    std::size_t const left = margin + columns * column_width + margin / 2;
+    std::string const width = std::to_string(left + bar_width + number_width);
+    std::string const height = std::to_string(2 * margin + (bars.size() + 2) * row_height);
+
+    drawing picture;
+    picture.line("<svg xmlns=\"http://www.w3.org/2000/svg\" role=\"img\" width=\"" + width + "\" height=\"" +
+                 height + "\" viewBox=\"0 0 " + width + " " + height + "\">");
+    picture.element("title", legend.title);
+    picture.line(style.substr(0, style.size() - 1));
+    picture.text("title", left, margin + bar_height - 4, legend.title);
+    std::size_t y = margin + row_height;
+    for (completion_bar const& bar : bars) {
+        draw_bar(picture, bar, left, y);
+        y += row_height;
+    }
+    std::size_t x = left;
+    std::pair<std::string_view, ustring8 const&> const colours[] = {
+        {"translated", legend.translated}, {"copies", legend.copies}, {"missing", legend.missing}};
+    for (auto const& [kind, name] : colours) {
+        picture.rectangle(kind, x, y + 4, 12, 12);
+        picture.text("number", x + 18, y + bar_height - 1, name);
+        x += 18 + margin + display_width(name) * column_width;
+    }
+    picture.line("</svg>");
+    return picture.take();
+}
+
+} // namespace tools

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// Where in the files a fault is that the library reports. The library names file, catalog and message
+// and what it stumbled over; this finds the line.
+#pragma once
+
+#include "catalog_sources.hpp"
+#include "tools/program/library.hpp"
+
+namespace tools {
+
+struct fault_location {
+    source_file const* file;
+    unsigned line;
+};
+
+/// Reads the text of a failed load of `loaded` in a language. The place is in an included file when
+/// the text says so, and as exact as the text allows: at worst line 1 of `loaded`.
+fault_location locate_fault(ustring8 const& text, ustring8 const& language, source_file const& loaded,
+                            catalog_sources const& sources);
+
+} // namespace tools

@@ -1,0 +1,395 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// The reader goes line by line. A comment or a keyword that cannot belong to the entry at hand ends it.
+#include "po_file.hpp"
+
+#include "tools/program/utf8.hpp"
+
+#include <zolt/strings/code_page.hpp>
+#include <zolt/strings/string_utility.hpp>
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+namespace tools {
+namespace {
+
+using zolt::strings::code_page;
+
+constexpr std::size_t most_faults = 20;
+
+struct named_escape {
+    char letter;
+    char byte;
+};
+constexpr named_escape named_escapes[] = {{'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'"', '"'}, {'\\', '\\'},
+                                          {'a', '\a'}, {'b', '\b'}, {'f', '\f'}, {'v', '\v'}};
+
+struct charset {
+    std::string_view name; // in lower case
+    code_page::encoding_type page;
+};
+// Where an Asian charset has a larger one in use today, that reads it.
+constexpr charset charsets[] = {
+    {"iso-8859-1", code_page::iso_8859_1},
+    {"iso-8859-2", code_page::iso_8859_2},
+    {"iso-8859-3", code_page::iso_8859_3},
+    {"iso-8859-4", code_page::iso_8859_4},
+    {"iso-8859-5", code_page::iso_8859_5},
+    {"iso-8859-6", code_page::iso_8859_6},
+    {"iso-8859-7", code_page::iso_8859_7},
+    {"iso-8859-8", code_page::iso_8859_8},
+    {"iso-8859-9", code_page::iso_8859_9},
+    {"iso-8859-15", code_page::iso_8859_15},
+    {"cp1250", code_page::cp1250},
+    {"cp1251", code_page::cp1251},
+    {"cp1252", code_page::cp1252},
+    {"cp1253", code_page::cp1253},
+    {"cp1254", code_page::cp1254},
+    {"cp1255", code_page::cp1255},
+    {"cp1256", code_page::cp1256},
+    {"cp1257", code_page::cp1257},
+    {"cp1258", code_page::cp1258},
+    {"koi8-r", code_page::koi8_r},
+    {"koi8-u", code_page::koi8_u},
+    {"shift_jis", code_page::cp932},
+    {"cp932", code_page::cp932},
+    {"gb2312", code_page::cp936},
+    {"gbk", code_page::cp936},
+    {"cp936", code_page::cp936},
+    {"euc-kr", code_page::cp949},
+    {"cp949", code_page::cp949},
+    {"big5", code_page::cp950},
+    {"cp950", code_page::cp950},
+};
+
+constexpr std::string_view blanks = " \t\r\f\v";
+
+void skip_blanks(std::string_view& rest) {
+    rest.remove_prefix(std::min(rest.size(), rest.find_first_not_of(blanks)));
+}
+
+std::string_view trimmed(std::string_view text) {
+    skip_blanks(text);
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
+int digit_value(char c, int base) {
+    int const value = c >= '0' && c <= '9'   ? c - '0'
+                      : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                      : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                             : base;
+    return value < base ? value : -1;
+}
+
+// Up to three octal digits, or any number of hexadecimal ones behind an x. False for NUL and for more
+// than a byte.
+bool take_number(std::string_view& rest, ustring8& text) {
+    int const base = take(rest, "x") ? 16 : 8;
+    std::size_t const most = base == 8 ? 3 : rest.size();
+    int number = 0;
+    std::size_t size = 0;
+    for (; size < std::min(most, rest.size()); ++size) {
+        int const digit = digit_value(rest[size], base);
+        if (digit < 0) break;
+        number = std::min(256, number * base + digit);
+    }
+    rest.remove_prefix(size);
+    if (number == 0 || number > 255) return false;
+    text += static_cast<char>(number);
+    return true;
+}
+
+// Behind the backslash.
+bool take_escape(std::string_view& rest, ustring8& text) {
+    if (rest.empty()) return false;
+    for (auto const [letter, byte] : named_escapes) {
+        if (rest.front() != letter) continue;
+        rest.remove_prefix(1);
+        text += byte;
+        return true;
+    }
+    return take_number(rest, text);
+}
+
+// At the opening quote. On a problem the rest begins where it is.
+std::optional<po_problem> take_string(std::string_view& rest, ustring8& text) {
+    std::string_view const whole = rest;
+    rest.remove_prefix(1);
+    for (;;) {
+        std::size_t const end = std::min(rest.size(), rest.find_first_of("\"\\"));
+        text.append(rest.substr(0, end));
+        rest.remove_prefix(end);
+        if (rest.empty()) {
+            rest = whole;
+            return po_problem::open_string;
+        }
+        std::string_view const here = rest;
+        rest.remove_prefix(1);
+        if (here.front() == '"') return std::nullopt;
+        if (!take_escape(rest, text)) {
+            rest = here;
+            return po_problem::bad_escape;
+        }
+    }
+}
+
+class po_reader {
+public:
+    po_file read(std::string_view text) {
+        for (m_line = 1; !text.empty() && m_file.faults.size() < most_faults; ++m_line) {
+            std::size_t const end = std::min(text.size(), text.find('\n'));
+            m_whole_line = text.substr(0, end);
+            read_line(m_whole_line);
+            text.remove_prefix(std::min(text.size(), end + 1));
+        }
+        end_entry();
+        return std::move(m_file);
+    }
+
+private:
+    void read_line(std::string_view rest) {
+        skip_blanks(rest);
+        if (rest.empty()) return;
+        if (rest.front() == '#') return read_comment(rest);
+        if (rest.front() != '"' && !read_keyword(rest)) return;
+        read_strings(rest);
+    }
+
+    // Obsolete entries and the ids that fuzzy entries had are passed over.
+    void read_comment(std::string_view rest) {
+        if (take(rest, "#~")) {
+            end_entry();
+            ++m_file.obsolete;
+        } else if (take(rest, "#,")) {
+            open_comment();
+            for (auto const& flag : zolt::strings::split_string(ustring8(rest), ",")) {
+                if (trimmed(flag) == "fuzzy") m_entry.is_fuzzy = true;
+                if (trimmed(flag) == "python-brace-format") m_entry.is_brace_format = true;
+            }
+        } else if (take(rest, "#.")) {
+            open_comment();
+            m_entry.notes.emplace_back(trimmed(rest));
+        } else if (!rest.starts_with("#|")) {
+            open_comment();
+        }
+    }
+
+    void open_comment() {
+        if (m_part) end_entry();
+    }
+
+    // False when no string can follow.
+    bool read_keyword(std::string_view& rest) {
+        std::string_view const line = rest;
+        if (take(rest, "msgctxt")) {
+            if (m_part) end_entry();
+            start_part(m_entry.context.emplace());
+        } else if (take(rest, "msgid_plural")) {
+            if (!m_has_id || m_entry.plural_id || !m_entry.texts.empty()) return fail(line, po_problem::misplaced);
+            start_part(m_entry.plural_id.emplace());
+        } else if (take(rest, "msgid")) {
+            if (m_has_id) end_entry();
+            m_has_id = true;
+            start_part(m_entry.id);
+        } else if (take(rest, "msgstr")) {
+            if (!m_has_id || !take_form(rest)) return fail(line, po_problem::misplaced);
+            start_part(m_entry.texts.emplace_back());
+        } else {
+            return fail(line, po_problem::no_keyword);
+        }
+        return true;
+    }
+
+    // The number of a plural form, which counts from 0, or none where there is no plural.
+    bool take_form(std::string_view& rest) const {
+        if (!m_entry.plural_id) return m_entry.texts.empty() && !rest.starts_with("[");
+        return take(rest, "[" + std::to_string(m_entry.texts.size()) + "]");
+    }
+
+    void start_part(ustring8& part) {
+        if (!m_part) m_entry.line = m_line;
+        m_part = &part;
+    }
+
+    // At least one string, and nothing else up to the end of the line.
+    void read_strings(std::string_view rest) {
+        skip_blanks(rest);
+        if (rest.empty() || !m_part)
+            return void(fail(rest, rest.empty() ? po_problem::no_keyword : po_problem::misplaced));
+        for (; !rest.empty(); skip_blanks(rest)) {
+            std::string_view const start = rest;
+            if (rest.front() != '"') return void(fail(rest, po_problem::no_keyword));
+            std::size_t const size = m_part->size();
+            if (auto const problem = take_string(rest, *m_part)) return void(fail(rest, *problem));
+            if (std::string_view(*m_part).substr(size).find_first_of({"\0\4", 2}) != std::string_view::npos)
+                return void(fail(start, po_problem::control_character));
+        }
+    }
+
+    void end_entry() {
+        bool const is_whole = m_has_id && !m_entry.texts.empty();
+        if (m_part && !is_whole) m_file.faults.push_back({m_entry.line, 1, po_problem::no_text});
+        if (m_part && is_whole) keep_entry();
+        m_entry = {};
+        m_part = nullptr;
+        m_has_id = false;
+    }
+
+    void keep_entry() {
+        auto const is_good = [](ustring8 const& text) { return is_strict_utf8(text); };
+        bool const is_text = is_good(m_entry.id) && is_good(m_entry.context.value_or("")) &&
+                             is_good(m_entry.plural_id.value_or("")) &&
+                             std::all_of(m_entry.texts.begin(), m_entry.texts.end(), is_good) &&
+                             std::all_of(m_entry.notes.begin(), m_entry.notes.end(), is_good);
+        if (!is_text) {
+            m_file.faults.push_back({m_entry.line, 1, po_problem::not_utf8});
+        } else if (m_entry.id.empty() && !m_entry.context) {
+            if (m_file.header.empty()) m_file.header = m_entry.texts.front();
+        } else {
+            m_file.entries.push_back(std::move(m_entry));
+        }
+    }
+
+    bool fail(std::string_view rest, po_problem problem) {
+        auto const column = static_cast<std::size_t>(rest.data() - m_whole_line.data()) + 1;
+        m_file.faults.push_back({m_line, column, problem});
+        return false;
+    }
+
+    po_file m_file;
+    po_entry m_entry;
+    ustring8* m_part = nullptr; // of the entry: what further strings are added to; null: no keyword yet
+    bool m_has_id = false;
+    std::string_view m_whole_line;
+    std::size_t m_line = 0;
+};
+
+// What the header says, found without reading the file: it is ASCII in every charset, and it is the first
+// entry and has an empty msgid, or there is none.
+ustring8 charset_of(std::string_view bytes) {
+    constexpr std::string_view mark = "charset=";
+    while (!bytes.empty() && std::string_view("# \t\r\n").find(bytes.front()) != std::string_view::npos)
+        bytes.remove_prefix(std::min(bytes.size() - 1, bytes.find('\n')) + 1);
+    std::size_t const text = std::min(bytes.size(), bytes.find("msgstr"));
+    if (!take(bytes, "msgid") || bytes.substr(0, text - 5).find_first_not_of("\" \t\r\n") != std::string_view::npos)
+        return ustring8();
+    bytes = bytes.substr(text - 5);
+    bytes = bytes.substr(0, bytes.find("\nmsg"));
+    std::size_t const start = bytes.find(mark);
+    if (start == std::string_view::npos) return ustring8();
+    bytes.remove_prefix(start + mark.size());
+    return zolt::strings::to_lower(ustring8(bytes.substr(0, bytes.find_first_of("\\\";\n \t"))));
+}
+
+bool is_unicode(std::string_view charset) {
+    constexpr std::string_view names[] = {"", "utf-8", "utf8", "us-ascii", "ascii", "ansi_x3.4-1968", "charset"};
+    return std::find(std::begin(names), std::end(names), charset) != std::end(names);
+}
+
+po_file fault_at_start(po_problem problem) {
+    po_file file;
+    file.faults.push_back({1, 1, problem});
+    return file;
+}
+
+auto count_questions(std::string_view text) { return std::count(text.begin(), text.end(), '?'); }
+
+void append_escaped(ustring8& line, char c) {
+    for (auto const [letter, byte] : named_escapes) {
+        if (c != byte) continue;
+        line.append({'\\', letter});
+        return;
+    }
+    auto const code = static_cast<unsigned char>(c);
+    if (code >= 0x20 && code != 0x7F) {
+        line += c;
+    } else {
+        auto const digit = [](unsigned value) { return static_cast<char>('0' + (value & 7)); };
+        line.append({'\\', digit(code >> 6u), digit(code >> 3u), digit(code)});
+    }
+}
+
+// A text with line ends inside starts in a line of its own, as gettext writes it.
+void append_string(ustring8& file, std::string_view keyword, std::string_view text) {
+    file.append(keyword).append(" ");
+    std::size_t const first_end = std::min(text.size(), text.find('\n'));
+    bool const has_lines = first_end + 1 < text.size();
+    if (has_lines || text.empty()) file += "\"\"\n";
+    while (!text.empty()) {
+        std::size_t const end = std::min(text.size(), text.find('\n'));
+        std::size_t const size = std::min(text.size(), end + 1);
+        file.append(quoted_po(text.substr(0, size))).append("\n");
+        text.remove_prefix(size);
+    }
+}
+
+} // namespace
+
+ustring8 po_file::field(std::string_view name) const {
+    for (ustring8 const& line : zolt::strings::split_string(header, "\n")) {
+        std::string_view rest = line;
+        if (take(rest, name) && take(rest, ":")) return ustring8(trimmed(rest));
+    }
+    return ustring8();
+}
+
+po_file read_po(std::string_view bytes) {
+    take(bytes, "\xEF\xBB\xBF");
+    ustring8 const name = charset_of(bytes);
+    if (is_unicode(name)) return po_reader().read(bytes);
+    bool const is_windows = name.starts_with("windows-");
+    ustring8 const usual = is_windows ? ustring8("cp" + name.substr(8)) : name;
+    auto const known = std::find_if(std::begin(charsets), std::end(charsets),
+                                    [&](charset const& candidate) { return candidate.name == usual; });
+    if (known == std::end(charsets)) return fault_at_start(po_problem::charset);
+    ustring8 const text = code_page(known->page).as_utf8(std::string(bytes));
+    // What cannot be converted becomes a question mark.
+    if (count_questions(text) != count_questions(bytes)) return fault_at_start(po_problem::not_charset);
+    return po_reader().read(text);
+}
+
+void append_po(ustring8& file, po_entry const& entry) {
+    for (ustring8 const& note : entry.notes) file.append("#. ").append(note).append("\n");
+    for (ustring8 const& reference : entry.references) file.append("#: ").append(reference).append("\n");
+    if (entry.is_fuzzy || entry.is_brace_format) {
+        file.append("#, ").append(entry.is_fuzzy ? "fuzzy" : "");
+        file.append(entry.is_fuzzy && entry.is_brace_format ? ", " : "");
+        file.append(entry.is_brace_format ? "python-brace-format" : "").append("\n");
+    }
+    if (entry.context) append_string(file, "msgctxt", *entry.context);
+    append_string(file, "msgid", entry.id);
+    if (entry.plural_id) append_string(file, "msgid_plural", *entry.plural_id);
+    for (std::size_t i = 0; i != entry.texts.size(); ++i) {
+        append_string(file, entry.plural_id ? "msgstr[" + std::to_string(i) + "]" : "msgstr", entry.texts[i]);
+    }
+    file += '\n';
+}
+
+bool take(std::string_view& rest, std::string_view start) {
+    if (!rest.starts_with(start)) return false;
+    rest.remove_prefix(start.size());
+    return true;
+}
+
+ustring8 quoted_po(std::string_view text) {
+    ustring8 line = "\"";
+    for (char const c : text) append_escaped(line, c);
+    line += '"';
+    return line;
+}
+
+std::optional<ustring8> take_quoted_po(std::string_view& rest) {
+    ustring8 text;
+    if (!rest.starts_with('"') || take_string(rest, text)) return std::nullopt;
+    return text;
+}
+
+bool is_po_text(std::string_view text) {
+    return text.find_first_of({"\0\4", 2}) == std::string_view::npos && is_strict_utf8(text);
+}
+
+} // namespace tools

@@ -1,0 +1,305 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "config_commands.hpp"
+
+#include "config_rules.hpp"
+#include "config_statements.hpp"
+#include "config_text_edit.hpp"
+#include "tools/program/findings.hpp"
+#include "tools/program/json.hpp"
+
+#include <zolt/config/config_tree.hpp>
+#include <zolt/system/file_utility.hpp>
+#include <zolt/system/io.hpp>
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+namespace tools {
+namespace {
+
+using zolt::config::config_tree;
+
+// Words for other programs, the same in every language.
+constexpr std::string_view source_words[] = {"command line", "file", "environment"};
+
+char to_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool is_loaded(session const& session, config_settings const& settings) {
+    if (!settings.warnings().empty()) {
+        ustring8 const& text = settings.warnings();
+        session.complain(std::string_view(text).substr(0, text.find_last_not_of('\n') + 1));
+    }
+    if (settings.is_file_read()) return true;
+    session.complain(session.texts.get(phrase::not_readable, {{"path", settings.file_name()}}));
+    return false;
+}
+
+//--------------------------------------------------------------------------------------------------
+// show and list
+
+/// Where settings come from.
+class origins {
+public:
+    origins(session const& session, config_settings const& settings)
+        : m_session(session), m_file(settings.file_name()) {
+        ustring8 text;
+        // A pipe has been read, and cannot be read again.
+        if (zolt::system::io::is_file(m_file) && zolt::system::load_file(m_file, text) == 0) {
+            find_config_lines(text, m_lines);
+        }
+    }
+
+    ustring8 const& file() const { return m_file; }
+    /// 0 when it is not known.
+    std::size_t line(setting const& which) const {
+        config_tree const* const node = m_lines.get_node(which.key);
+        return node && node->has_entry() ? static_cast<std::size_t>(node->value().as_uint64()) : 0;
+    }
+    /// For people.
+    ustring8 describe(setting const& which) const {
+        if (which.source == command_line_source) return m_session.texts.get(phrase::source_command_line);
+        if (which.source == environment_source) return m_session.texts.get(phrase::source_environment);
+        return place(which);
+    }
+    /// For other programs.
+    ustring8 name(setting const& which) const {
+        ustring8 const word{std::string(source_words[which.source])};
+        return which.source == file_source ? ustring8(word + ":" + place(which)) : word;
+    }
+
+private:
+    ustring8 place(setting const& which) const {
+        std::size_t const at = line(which);
+        return at == 0 ? m_file : ustring8(m_file + ":" + std::to_string(at));
+    }
+
+    session const& m_session;
+    ustring8 m_file;
+    config_tree m_lines;
+};
+
+/// Whether the pattern occurs in the text; "*" is any text, "?" any byte, letters count as small ones.
+bool occurs(std::string_view pattern, std::string_view text) {
+    auto const fits = [](char wanted, char met) { return wanted == '?' || to_lower(wanted) == to_lower(met); };
+    // What follows a "*" is found as early as possible; only the last one is ever taken back.
+    std::size_t next = 0;       // in the pattern
+    std::size_t after_star = 0; // the pattern begins with one, as it were
+    std::size_t restart = 0;    // in the text, for what follows the star
+    for (std::size_t at = 0; next != pattern.size();) {
+        if (pattern[next] == '*') {
+            after_star = ++next;
+            restart = at;
+        } else if (at == text.size()) {
+            return false;
+        } else if (fits(pattern[next], text[at])) {
+            ++next;
+            ++at;
+        } else {
+            next = after_star;
+            at = ++restart;
+        }
+    }
+    return true;
+}
+
+/// What is to be shown of settings.
+struct shown_parts {
+    origins const* from = nullptr;
+    bool has_state = false; ///< in records
+    std::vector<ustring8> const* masks = nullptr;
+};
+
+/// A setting in the place of which stars are shown if a mask hides it.
+setting masked(setting which, shown_parts const& parts) {
+    constexpr char mask[] = "***";
+    bool const is_hidden =
+        parts.masks && std::any_of(parts.masks->begin(), parts.masks->end(),
+                                   [&](ustring8 const& each) { return occurs(each, which.key); });
+    if (is_hidden) std::fill(which.values.begin(), which.values.end(), mask);
+    return which;
+}
+
+/// As it would be written in a file, in quotes where these matter.
+ustring8 written(ustring8 const& text, bool is_element) {
+    return printable(text.empty() ? ustring8("\"\"") : written_value(text, is_element));
+}
+
+void print_line(session const& session, setting const& which, origins const* from) {
+    ustring8 line = printable(which.key);
+    line += which.is_array ? "[] =" : " =";
+    for (ustring8 const& value : which.values) {
+        line.append(&value == &which.values.front() ? " " : ", ").append(written(value, which.is_array));
+    }
+    ustring8 note = from ? from->describe(which) : ustring8();
+    if (which.is_overridden) {
+        note = from ? session.texts.get(phrase::origin_overridden, {{"origin", note}})
+                    : session.texts.get(phrase::setting_overridden);
+    }
+    if (!note.empty()) line.append("  ").append(session.out.paint(colour::place, "# " + printable(note)));
+    session.out.line(line);
+}
+
+/// For other programs: every value is a record of its own.
+void print_record(session const& session, setting const& which, shown_parts const& parts) {
+    std::string head;
+    if (parts.from) head.append(parts.from->name(which)).append(1, '\0');
+    if (parts.has_state) head.append(which.is_overridden ? "overridden" : "effective").append(1, '\0');
+    std::size_t index = 0;
+    for (ustring8 const& value : which.values) {
+        session.out.write(head);
+        session.out.write(which.key);
+        if (which.is_array && !which.key.ends_with('.')) session.out.write(".");
+        if (which.is_array) session.out.write(std::to_string(index++));
+        session.out.write("\n");
+        session.out.write(value);
+        session.out.write(std::string_view("\0", 1));
+    }
+}
+
+void append_values(json_writer& json, ustring8 const& key, std::vector<ustring8> const& values, bool is_array) {
+    json.member("key", key);
+    if (!is_array) return json.member("value", values.front());
+    json.begin_array("values");
+    for (ustring8 const& value : values) json.value(value);
+    json.end_array();
+}
+
+void append_json(json_writer& json, setting const& which, origins const* from) {
+    json.begin_object();
+    append_values(json, which.key, which.values, which.is_array);
+    if (which.is_overridden) json.member("state", "overridden");
+    if (from) {
+        json.member("source", source_words[which.source]);
+        if (which.source == file_source) {
+            json.member("file", from->file());
+            if (std::size_t const line = from->line(which)) json.member("line", line);
+        }
+    }
+    json.end_object();
+}
+
+void print_json(session const& session, config_settings const& settings, shown_settings shown,
+                shown_parts const& parts) {
+    json_writer json;
+    json.begin_object();
+    json.begin_array("settings");
+    settings.for_each(shown, [&](setting const& which) {
+        append_json(json, masked(which, parts), parts.from);
+        session.out.write(json.take());
+    });
+    json.end_array();
+    json.end_object();
+    session.out.line(json.text());
+}
+
+//--------------------------------------------------------------------------------------------------
+// get
+
+// As it is for other programs, harmless for a terminal.
+void print_value(session const& session, ustring8 const& value) {
+    session.out.line(session.out.is_terminal() ? printable(value, line_feeds::keep) : value);
+}
+
+//--------------------------------------------------------------------------------------------------
+// check
+
+void check_text(session const& session, finding_list& found, ustring8 const& path, ustring8 const& text) {
+    for (auto const& [key, fault] : find_config_faults(text)) {
+        rule const& rule = config_rule_of(fault.text);
+        auto const line = static_cast<unsigned long long>(fault.line);
+        ustring8 const what = session.texts.get(fault.text, {{"key", key}, {"part", fault.part}, {"line", line}});
+        found.add({path, fault.place.line, fault.place.column, rule.level, rule.name, what});
+    }
+}
+
+} // namespace
+
+exit_status show_config(session const& session, config_show_options const& options) {
+    return list_config(session, {options.sources, options.has_origin, false, false, {}});
+}
+
+exit_status list_config(session const& session, config_list_options const& options) {
+    config_settings const settings(options.sources);
+    if (!is_loaded(session, settings)) return exit_failed;
+    std::optional<origins> from;
+    if (options.has_origin) from.emplace(session, settings);
+    shown_settings const shown = options.has_overridden ? shown_settings::all : shown_settings::effective;
+    shown_parts const parts{from ? &*from : nullptr, options.has_overridden, &options.masks};
+    if (session.is_json()) {
+        print_json(session, settings, shown, parts);
+        return exit_good;
+    }
+    settings.for_each(shown, [&](setting const& which) {
+        setting const visible = masked(which, parts);
+        options.has_records ? print_record(session, visible, parts) : print_line(session, visible, parts.from);
+    });
+    return exit_good;
+}
+
+exit_status get_config(session const& session, config_get_options const& options) {
+    config_settings const settings(options.sources);
+    if (!is_loaded(session, settings)) return exit_failed;
+    zolt::config::config_manager const& manager = settings.manager();
+    bool const is_array = manager.is_array(options.key);
+    std::vector<ustring8> values;
+    if (is_array) {
+        std::vector<zolt::types::variant> elements;
+        manager.get_array(options.key, elements);
+        for (zolt::types::variant const& element : elements) values.push_back(element.as_utf8());
+    } else if (manager.value_exist(options.key)) {
+        values.push_back(manager.get_value(options.key, zolt::types::variant()).as_utf8());
+    } else if (options.default_value) {
+        values.push_back(*options.default_value);
+    } else {
+        session.complain(session.texts.get(phrase::no_setting, {{"key", options.key}}));
+        return exit_findings;
+    }
+    if (!session.is_json()) {
+        for (ustring8 const& value : values) print_value(session, value);
+        return exit_good;
+    }
+    json_writer json;
+    json.begin_object();
+    append_values(json, options.key, values, is_array);
+    json.end_object();
+    session.out.line(json.text());
+    return exit_good;
+}
+
+exit_status check_config(session const& session, std::vector<ustring8> const& files) {
+    finding_list found(session);
+    std::size_t read = 0;
+    for (ustring8 const& path : files) {
+        ustring8 text;
+        if (zolt::system::load_file(path, text) == 0) {
+            check_text(session, found, path, text);
+            ++read;
+        } else {
+            session.complain(session.texts.get(phrase::not_readable, {{"path", path}}));
+        }
+    }
+    if (session.is_json()) {
+        json_writer json;
+        json.begin_object();
+        json.member("files", read);
+        found.append_to(json);
+        json.end_object();
+        session.out.line(json.text());
+    } else {
+        found.print();
+        if (!session.options.is_quiet) {
+            auto const counted = [&](phrase one, std::size_t number) { return session.texts.counted(one, number); };
+            session.out.line(
+                session.texts.get(phrase::config_check_summary,
+                                  {{"files", counted(phrase::files_one, read)},
+                                   {"errors", counted(phrase::errors_one, found.count(severity::error))},
+                                   {"warnings", counted(phrase::warnings_one, found.count(severity::warning))}}));
+        }
+    }
+    return read == files.size() ? found.status() : exit_failed;
+}
+
+} // namespace tools

@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// The new text goes to a file beside the old one, is read back by the library, and takes the old one's place
+// only when it gives all the old settings but for the one.
+#include "config_edit.hpp"
+
+#include "config_text_edit.hpp"
+#include "tools/program/result_file.hpp"
+
+#include <zolt/config/file_item.hpp>
+#include <zolt/system/file_utility.hpp>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace tools {
+namespace {
+
+using zolt::config::config_tree;
+using zolt::config::file_item;
+
+constexpr unsigned array_kind = 2;
+constexpr std::string_view array_mark = "[]";
+
+/// A configuration file whose tree can be changed in any way.
+class open_file : public file_item {
+public:
+    using file_item::file_item;
+    using file_item::own_tree;
+};
+
+void clear(config_tree& node) { node.set_entry(zolt::types::nil, 0); }
+
+/// Removes an entry, of an array the elements too up to a gap. Returns how many there were.
+std::size_t remove(config_tree& tree, ustring8 const& key) {
+    config_tree& node = tree.make_node(key);
+    bool const is_array = node.kind() == array_kind;
+    clear(node);
+    for (std::size_t i = 0; is_array; ++i) {
+        ustring8 const index = std::to_string(i);
+        config_tree const* const element = node.get_node(index);
+        if (!element || element->value() == zolt::types::nil || element->kind() == array_kind) return i;
+        clear(node.make_node(index));
+    }
+    return 0;
+}
+
+bool has_same_entry(config_tree const& left, config_tree const* right) {
+    return right && left.kind() == right->kind() && left.value().as_utf8() == right->value().as_utf8();
+}
+
+/// Whether all entries of a tree are in another one.
+bool holds_all(config_tree const& found, config_tree const& expected) {
+    static config_tree const nothing;
+    std::vector<std::pair<config_tree const*, config_tree const*>> pending{{&expected, &found}};
+    while (!pending.empty()) {
+        auto const [left, right] = pending.back();
+        pending.pop_back();
+        for (auto const& [name, node] : *left) {
+            config_tree const* const other = right->get_node(name);
+            if (node->has_entry() && !has_same_entry(*node, other)) return false;
+            pending.emplace_back(node.get(), other ? other : &nothing);
+        }
+    }
+    return true;
+}
+
+class config_edit {
+public:
+    config_edit(session const& session, ustring8 const& path) : m_session(session), m_path(path), m_item(path) {}
+
+    /// False, and a complaint, when the file cannot be read. One that is not there may count as empty.
+    bool load(bool may_be_absent);
+    file_item const& item() const { return m_item; }
+    exit_status make(config_change change);
+
+private:
+    void expect(config_change& change);
+    bool gives_what_is_expected(ustring8 const& file) const;
+    exit_status refuse(phrase reason, zolt::generic::varg_list const& arguments) const;
+    exit_status fail(int error) const;
+
+    session const& m_session;
+    ustring8 m_path;
+    ustring8 m_text;
+    open_file m_item; ///< what is read from the file, then what should be
+};
+
+bool config_edit::load(bool may_be_absent) {
+    struct stat status {};
+    bool const is_there = ::stat(m_path.c_str(), &status) == 0;
+    if (!is_there && errno == ENOENT && may_be_absent) return true;
+    bool const is_loaded =
+        is_there && S_ISREG(status.st_mode) && zolt::system::load_file(m_path, m_text) == 0 && m_item.load();
+    if (!is_loaded) m_session.complain(m_session.texts.get(phrase::not_readable, {{"path", m_path}}));
+    return is_loaded;
+}
+
+void config_edit::expect(config_change& change) {
+    change.elements_before = remove(m_item.own_tree(), change.key);
+    if (change.values.empty()) return;
+    if (!change.is_array) return m_item.set(change.key, change.values.front(), 0);
+    zolt::generic::varg_list elements;
+    for (ustring8 const& value : change.values) elements.push_back(zolt::types::variant(value));
+    m_item.set_array(change.key, elements, {});
+}
+
+bool config_edit::gives_what_is_expected(ustring8 const& file) const {
+    file_item written(file);
+    return written.load() && holds_all(written.tree(), m_item.tree()) && holds_all(m_item.tree(), written.tree());
+}
+
+/// False when something went wrong, which the file's end tells.
+bool write(std::FILE* stream, ustring8 const& text) {
+    if (!stream) return false;
+    std::size_t const written = std::fwrite(text.data(), 1, text.size(), stream);
+    return std::fflush(stream) == 0 && written == text.size();
+}
+
+exit_status config_edit::make(config_change change) {
+    expect(change);
+    for (edit_reach const reach : {edit_reach::one_statement, edit_reach::all_statements}) {
+        config_text_edit const edit = edit_config_text(m_text, change, reach);
+        if (edit.array_line != 0) {
+            auto const line = static_cast<unsigned long long>(edit.array_line);
+            return refuse(phrase::key_in_array, {{"key", change.key}, {"line", line}});
+        }
+        result_file file(m_path);
+        bool const is_written = write(file.stream(), edit.text);
+        if (is_written && !gives_what_is_expected(file.temporary())) continue;
+        int const error = file.commit();
+        return error == 0 ? exit_good : fail(error);
+    }
+    return refuse(phrase::edit_not_alone, {{"key", change.key}, {"path", m_path}});
+}
+
+exit_status config_edit::refuse(phrase reason, zolt::generic::varg_list const& arguments) const {
+    m_session.complain(m_session.texts.get(reason, arguments));
+    return exit_findings;
+}
+
+exit_status config_edit::fail(int error) const {
+    ustring8 const reason(std::strerror(error));
+    m_session.complain(m_session.texts.get(phrase::file_not_written, {{"path", m_path}, {"reason", reason}}));
+    return exit_failed;
+}
+
+bool is_array_key(std::string_view key) { return key.ends_with(array_mark); }
+
+ustring8 plain_key(ustring8 const& key) {
+    return key.substr(0, key.size() - (is_array_key(key) ? array_mark.size() : 0));
+}
+
+/// Whether nothing is to be done.
+bool is_set(file_item const& item, config_change const& change) {
+    config_tree::entry_type const* const entry = item.get_value(change.key);
+    if (!entry || (entry->first == array_kind) != change.is_array) return false;
+    if (!change.is_array) return entry->second.as_utf8() == change.values.front();
+    config_tree::entry_list elements;
+    item.get_array(change.key, elements);
+    return std::equal(
+        change.values.begin(), change.values.end(), elements.begin(), elements.end(),
+        [](ustring8 const& value, auto const& element) { return element.second.second.as_utf8() == value; });
+}
+
+} // namespace
+
+exit_status set_config(session const& session, config_set_options const& options) {
+    bool const is_array = is_array_key(options.key) || options.values.size() > 1;
+    config_change const change{plain_key(options.key), is_array, options.values};
+    if (auto const reason = why_unwritable(change)) {
+        session.complain(session.texts.get(*reason, {{"key", change.key}}));
+        return exit_failed;
+    }
+    config_edit edit(session, options.file);
+    if (!edit.load(true)) return exit_failed;
+    return is_set(edit.item(), change) ? exit_good : edit.make(change);
+}
+
+exit_status unset_config(session const& session, config_unset_options const& options) {
+    ustring8 const key = plain_key(options.key);
+    config_edit edit(session, options.file);
+    if (!edit.load(false)) return exit_failed;
+    if (!edit.item().get_value(key)) {
+        session.complain(session.texts.get(phrase::no_setting, {{"key", options.key}}));
+        return exit_findings;
+    }
+    return edit.make({key, false, {}});
+}
+
+} // namespace tools

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+//
+// config_text_edit: a configuration file's text with one key changed and every other byte as it was.
+//
+// The statement that gives the key its value is rewritten where it stands; comments and layout around it
+// stay, in an array between the elements, too. A key that is not there goes behind the last statement of the
+// longest section that fits. The reader's grammar has traps that no edit sees, such as an array before that
+// runs on, so whoever edits reads the result and compares.
+#pragma once
+
+#include "tools/program/library.hpp"
+#include "tools/program/program_messages.hpp"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace tools {
+
+struct config_change {
+    ustring8 key;
+    bool is_array = false;
+    std::vector<ustring8> values;    ///< one unless it is an array; none to remove the key
+    std::size_t elements_before = 0; ///< of the array that the key has been
+};
+
+/// Why no line of a file brings this back; nothing when one does.
+std::optional<phrase> why_unwritable(config_change const& change);
+
+/// The value or element as a file has it, between quotes where these matter.
+ustring8 written_value(ustring8 const& text, bool is_element, bool in_quotes = false);
+
+struct config_text_edit {
+    ustring8 text;
+    /// The line of an array that has the key as an element and can do nothing but keep it; else 0.
+    std::size_t array_line = 0;
+};
+
+enum class edit_reach {
+    one_statement,
+    all_statements ///< what else gives the key a value, or an element that goes, is removed
+};
+
+config_text_edit edit_config_text(ustring8 const& text, config_change const& change, edit_reach reach);
+
+} // namespace tools
