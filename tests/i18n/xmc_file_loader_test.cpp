@@ -170,6 +170,7 @@ TEST(xmc_file_loader, structure_and_faults) {
         {open("<msg name='m'><arg><msg/></arg></msg>"), 10, msg_end + message},
         {open("<msg meta='only'/>"), 0, "No Error", "c.@en ;"},
         {open("<msg/><msg>a</msg><msg>b</msg>"), 0, "No Error", "c.@en 'a';"},
+        {open("<msg name='m'>x</msg><msg/>"), 0, "No Error", "c.@en ;" + data},
         // includes that never reach a file
         {document("<include/><include path='x'><!--c--></include> text " + good), 0, "No Error", data},
         {document("<include file=''/>"), 3, "File \"\" was not found on disk" + file.substr(1)},
