@@ -145,6 +145,25 @@ TEST_F(ProgramCatalogs, AreFound) {
 }
 
 // --list-rules needs no arguments, and --ignore takes only what it lists.
+TEST(Program, TellsWhatIsWrongWithItsCommandLine) {
+    std::pair<char const*, char const*> const rows[] = {
+        {"", "a command is required"},
+        {"config foo", "\"foo\" is no command"},
+        {"config set f", "KEY is required"},
+        {"config set f k -x",
+         "\"-x\" was not expected; what starts with \"-\" and is no option stands behind \"--\""},
+        {"config set f k v -o f", "this command writes its own file; there is nothing for -o"},
+        {"catalog list --format=xml f", "--format: xml not in {text,json}"},
+        {"catalog check --ignore nope a b", "\"nope\" is no rule of this command; --list-rules shows those that are"},
+        {"config check [a,b]", "\"[a,b]\" cannot be read"}, // one name
+    };
+    for (auto const& [arguments, complaint] : rows) {
+        program_run const ended = run_program(arguments);
+        EXPECT_EQ(2, ended.status) << arguments;
+        EXPECT_EQ(0u, ended.err.find(std::string("zolt: ") + complaint)) << arguments << '\n' << ended.err;
+    }
+}
+
 TEST(Program, ExplainsItsRules) {
     for (std::string const command : {"catalog check ", "config check "}) {
         SCOPED_TRACE(command);

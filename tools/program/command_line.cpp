@@ -13,6 +13,7 @@
 #include <cstring>
 #include <optional>
 #include <sstream>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -56,6 +57,33 @@ manual_option describe_option(CLI::Option const& option) {
     return result;
 }
 
+// The parser takes an argument such as "[a,b]" apart where it expects a list. With a mark in front it stays whole.
+constexpr char bracket_mark = '\x1F';
+
+std::string marked(std::string argument) {
+    if (!argument.empty() && (argument[0] == '[' || argument[0] == bracket_mark))
+        argument.insert(0, 1, bracket_mark);
+    return argument;
+}
+
+void unmark(std::string& argument) {
+    if (!argument.empty() && argument[0] == bracket_mark) argument.erase(0, 1);
+}
+
+void unmark(std::optional<std::string>& argument) {
+    if (argument) unmark(*argument);
+}
+
+void unmark(std::vector<std::string>& arguments) {
+    for (std::string& argument : arguments) unmark(argument);
+}
+
+// What is between the begin and the end of a text that has these.
+std::optional<std::string> between(std::string_view text, std::string_view begin, std::string_view end) {
+    if (text.size() < begin.size() + end.size() || !text.starts_with(begin) || !text.ends_with(end)) return {};
+    return std::string(text.substr(begin.size(), text.size() - begin.size() - end.size()));
+}
+
 } // namespace
 
 parameter parameter::required() const { return parameter(*m_option->required()); }
@@ -63,6 +91,11 @@ parameter parameter::excludes(parameter other) const { return parameter(*m_optio
 
 parameter parameter::is_one_of(std::vector<std::string> words) const {
     return parameter(*m_option->check(CLI::IsMember(std::move(words)).description("")));
+}
+
+template <typename Target>
+void command_line::keep_brackets_of(Target& target) {
+    if constexpr (!std::is_integral_v<Target>) m_unmark.emplace_back([&target] { unmark(target); });
 }
 
 command command::add(char const* name, phrase about, phrase notes) const {
@@ -75,6 +108,7 @@ command command::add(char const* name, phrase about, phrase notes) const {
 
 command command::add_group(char const* name, phrase about) const {
     CLI::App& app = *m_app->add_subcommand(name);
+    app.group(m_line->m_texts.get(phrase::commands_heading));
     m_line->set_up(app, about);
     app.require_subcommand(1);
     return {*m_line, app};
@@ -90,6 +124,7 @@ parameter command::option(char const* name, Target& target, phrase description, 
     CLI::Option* const added = m_app->add_option(name, target, m_line->describe(description));
     if (*name == '-') added->allow_extra_args(false); // a list takes one value each time it is given
     if constexpr (std::is_integral_v<Target>) added->check(CLI::NonNegativeNumber.description(""));
+    m_line->keep_brackets_of(target);
     return parameter(*added->type_name(type));
 }
 
@@ -127,6 +162,11 @@ command const& command::with_report() const {
     return *this;
 }
 
+command const& command::without_result() const {
+    m_line->m_traits[m_app].has_result = false;
+    return *this;
+}
+
 command const& command::with_rules(rule_table rules) const {
     m_line->m_traits[m_app].rules = rules;
     auto const list = [line = m_line, app = m_app] {
@@ -141,9 +181,13 @@ command const& command::with_rules(rule_table rules) const {
 
 command_line::command_line(output& out, output& err, program_messages const& texts, std::size_t width)
     : m_out(out), m_err(err), m_texts(texts), m_width(width), m_app(std::make_unique<CLI::App>("", "zolt")) {
+    set_headings();
     set_up(*m_app, phrase::program_about);
     m_app->footer(get(phrase::program_notes));
     m_app->require_subcommand(1);
+    for (std::string* const each : {&m_given.result_file, &m_given.language, &m_given.reference})
+        keep_brackets_of(*each);
+    keep_brackets_of(m_given.ignored);
 }
 
 command_line::~command_line() = default;
@@ -151,17 +195,19 @@ command_line::~command_line() = default;
 exit_status command_line::run(int argc, char** argv) {
     session const plain{m_out, m_err, m_texts, m_options};
     try {
-        m_app->parse(argc, argv);
+        std::vector<std::string> arguments; // the last one first
+        while (argc > 1) arguments.push_back(marked(argv[--argc]));
+        m_app->parse(std::move(arguments));
     } catch (CLI::ParseError const& end) { // a wrong command line, or --help and --version
         std::ostringstream out;
         std::ostringstream err;
         int const status = m_app->exit(end, out, err);
         m_out.write(out.str());
         if (status == 0) return exit_good;
-        std::string const complaint = err.str();
-        plain.complain(complaint.substr(0, complaint.find_last_not_of('\n') + 1));
+        plain.complain(describe_fault(end.what()) + '\n' + m_texts.get(phrase::see_help));
         return exit_failed;
     }
+    for (auto const& each : m_unmark) each();
     take_common_options();
     if (auto const fault = fault_of_options()) {
         plain.complain(*fault);
@@ -172,6 +218,35 @@ exit_status command_line::run(int argc, char** argv) {
 
 ustring8 command_line::get(phrase id) const { return wrap(m_texts.get(id), m_width); }
 ustring8 command_line::describe(phrase id) const { return wrap(m_texts.get(id), m_width - help_column); }
+
+// The parser's own words in the language of the program.
+void command_line::set_headings() const {
+    auto const formatter = m_app->get_formatter();
+    formatter->label("Usage", m_texts.get(phrase::usage_heading));
+    formatter->label("OPTIONS", m_texts.get(phrase::options_place));
+    formatter->label("Positionals", m_texts.get(phrase::arguments_heading));
+    formatter->label("SUBCOMMAND", m_texts.get(phrase::command_place));
+    formatter->label("REQUIRED", m_texts.get(phrase::required_mark));
+    formatter->label("Excludes", m_texts.get(phrase::excludes_mark));
+    m_app->option_defaults()->group(m_texts.get(phrase::options_heading));
+}
+
+// What is most often wrong is told in the language of the program, the rest in the parser's words.
+ustring8 command_line::describe_fault(std::string const& words) const {
+    std::vector<std::string> rest = m_app->remaining(true);
+    if (!rest.empty()) unmark(rest.front());
+    if (words == "A subcommand is required") {
+        if (rest.empty()) return m_texts.get(phrase::command_required);
+        return m_texts.get(phrase::unknown_command, {{"command", rest.front()}});
+    }
+    auto const missing = between(words, "", " is required");
+    if (!rest.empty() && (missing || words.starts_with("The following argument")))
+        return m_texts.get(phrase::unexpected_argument, {{"argument", rest.front()}});
+    if (missing) return m_texts.get(phrase::argument_required, {{"argument", *missing}});
+    std::string text = words;
+    std::erase(text, bracket_mark);
+    return text;
+}
 
 void command_line::set_up(CLI::App& app, phrase about) const {
     app.description(describe(about));
@@ -199,8 +274,7 @@ void command_line::add_common_options(CLI::App& app) {
         ->check(CLI::IsMember({"error", "warning", "note"}).description(""))
         ->type_name("error|warning|note");
     add(app.add_option("--ignore", m_given.ignored, describe(phrase::ignore_option)), "RULE[:CATALOG/MESSAGE]")
-        ->expected(1)
-        ->take_all();
+        ->allow_extra_args(false);
 }
 
 void command_line::take_common_options() {
@@ -220,6 +294,7 @@ std::optional<ustring8> command_line::fault_of_options() const {
     auto const found = m_traits.find(m_chosen);
     command_traits const traits = found == m_traits.end() ? command_traits() : found->second;
     if (m_options.format == output_format::json && !traits.has_json) return m_texts.get(phrase::no_json);
+    if (m_options.result_file != "-" && !traits.has_result) return m_texts.get(phrase::no_result);
     for (auto const& [name, scope] : m_options.ignored) {
         if (!traits.rules.empty() && !find_rule(traits.rules, name))
             return m_texts.get(phrase::unknown_rule, {{"rule", name}});

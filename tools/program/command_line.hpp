@@ -80,6 +80,8 @@ public:
     command const& with_report() const;
     /// It has findings of these rules: it has --list-rules, and --ignore takes no other.
     command const& with_rules(rule_table rules) const;
+    /// It writes files of its own and no result: -o is wrong usage.
+    command const& without_result() const;
 
 private:
     command_line* m_line;
@@ -103,12 +105,17 @@ private:
     struct command_traits {
         bool has_json = false;
         bool is_report = false;
+        bool has_result = true;
         rule_table rules{};
     };
 
     ustring8 get(phrase id) const;      // text above or below the options
     ustring8 describe(phrase id) const; // text beside an option or a command's name
     void set_up(CLI::App& app, phrase about) const;
+    void set_headings() const;
+    ustring8 describe_fault(std::string const& words) const;
+    template <typename Target>
+    void keep_brackets_of(Target& target);
     void add_common_options(CLI::App& app);
     void take_common_options();
     std::optional<ustring8> fault_of_options() const;
@@ -121,6 +128,7 @@ private:
     std::size_t m_width;
     std::unique_ptr<CLI::App> m_app;
     std::vector<std::shared_ptr<void>> m_values;
+    std::vector<std::function<void()>> m_unmark; // for each target, see marked()
     std::map<CLI::App const*, command_traits> m_traits;
     std::function<exit_status(session const&)> m_action;
     CLI::App const* m_chosen = nullptr;

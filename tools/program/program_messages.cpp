@@ -551,6 +551,23 @@ constexpr program_messages::built_in texts[] = {
     {phrase::rng_option, "option.rng", "RELAX NG, in its XML syntax"},
     {phrase::xsd_option, "option.xsd", "W3C XML Schema"},
     {phrase::schema_kind, "error.schema_kind", "choose --rng or --xsd"},
+
+    // The command line itself.
+    {phrase::usage_heading, "heading.usage", "Usage"},
+    {phrase::options_place, "place.options", "OPTIONS"},
+    {phrase::command_place, "place.command", "COMMAND"},
+    {phrase::arguments_heading, "heading.arguments", "Arguments"},
+    {phrase::options_heading, "heading.options", "Options"},
+    {phrase::commands_heading, "heading.commands", "Commands"},
+    {phrase::required_mark, "mark.required", "REQUIRED"},
+    {phrase::excludes_mark, "mark.excludes", "not with"},
+    {phrase::command_required, "error.command_required", "a command is required"},
+    {phrase::unknown_command, "error.unknown_command", "\"{command:string}\" is no command"},
+    {phrase::argument_required, "error.argument_required", "{argument:string} is required"},
+    {phrase::unexpected_argument, "error.unexpected_argument",
+     "\"{argument:string}\" was not expected; what starts with \"-\" and is no option stands behind \"--\""},
+    {phrase::see_help, "error.see_help", "--help tells more"},
+    {phrase::no_result, "error.no_result", "this command writes its own file; there is nothing for -o"},
 };
 
 constexpr bool are_in_order() {

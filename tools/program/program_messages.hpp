@@ -314,6 +314,22 @@ enum class phrase : unsigned {
     xsd_option,
     schema_kind,
 
+    // The command line itself.
+    usage_heading,
+    options_place,
+    command_place,
+    arguments_heading,
+    options_heading,
+    commands_heading,
+    required_mark,
+    excludes_mark,
+    command_required,
+    unknown_command,
+    argument_required,
+    unexpected_argument,
+    see_help,
+    no_result,
+
     count_of_texts
 };
 
