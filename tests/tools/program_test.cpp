@@ -154,7 +154,12 @@ TEST(Program, TellsWhatIsWrongWithItsCommandLine) {
          "\"-x\" was not expected; what starts with \"-\" and is no option stands behind \"--\""},
         {"config set f k v -o f", "this command writes its own file; there is nothing for -o"},
         {"catalog list --format=xml f", "--format: xml not in {text,json}"},
-        {"catalog check --ignore nope a b", "\"nope\" is no rule of this command; --list-rules shows those that are"},
+        {"catalog check --ignore nope a b",
+         "\"nope\" is no rule of this command; --list-rules shows those that are"},
+        {"catalog list faults/wrong_root.xmc -o faults/wrong_root.xmc",
+         "\"faults/wrong_root.xmc\" is what the command reads; -o names another file"},
+        {"catalog missing --allow-missing=-1 f", "--allow-missing: a whole number is expected, 0 or greater"},
+        {"catalog list --lang= nope", "message_catalogs::result_type - Entity (file or directory) \"nope\""},
         {"config check [a,b]", "\"[a,b]\" cannot be read"}, // one name
     };
     for (auto const& [arguments, complaint] : rows) {

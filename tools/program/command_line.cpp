@@ -10,7 +10,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <optional>
 #include <sstream>
 #include <string_view>
@@ -57,17 +59,18 @@ manual_option describe_option(CLI::Option const& option) {
     return result;
 }
 
-// The parser takes an argument such as "[a,b]" apart where it expects a list. With a mark in front it stays whole.
-constexpr char bracket_mark = '\x1F';
+// The parser takes an argument such as "[a,b]" apart where it expects a list, and the next one for the value of
+// "--lang=". With a mark in front a value stays what it is.
+constexpr char mark = '\x1F';
 
 std::string marked(std::string argument) {
-    if (!argument.empty() && (argument[0] == '[' || argument[0] == bracket_mark))
-        argument.insert(0, 1, bracket_mark);
+    if (!argument.empty() && (argument[0] == '[' || argument[0] == mark)) argument.insert(0, 1, mark);
+    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1) argument += mark;
     return argument;
 }
 
 void unmark(std::string& argument) {
-    if (!argument.empty() && argument[0] == bracket_mark) argument.erase(0, 1);
+    if (!argument.empty() && argument[0] == mark) argument.erase(0, 1);
 }
 
 void unmark(std::optional<std::string>& argument) {
@@ -94,7 +97,7 @@ parameter parameter::is_one_of(std::vector<std::string> words) const {
 }
 
 template <typename Target>
-void command_line::keep_brackets_of(Target& target) {
+void command_line::keep_whole(Target& target) {
     if constexpr (!std::is_integral_v<Target>) m_unmark.emplace_back([&target] { unmark(target); });
 }
 
@@ -123,8 +126,13 @@ template <typename Target>
 parameter command::option(char const* name, Target& target, phrase description, char const* type) const {
     CLI::Option* const added = m_app->add_option(name, target, m_line->describe(description));
     if (*name == '-') added->allow_extra_args(false); // a list takes one value each time it is given
-    if constexpr (std::is_integral_v<Target>) added->check(CLI::NonNegativeNumber.description(""));
-    m_line->keep_brackets_of(target);
+    if constexpr (std::is_integral_v<Target>) {
+        added->check([fault = m_line->m_texts.get(phrase::not_a_number)](std::string const& value) -> std::string {
+            bool const is_number = !value.empty() && value.find_first_not_of("0123456789") == value.npos;
+            return is_number ? "" : fault;
+        });
+    }
+    m_line->keep_whole(target);
     return parameter(*added->type_name(type));
 }
 
@@ -162,6 +170,11 @@ command const& command::with_report() const {
     return *this;
 }
 
+command const& command::changes_input() const {
+    m_line->m_traits[m_app].changes_input = true;
+    return *this;
+}
+
 command const& command::without_result() const {
     m_line->m_traits[m_app].has_result = false;
     return *this;
@@ -185,9 +198,8 @@ command_line::command_line(output& out, output& err, program_messages const& tex
     set_up(*m_app, phrase::program_about);
     m_app->footer(get(phrase::program_notes));
     m_app->require_subcommand(1);
-    for (std::string* const each : {&m_given.result_file, &m_given.language, &m_given.reference})
-        keep_brackets_of(*each);
-    keep_brackets_of(m_given.ignored);
+    for (std::string* const each : {&m_given.result_file, &m_given.language, &m_given.reference}) keep_whole(*each);
+    keep_whole(m_given.ignored);
 }
 
 command_line::~command_line() = default;
@@ -244,7 +256,7 @@ ustring8 command_line::describe_fault(std::string const& words) const {
         return m_texts.get(phrase::unexpected_argument, {{"argument", rest.front()}});
     if (missing) return m_texts.get(phrase::argument_required, {{"argument", *missing}});
     std::string text = words;
-    std::erase(text, bracket_mark);
+    std::erase(text, mark);
     return text;
 }
 
@@ -282,7 +294,9 @@ void command_line::take_common_options() {
     m_options.is_verbose = m_given.is_verbose;
     m_options.result_file = m_given.result_file;
     m_options.has_result_file = m_chosen->get_option("--output")->count() != 0;
-    m_options.format = m_given.is_json || m_given.format == "json" ? output_format::json : output_format::text;
+    bool const has_format = m_chosen->get_option("--format")->count() != 0;
+    bool const is_json = has_format ? m_given.format == "json" : m_given.is_json;
+    m_options.format = is_json ? output_format::json : output_format::text;
     if (m_chosen->get_option("--lang")->count() != 0) m_options.language = usable_language(m_given.language);
     m_options.reference = usable_language(m_given.reference);
     m_options.fail_on = parse_severity(m_given.fail_on);
@@ -294,12 +308,29 @@ std::optional<ustring8> command_line::fault_of_options() const {
     auto const found = m_traits.find(m_chosen);
     command_traits const traits = found == m_traits.end() ? command_traits() : found->second;
     if (m_options.format == output_format::json && !traits.has_json) return m_texts.get(phrase::no_json);
-    if (m_options.result_file != "-" && !traits.has_result) return m_texts.get(phrase::no_result);
+    if (m_options.result_file != "-") {
+        if (!traits.has_result) return m_texts.get(phrase::no_result);
+        if (!traits.changes_input && is_input(m_options.result_file))
+            return m_texts.get(phrase::result_is_input, {{"path", m_options.result_file}});
+    }
     for (auto const& [name, scope] : m_options.ignored) {
         if (!traits.rules.empty() && !find_rule(traits.rules, name))
             return m_texts.get(phrase::unknown_rule, {{"rule", name}});
     }
     return std::nullopt;
+}
+
+// Whether an argument or another option names this file.
+bool command_line::is_input(std::string const& path) const {
+    for (CLI::Option const* const option : m_chosen->get_options()) {
+        if (option->check_lname("output")) continue;
+        for (std::string value : option->results()) {
+            unmark(value);
+            std::error_code none; // what is no file is not the same file
+            if (std::filesystem::equivalent(path, value, none)) return true;
+        }
+    }
+    return false;
 }
 
 // With -o: the file is written when the command has ended well, or with a report of what it found.
@@ -314,6 +345,7 @@ exit_status command_line::act(session const& session) const {
         auto const traits = m_traits.find(m_chosen);
         bool const is_report = traits != m_traits.end() && traits->second.is_report;
         if (status == exit_failed || (status == exit_findings && !is_report)) return status;
+        if (status == exit_findings && error == 0 && std::ftell(file.stream()) == 0) return status; // no report
     }
     if (error == 0) error = file.commit();
     if (error == 0) return status;

@@ -80,6 +80,8 @@ public:
     command const& with_report() const;
     /// It has findings of these rules: it has --list-rules, and --ignore takes no other.
     command const& with_rules(rule_table rules) const;
+    /// Its result may take the place of what it reads. Otherwise it is wrong usage to name the same file for both.
+    command const& changes_input() const;
     /// It writes files of its own and no result: -o is wrong usage.
     command const& without_result() const;
 
@@ -106,6 +108,7 @@ private:
         bool has_json = false;
         bool is_report = false;
         bool has_result = true;
+        bool changes_input = false;
         rule_table rules{};
     };
 
@@ -115,10 +118,11 @@ private:
     void set_headings() const;
     ustring8 describe_fault(std::string const& words) const;
     template <typename Target>
-    void keep_brackets_of(Target& target);
+    void keep_whole(Target& target);
     void add_common_options(CLI::App& app);
     void take_common_options();
     std::optional<ustring8> fault_of_options() const;
+    bool is_input(std::string const& path) const;
     exit_status act(session const& session) const;
     manual_command manual(CLI::App const& app, std::vector<std::string> words) const;
 

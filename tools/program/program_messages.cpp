@@ -568,6 +568,9 @@ constexpr program_messages::built_in texts[] = {
      "\"{argument:string}\" was not expected; what starts with \"-\" and is no option stands behind \"--\""},
     {phrase::see_help, "error.see_help", "--help tells more"},
     {phrase::no_result, "error.no_result", "this command writes its own file; there is nothing for -o"},
+    {phrase::not_a_number, "error.not_a_number", "a whole number is expected, 0 or greater"},
+    {phrase::result_is_input, "error.result_is_input",
+     "\"{path:string}\" is what the command reads; -o names another file"},
 };
 
 constexpr bool are_in_order() {

@@ -329,6 +329,8 @@ enum class phrase : unsigned {
     unexpected_argument,
     see_help,
     no_result,
+    not_a_number,
+    result_is_input,
 
     count_of_texts
 };
