@@ -111,6 +111,7 @@ TEST_F(ConfigFile, GrammarMakesEntries) {
         {"a b\n\tc = 1\r\nD.e/F\\g=2\nD/E.f/g=3", "abc=1; d.e.f.g=3; "},
         {"a#b//c = 1\na == b := 2 = 3\nd = = e", "a#b..c=1; a==b:=2=3; d==e; "},
         {"*/ = 1\na=1/*2*/3\nb=x*//y\nc=x/ /y", "*=1; a=1/*2*/3; b=x*//y; c=x//y; "},
+        {"a=b//", "a=b; "},
         {"a=\"\\\"b\\\\\"c\"d\ne\"", "a=\\\"b\\\\cd\ne; "},
         {"a=b\rc\n=1\n\"\"=2\n.a=3\nb..c=4\nd.=5", "=2; .a=3; a=b\rc; b..c=4; d=5; "},
         // sections

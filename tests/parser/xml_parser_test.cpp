@@ -210,6 +210,9 @@ TEST(XmlParser, WidthIsUnlimited) {
     xml_parser parser;
     EXPECT_EQ(result_text(parser.parse(wide + "/>")), "ok");
     EXPECT_EQ(result_text(parser.parse(wide + "><b x3='' x777777='&lt;'/>&lt;</a>")), "ok"); // names of its own
+    std::string own(" x99999=''");
+    for (int i = 0; i < 20; ++i) own.insert(0, " y" + std::to_string(i) + "=''");
+    EXPECT_EQ(result_text(parser.parse(wide + "><b" + own + "/></a>")), "ok");
     EXPECT_EQ(result_text(parser.parse(wide + " x3=''/>")), "9 0 'x3'");
     EXPECT_EQ(result_text(parser.parse(wide + " x77777=''/>")), "9 0 'x77777'");
 }
