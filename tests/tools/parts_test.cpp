@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <grp.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
@@ -195,6 +196,45 @@ TEST_F(ResultFile, IsOnTheDiskWhenCommitted) {
     EXPECT_EQ(0, file.commit());
     EXPECT_EQ("fd", s_synced);
     EXPECT_EQ("new", content("file"));
+}
+
+// Only root can become somebody who may write the file and not give it away.
+TEST_F(ResultFile, LeavesNoRightsToAnotherGroup) {
+    if (::geteuid() != 0) GTEST_SKIP() << "not root";
+    constexpr uid_t root = 0, writer = 12345;
+    constexpr gid_t team = 54321, others = 54322;
+    struct {
+        uid_t owner;
+        gid_t group;
+        gid_t new_group;
+        mode_t new_mode;
+    } const rows[] = {
+        {root, team, team, 0664},
+        {root, others, writer, 0604},
+        {writer, team, team, 06664},
+        {writer, others, writer, 0604},
+    };
+    std::string const path = directory + "/f";
+    ASSERT_EQ(0, ::chmod(directory.c_str(), 0777));
+    for (auto const& row : rows) {
+        store("old");
+        ASSERT_EQ(0, ::chown(path.c_str(), row.owner, row.group));
+        ASSERT_EQ(0, ::chmod(path.c_str(), 06664));
+        pid_t const child = ::fork();
+        if (child == 0) {
+            if (::setgroups(1, &team) != 0 || ::setgid(writer) != 0 || ::setuid(writer) != 0) ::_exit(1);
+            ::_exit(result_file(ustring8(path)).commit());
+        }
+        int status = -1;
+        ::waitpid(child, &status, 0);
+        struct stat now {};
+        ASSERT_EQ(0, ::stat(path.c_str(), &now));
+        EXPECT_EQ(0, status);
+        EXPECT_EQ(writer, now.st_uid);
+        EXPECT_EQ(row.new_group, now.st_gid);
+        EXPECT_EQ(row.new_mode, now.st_mode & 07777);
+        ASSERT_EQ(0, std::remove(path.c_str()));
+    }
 }
 
 } // namespace

@@ -18,6 +18,7 @@ namespace {
 
 constexpr mode_t permission_bits = 07777;
 constexpr mode_t plain_permission_bits = 0777;
+constexpr mode_t group_bits = 0070;
 
 // The mode of a new file. The mask can only be read by setting it; the program has one thread.
 mode_t mode_of_new_file() {
@@ -38,12 +39,18 @@ ustring8 target_of(ustring8 const& path) {
     return ustring8(target.native());
 }
 
-// Gives a new file owner and mode of the old one. A file that stays one's own gets no rights to act as
-// somebody else.
+// Gives a new file owner, group and mode of the old one. A file that stays one's own gets no rights to act as
+// somebody else, and another group gets none that were not meant for it.
 bool take_over(int descriptor, struct stat const& old) {
-    bool const has_owner = ::fchown(descriptor, old.st_uid, old.st_gid) == 0 ||
-                           (old.st_uid == ::geteuid() && old.st_gid == ::getegid());
-    return ::fchmod(descriptor, old.st_mode & (has_owner ? permission_bits : plain_permission_bits)) == 0;
+    constexpr uid_t same_owner = static_cast<uid_t>(-1);
+    struct stat now {};
+    [[maybe_unused]] bool const is_given =
+        ::fchown(descriptor, old.st_uid, old.st_gid) == 0 || ::fchown(descriptor, same_owner, old.st_gid) == 0;
+    if (::fstat(descriptor, &now) != 0) return false;
+    bool const has_group = now.st_gid == old.st_gid;
+    bool const has_both = has_group && now.st_uid == old.st_uid;
+    mode_t const kept = has_both ? permission_bits : plain_permission_bits;
+    return ::fchmod(descriptor, old.st_mode & (has_group ? kept : kept & ~group_bits)) == 0;
 }
 
 // A name is in its directory for good only when that is on the disk, too. Where the system cannot do that for a

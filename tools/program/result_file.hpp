@@ -9,8 +9,8 @@
 //     int const error = file.commit();    // 0, or an error number
 //
 // Links are followed, also to a file that is not there yet; the file's permissions stay, and as far as this
-// process may give files away, its owner. What is no regular file, such as a pipe, is written at
-// once.
+// process may give files away, its owner and group; the rights of a group that does not stay are dropped. What is
+// no regular file, such as a pipe, is written at once.
 #pragma once
 
 #include "library.hpp"
