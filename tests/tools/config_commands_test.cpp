@@ -81,13 +81,14 @@ TEST_F(ConfigCommands, ShowTellsWhereSettingsComeFrom) {
     EXPECT_EQ("", show_in(environment, ""));
     // the application's own choice of a file
     EXPECT_EQ(0u, show_in("", "-- -cfg_file=f").find("cfg_file = f\nfile = \"#\"\n"));
-    store("a=1\nb[]=2,\"\",3\n");
+    store("a=1\nb[]=2,\"\",3\nb.1=4\n");
     expect("config show --file f --json --origin -- -c", 0,
            "{\n  \"settings\": [\n"
            "    {\n      \"key\": \"a\",\n      \"value\": \"1\",\n      \"source\": \"file\",\n"
            "      \"file\": \"f\",\n      \"line\": 1\n    },\n"
-           "    {\n      \"key\": \"b\",\n      \"values\": [\n        \"2\",\n        \"\",\n        \"3\"\n"
-           "      ],\n      \"source\": \"file\",\n      \"file\": \"f\",\n      \"line\": 2\n    },\n"
+           "    {\n      \"key\": \"b\",\n      \"values\": [\n        \"2\",\n        \"4\",\n        \"3\"\n"
+           "      ],\n      \"source\": \"file\",\n      \"file\": \"f\",\n      \"line\": 2,\n"
+           "      \"lines\": {\n        \"0\": 2,\n        \"1\": 3,\n        \"2\": 2\n      }\n    },\n"
            "    {\n      \"key\": \"c\",\n      \"value\": \"\",\n      \"source\": \"command line\"\n    }\n"
            "  ]\n}\n");
     expect("config show --json", 0, "{\n  \"settings\": []\n}\n");
@@ -116,7 +117,10 @@ TEST_F(ConfigCommands, GetsOneSetting) {
     expect("config get v --default 1 -- -v", 0, "\n");
     expect("config get net.port --default 1", 0, "1\n");
     expect("config get net --file f", 1, "", "zolt: there is no setting \"net\"\n");
-    expect("config get a --file absent", 2, "", "zolt: \"absent\" cannot be read\n");
+    expect("config get a --file absent", 2, "", "zolt: \"absent\" cannot be read: No such file or directory\n");
+    for (std::string const command : {"list", "get a", "show --env"})
+        expect("config " + command + " --file ''", 2, "", "zolt: \"\" cannot be read: No such file or directory\n");
+    expect("config get net.port --file '' -- -cfg_file=f", 0, "80\n");
     expect("config get a --default x -- stray -b", 0, "x\n",
            "zolt: Warning! unknown key:stray\nIgnoring key and continuing\n");
 }
@@ -145,6 +149,26 @@ TEST_F(ConfigCommands, ListsWhatIsOverridden) {
     EXPECT_NE(
         std::string::npos,
         json.find(R"({"key": "port","value": "1","state": "overridden","source": "file","file": "f","line": 1})"));
+}
+
+// Elements that come from several statements, some with a gap before them, in all forms.
+TEST_F(ConfigCommands, KnowsElementsOfArrays) {
+    store("b[]=1,2,3\nb[]=9\n\nl[] = u, v\nl.4 = w\nx.y = s\n");
+    expect("config list --show-origin --file f", 0,
+           "b[] = 9, 2, 3  # f:2, f:1, f:1\nl[] = u, v, w  # f:4, f:4, f:5\nx.y = s  # f:6\n");
+    auto const records = [this](std::string const& options) {
+        std::string out = run("config list -z --file f " + options).out;
+        std::replace(out.begin(), out.end(), '\n', '=');
+        std::replace(out.begin(), out.end(), '\0', '|');
+        return out;
+    };
+    EXPECT_EQ("file:f:2|b.0=9|file:f:1|b.1=2|file:f:1|b.2=3|"
+              "file:f:4|l.0=u|file:f:4|l.1=v|file:f:5|l.4=w|file:f:6|x.y=s|",
+              records("--show-origin"));
+    for (std::string const mask : {"x.y", "X/Y", "x\\y", "x/y/", "x?y", "*/y"})
+        EXPECT_EQ("b.0=9|b.1=2|b.2=3|l.0=u|l.1=v|l.4=w|x.y=***|", records("--mask=" + mask)) << mask;
+    EXPECT_EQ("b.0=9|b.1=***|b.2=3|l.0=***|l.1=***|l.4=***|x.y=s|", records("--mask=b/1 --mask=l."));
+    expect("config list --file f --mask=l.4", 0, "b[] = 9, 2, 3\nl[] = u, v, ***\nx.y = s\n");
 }
 
 // Rule, what stands behind the file's name, a text with the fault, and its clean twin.
@@ -181,11 +205,27 @@ check_row const check_rows[] = {
     {"unclosed-quote",
      "1:5: error: the quote at a line's end has a backslash before it and does not close the string",
      "a = \"C:\\\"\r\nb = \"x", "a = \"C:\"\\\r\nb = \"x\""},
+    {"unclosed-quote", "1:5: error: the string is closed in line 2 only, where more text follows",
+     "a = \"x\nb = \"y\nc=1\n", "a = \"x\nb = \" # y\nc=1\n"},
+    {"unclosed-quote", "2:7: error: the string is closed in line 3 only, where more text follows",
+     "\nl[] = \"x\nb = \"\"\"y\"z\n\"", "l[] = \"x\ny\", \"z\n\", 1\n"},
     {"key-without-value", "1:1: error: \"a\" has no \"=\" and becomes a part of the key \"abc\"", "a\n\nb\nc = 1",
      "a.b.c = 1"},
     {"key-without-value", "2:1: error: \"d\" has no \"=\" and sets nothing", "c = 1\nd", "c = 1\nd = 1"},
     {"duplicate-key", "4:1: warning: \"s/k\" is set in line 2 already; this one counts", "[s]\nk = 1\n[]\ns/k = 2",
-     "[s]\nk = 1\n[t]\nk = 2\nl[]=1\nl.0=2"},
+     "[s]\nk = 1\n[t]\nk = 2\nl[]=1\nl.1=2"},
+    {"duplicate-key", "2:1: warning: \"b\" is an array in line 1 already; its elements that are not set here stay",
+     "b[]=1,2,3\nb[]=9", "b[]=9"},
+    {"duplicate-key", "3:1: warning: \"b\" is an array in line 2 already; its elements that are not set here stay",
+     "\nb[]=1,2\nb=9", "\nb=9"},
+    {"duplicate-key", "2:1: warning: \"b\" is set in line 1 already; this one counts", "b[]=1,2\nb[]=3,4",
+     "b[]=1,2\nb.2=3\nb.x=4"},
+    {"duplicate-key", "3:1: warning: \"list.1\" is set in line 1 already; this one counts",
+     "list[] = a,b\n\nlist.1 = c", "list[] = a\n\nlist.1 = c"},
+    {"duplicate-key", "2:1: warning: \"b.0\" is set in line 1 already; this one counts", "b/0=9\nb[]=1,2",
+     "b.2=9\nb[]=1,2"},
+    {"duplicate-key", "3:1: warning: \"k\\x0Aey\" is set in line 1 already; this one counts",
+     "\"k\ney\"=1\n\"k\ney\"=2", "\"k\ney\"=1"},
     {"case-only-difference",
      "4:2: warning: \"k\" is the key of line 2 but for upper and lower case; this one counts",
      "[S]\nk=1\n[s]\n k=2", "[S]\nk=1\n[s]\nl=2"},
@@ -212,7 +252,9 @@ TEST_F(ConfigCommands, ChecksStatements) {
         std::string const found = run("config check -q f").err;
         EXPECT_NE(std::string::npos, found.find("[" + std::string(each.name) + "]")) << each.example << found;
     }
-    expect("config check clean absent", 2, "1 file: 0 errors, 0 warnings\n", "zolt: \"absent\" cannot be read\n");
+    expect("config check clean absent", 2, "1 file: 0 errors, 0 warnings\n",
+           "zolt: \"absent\" cannot be read: No such file or directory\n");
+    expect("config check .", 2, "0 files: 0 errors, 0 warnings\n", "zolt: \".\" cannot be read: Is a directory\n");
 }
 
 TEST_F(ConfigCommands, AreNotSlowedDownByManyFaultsOrLongLines) {
@@ -307,6 +349,8 @@ TEST_F(ConfigChanges, AreRefusedWithAReason) {
          "\"a\" cannot be set to nothing: a file has no empty values; \"zolt config unset\" removes it"},
         {"a=1\n", "set f a 1 ''", 2,
          "array \"a\" cannot end in an empty element: no array is read from such a line"},
+        {"a=1\n", "set f '' 1", 2, "a key needs a name"},
+        {"a=1\n", "set f /[] 1", 2, "a key needs a name"},
         {"a=1\n", "set f \"a 1", 2, "a key with a double quote cannot be written"},
         {"l[]=1,2\n", "unset f l.1", 1, "\"l.1\" is an element of the array in line 1; set the array anew"},
         {"a=1\n", "unset f a.b", 1, "there is no setting \"a.b\""},

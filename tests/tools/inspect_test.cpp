@@ -118,7 +118,7 @@ TEST_F(Inspect, ShowsWhatIsThere) {
          "00000010  39                                               |9|\n");
     show(fields("1|5|"), "--text", "text buffer, 4 bytes\n0  1\n2  5\n");
     show("", "", "labeled buffer, 0 bytes\n");
-    expect("inspect absent", 2, "", "zolt: \"absent\" cannot be read\n");
+    expect("inspect absent", 2, "", "zolt: \"absent\" cannot be read: No such file or directory\n");
     EXPECT_EQ(2, run("inspect f --text --labeled").status);
 }
 

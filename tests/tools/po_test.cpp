@@ -325,7 +325,7 @@ constexpr finding_row finding_rows[] = {
      "f:2:1: warning: msgstr has a placeholder that msgid does not have [placeholder-set]\n"},
     {"import-po --lang de f", "msgid \"c\"\nmsgstr \"d\n", 1,
      "f:2:8: error: the string is not closed in its line [po-syntax]\n"},
-    {"import-po --lang de g", "", 2, "zolt: \"g\" cannot be read\n"},
+    {"import-po --lang de g", "", 2, "zolt: \"g\" cannot be read: No such file or directory\n"},
 };
 
 TEST_F(PoCommands, FindFaults) {

@@ -5,6 +5,7 @@
 #include "catalog_layout.hpp"
 #include "catalog_texts.hpp"
 #include "catalog_tree.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/findings.hpp"
 #include "tools/program/result_file.hpp"
 
@@ -119,7 +120,7 @@ private:
         sources.add(path);
         source_file const& file = *sources.read_next();
         ustring8 text;
-        if (!file.is_readable || !load(path, text)) return fail(phrase::not_readable, {{"path", path}});
+        if (!file.is_readable || !load(path, text)) return fail(phrase::not_readable, why_unreadable(path));
         if (!is_valid(file)) return void(m_has_failed = true);
         ustring8 const laid_out = lay_out_catalog(text);
         if (laid_out != text && !is_same_catalog(file, text, laid_out)) return refuse(path);

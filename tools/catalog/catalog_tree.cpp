@@ -7,6 +7,7 @@
 
 #include "catalog_paths.hpp"
 #include "fault_location.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/languages.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>
@@ -111,7 +112,7 @@ void catalog_tree::read_file(source_file const& file, bool is_included) {
     m_session.tell(file.path);
     m_first.push_back(m_messages.size());
     if (!file.is_readable) {
-        m_session.complain(m_session.texts.get(phrase::not_readable, {{"path", file.path}}));
+        m_session.complain(m_session.texts.get(phrase::not_readable, why_unreadable(file.path)));
         m_is_complete = false;
         return;
     }

@@ -5,6 +5,7 @@
 #include "catalog_paths.hpp"
 #include "catalog_sources.hpp"
 #include "fault_location.hpp"
+#include "tools/program/files.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>
 #include <zolt/system/io.hpp>
@@ -39,7 +40,7 @@ void check_input::add(ustring8 const& path) {
         if (!files.empty()) return;
         problem = phrase::no_files;
     }
-    m_session.complain(m_session.texts.get(problem, {{"path", path}}));
+    m_session.complain(m_session.texts.get(problem, why_unreadable(path)));
     m_is_complete = false;
 }
 
@@ -52,7 +53,7 @@ void check_input::read() {
         m_rules.check(i);
         if (file.is_readable) continue;
         m_is_complete = false;
-        m_session.complain(m_session.texts.get(phrase::not_readable, {{"path", file.path}}));
+        m_session.complain(m_session.texts.get(phrase::not_readable, why_unreadable(file.path)));
     }
 }
 

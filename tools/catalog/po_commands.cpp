@@ -100,7 +100,7 @@ private:
         progress_bar progress(m_session.err);
         while (source_file const* const file = m_sources.read_next()) {
             progress.show(m_sources.done(), m_sources.total());
-            if (!file->is_readable) return fail(phrase::not_readable, {{"path", file->path}}), false;
+            if (!file->is_readable) return fail(phrase::not_readable, why_unreadable(file->path)), false;
             unsigned const line = file->is_well_formed ? read_messages(*file, m_messages) : file->fault_line;
             if (line == 0) continue;
             ustring8 const text = m_session.texts.get(phrase::po_faulty_catalog);
@@ -247,7 +247,7 @@ public:
         for (ustring8 const& path : m_options.paths) {
             ustring8 bytes;
             if (!load(path, bytes)) {
-                m_session.complain(m_session.texts.get(phrase::not_readable, {{"path", path}}));
+                m_session.complain(m_session.texts.get(phrase::not_readable, why_unreadable(path)));
                 return exit_failed;
             }
             take(path, read_po(bytes));

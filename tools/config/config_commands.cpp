@@ -5,6 +5,7 @@
 #include "config_rules.hpp"
 #include "config_statements.hpp"
 #include "config_text_edit.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/findings.hpp"
 #include "tools/program/json.hpp"
 
@@ -13,6 +14,7 @@
 #include <zolt/system/io.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -26,6 +28,13 @@ using zolt::config::config_tree;
 constexpr std::string_view source_words[] = {"command line", "file", "environment"};
 
 char to_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char to_separator(char c) { return c == '/' || c == '\\' ? '.' : c; }
+
+/// The key of a value, which for an array is that of an element.
+ustring8 key_of_value(setting const& which, std::size_t index) {
+    if (!which.is_array) return which.key;
+    return which.key + (which.key.ends_with('.') ? "" : ".") + which.indices[index];
+}
 
 bool is_loaded(session const& session, config_settings const& settings) {
     if (!settings.warnings().empty()) {
@@ -33,7 +42,7 @@ bool is_loaded(session const& session, config_settings const& settings) {
         session.complain(std::string_view(text).substr(0, text.find_last_not_of('\n') + 1));
     }
     if (settings.is_file_read()) return true;
-    session.complain(session.texts.get(phrase::not_readable, {{"path", settings.file_name()}}));
+    session.complain(session.texts.get(phrase::not_readable, why_unreadable(settings.file_name())));
     return false;
 }
 
@@ -54,26 +63,39 @@ public:
 
     ustring8 const& file() const { return m_file; }
     /// 0 when it is not known.
-    std::size_t line(setting const& which) const {
+    std::size_t line(setting const& which) const { return line_at(m_lines.get_node(which.key)); }
+    /// Of each value: elements of an array may come from several statements.
+    std::vector<std::size_t> lines(setting const& which) const {
         config_tree const* const node = m_lines.get_node(which.key);
-        return node && node->has_entry() ? static_cast<std::size_t>(node->value().as_uint64()) : 0;
+        std::vector<std::size_t> found(which.values.size(), line_at(node));
+        for (std::size_t i = 0; node && i != which.indices.size(); ++i) {
+            if (std::size_t const line = line_at(node->get_node(which.indices[i]))) found[i] = line;
+        }
+        return found;
     }
-    /// For people.
+    /// For people: one place, or one for each element where they differ.
     ustring8 describe(setting const& which) const {
         if (which.source == command_line_source) return m_session.texts.get(phrase::source_command_line);
         if (which.source == environment_source) return m_session.texts.get(phrase::source_environment);
-        return place(which);
+        std::vector<std::size_t> all = lines(which);
+        bool const is_one = std::adjacent_find(all.begin(), all.end(), std::not_equal_to<>()) == all.end();
+        if (is_one) all = {all.empty() ? line(which) : all.front()};
+        ustring8 places;
+        for (std::size_t const each : all) places.append(places.empty() ? "" : ", ").append(place(each));
+        return places;
     }
     /// For other programs.
-    ustring8 name(setting const& which) const {
+    ustring8 name(setting const& which, std::size_t line) const {
         ustring8 const word{std::string(source_words[which.source])};
-        return which.source == file_source ? ustring8(word + ":" + place(which)) : word;
+        return which.source == file_source ? ustring8(word + ":" + place(line)) : word;
     }
 
 private:
-    ustring8 place(setting const& which) const {
-        std::size_t const at = line(which);
-        return at == 0 ? m_file : ustring8(m_file + ":" + std::to_string(at));
+    static std::size_t line_at(config_tree const* node) {
+        return node && node->has_entry() ? static_cast<std::size_t>(node->value().as_uint64()) : 0;
+    }
+    ustring8 place(std::size_t line) const {
+        return line == 0 ? m_file : ustring8(m_file + ":" + std::to_string(line));
     }
 
     session const& m_session;
@@ -81,9 +103,12 @@ private:
     config_tree m_lines;
 };
 
-/// Whether the pattern occurs in the text; "*" is any text, "?" any byte, letters count as small ones.
+/// Whether the pattern occurs in the key; "*" is any text, "?" any byte. Letters count as small ones, and all
+/// separators as one.
 bool occurs(std::string_view pattern, std::string_view text) {
-    auto const fits = [](char wanted, char met) { return wanted == '?' || to_lower(wanted) == to_lower(met); };
+    auto const fits = [](char wanted, char met) {
+        return wanted == '?' || to_lower(to_separator(wanted)) == to_lower(met);
+    };
     // What follows a "*" is found as early as possible; only the last one is ever taken back.
     std::size_t next = 0;       // in the pattern
     std::size_t after_star = 0; // the pattern begins with one, as it were
@@ -112,13 +137,17 @@ struct shown_parts {
     std::vector<ustring8> const* masks = nullptr;
 };
 
-/// A setting in the place of which stars are shown if a mask hides it.
+/// A setting with stars in the place of the values that a mask hides.
 setting masked(setting which, shown_parts const& parts) {
     constexpr char mask[] = "***";
-    bool const is_hidden =
-        parts.masks && std::any_of(parts.masks->begin(), parts.masks->end(),
-                                   [&](ustring8 const& each) { return occurs(each, which.key); });
-    if (is_hidden) std::fill(which.values.begin(), which.values.end(), mask);
+    if (!parts.masks || parts.masks->empty()) return which;
+    for (std::size_t i = 0; i != which.values.size(); ++i) {
+        // A separator at the end of a key counts for nothing.
+        ustring8 const key = key_of_value(which, i) + ".";
+        bool const is_hidden = std::any_of(parts.masks->begin(), parts.masks->end(),
+                                           [&key](ustring8 const& each) { return occurs(each, key); });
+        if (is_hidden) which.values[i] = mask;
+    }
     return which;
 }
 
@@ -144,18 +173,20 @@ void print_line(session const& session, setting const& which, origins const* fro
 
 /// For other programs: every value is a record of its own.
 void print_record(session const& session, setting const& which, shown_parts const& parts) {
-    std::string head;
-    if (parts.from) head.append(parts.from->name(which)).append(1, '\0');
-    if (parts.has_state) head.append(which.is_overridden ? "overridden" : "effective").append(1, '\0');
-    std::size_t index = 0;
-    for (ustring8 const& value : which.values) {
-        session.out.write(head);
-        session.out.write(which.key);
-        if (which.is_array && !which.key.ends_with('.')) session.out.write(".");
-        if (which.is_array) session.out.write(std::to_string(index++));
-        session.out.write("\n");
-        session.out.write(value);
-        session.out.write(std::string_view("\0", 1));
+    constexpr std::string_view nul("\0", 1);
+    std::vector<std::size_t> const lines = parts.from ? parts.from->lines(which) : std::vector<std::size_t>();
+    for (std::size_t i = 0; i != which.values.size(); ++i) {
+        if (parts.from) {
+            session.out.write(parts.from->name(which, lines[i]));
+            session.out.write(nul);
+        }
+        if (parts.has_state) {
+            session.out.write(which.is_overridden ? "overridden" : "effective");
+            session.out.write(nul);
+        }
+        session.out.write(key_of_value(which, i) + "\n");
+        session.out.write(which.values[i]);
+        session.out.write(nul);
     }
 }
 
@@ -167,6 +198,14 @@ void append_values(json_writer& json, ustring8 const& key, std::vector<ustring8>
     json.end_array();
 }
 
+/// Of elements, by their indices.
+void append_lines(json_writer& json, setting const& which, std::vector<std::size_t> const& lines) {
+    if (std::find(lines.begin(), lines.end(), 0u) != lines.end()) return; // not known
+    json.begin_object("lines");
+    for (std::size_t i = 0; i != lines.size(); ++i) json.member(which.indices[i], lines[i]);
+    json.end_object();
+}
+
 void append_json(json_writer& json, setting const& which, origins const* from) {
     json.begin_object();
     append_values(json, which.key, which.values, which.is_array);
@@ -176,6 +215,7 @@ void append_json(json_writer& json, setting const& which, origins const* from) {
         if (which.source == file_source) {
             json.member("file", from->file());
             if (std::size_t const line = from->line(which)) json.member("line", line);
+            if (which.is_array) append_lines(json, which, from->lines(which));
         }
     }
     json.end_object();
@@ -210,7 +250,8 @@ void check_text(session const& session, finding_list& found, ustring8 const& pat
     for (auto const& [key, fault] : find_config_faults(text)) {
         rule const& rule = config_rule_of(fault.text);
         auto const line = static_cast<unsigned long long>(fault.line);
-        ustring8 const what = session.texts.get(fault.text, {{"key", key}, {"part", fault.part}, {"line", line}});
+        ustring8 const what = session.texts.get(
+            fault.text, {{"key", printable(key)}, {"part", printable(fault.part)}, {"line", line}});
         found.add({path, fault.place.line, fault.place.column, rule.level, rule.name, what});
     }
 }
@@ -278,7 +319,7 @@ exit_status check_config(session const& session, std::vector<ustring8> const& fi
             check_text(session, found, path, text);
             ++read;
         } else {
-            session.complain(session.texts.get(phrase::not_readable, {{"path", path}}));
+            session.complain(session.texts.get(phrase::not_readable, why_unreadable(path)));
         }
     }
     if (session.is_json()) {

@@ -6,6 +6,7 @@
 #include "config_edit.hpp"
 
 #include "config_text_edit.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/result_file.hpp"
 
 #include <zolt/config/file_item.hpp>
@@ -100,7 +101,7 @@ bool config_edit::load(bool may_be_absent) {
     if (!is_there && errno == ENOENT && may_be_absent) return true;
     bool const is_loaded =
         is_there && S_ISREG(status.st_mode) && zolt::system::load_file(m_path, m_text) == 0 && m_item.load();
-    if (!is_loaded) m_session.complain(m_session.texts.get(phrase::not_readable, {{"path", m_path}}));
+    if (!is_loaded) m_session.complain(m_session.texts.get(phrase::not_readable, why_unreadable(m_path)));
     return is_loaded;
 }
 

@@ -38,11 +38,13 @@ constexpr struct {
     {phrase::config_joined_array, "array-runs-on"},
     {phrase::config_open_string, "unclosed-quote"},
     {phrase::config_escaped_quote, "unclosed-quote"},
+    {phrase::config_split_string, "unclosed-quote"},
     {phrase::config_open_section, "unclosed-section"},
     {phrase::config_no_value, "empty-value"},
     {phrase::config_blank, "blank-dropped"},
     {phrase::config_cut, "comment-cut"},
     {phrase::config_duplicate_key, "duplicate-key"},
+    {phrase::config_array_stays, "duplicate-key"},
     {phrase::config_case_difference, "case-only-difference"},
 };
 

@@ -96,12 +96,13 @@ bool is_array(config_tree const& node) { return node.kind() == 2; }
 
 bool is_index(ustring8 const& name) { return !name.empty() && name.find_first_not_of("0123456789") == name.npos; }
 
-std::vector<ustring8> elements(config_tree const& parent, ustring8 const& name) {
+void take_elements(config_tree const& parent, ustring8 const& name, setting& array) {
     config_tree::entry_list entries;
     parent.get_array(name, entries);
-    std::vector<ustring8> values;
-    for (auto const& [index, entry] : entries) values.push_back(entry.second.as_utf8());
-    return values;
+    for (auto const& [index, entry] : entries) {
+        array.indices.push_back(index);
+        array.values.push_back(entry.second.as_utf8());
+    }
 }
 
 /// What the sources have at one path.
@@ -145,7 +146,7 @@ std::optional<setting> setting_at(place const& here, std::size_t source, walk_le
     setting found{path, source, is_array(*node), {}, !is_owner};
     if (name.empty() && level.path_size != 0) found.key += '.'; // keeps the last name empty
     if (found.is_array) {
-        found.values = elements(*level.parents[source], name);
+        take_elements(*level.parents[source], name, found);
     } else {
         found.values.push_back(node->value().as_utf8());
     }
@@ -155,7 +156,8 @@ std::optional<setting> setting_at(place const& here, std::size_t source, walk_le
 } // namespace
 
 config_settings::config_settings(source_options const& options) {
-    m_arguments.push_back(nullptr); // the application's name is not known
+    m_is_file_read = !options.file || !options.file->empty(); // unless the arguments choose another one
+    m_arguments.push_back(nullptr);                           // the application's name is not known
     for (ustring8 const& argument : options.arguments) m_arguments.push_back(argument.c_str());
     m_arguments.push_back(nullptr);
     zolt::config::std_config_dispatch const dispatch(static_cast<int>(m_arguments.size()) - 1, m_arguments.data(),

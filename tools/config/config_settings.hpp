@@ -31,8 +31,9 @@ struct setting {
     ustring8 key;
     std::size_t source;
     bool is_array;
-    std::vector<ustring8> values; ///< one unless it is an array
-    bool is_overridden;           ///< hidden by a source before
+    std::vector<ustring8> values;    ///< one unless it is an array
+    bool is_overridden;              ///< hidden by a source before
+    std::vector<ustring8> indices{}; ///< of an array's values; there may be gaps
 };
 
 enum class shown_settings { effective, all };

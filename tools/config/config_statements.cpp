@@ -45,14 +45,6 @@ bool config_statements::next() {
 
 config_statements::kind_t config_statements::next_token() {
     zolt::config::base_config_item::get_token(m_text, m_position, m_token);
-    if (m_token.kind == config_token::T_STRING) {
-        // An open string ends one past the text.
-        if (m_token.end > m_text.size()) {
-            add_fault(phrase::config_open_string, token_place());
-        } else if (has_escaped_end(m_token.text)) {
-            add_fault(phrase::config_escaped_quote, token_place());
-        }
-    }
     return m_token.kind;
 }
 
@@ -85,17 +77,34 @@ bool config_statements::find_statement() {
 // Parts of statements: texts that are strung together
 
 // A part that begins behind the current token.
-void config_statements::start(part& what) const { what = {{m_token.end, m_token.end}, false, false, false}; }
+void config_statements::start(part& what) const { what = {{m_token.end, m_token.end}}; }
 
 // The current token is text.
 void config_statements::take(part& what) {
-    if (what.has_text && what.has_blank && !what.has_line_end) {
+    bool const goes_on = what.has_text && !what.has_line_end;
+    if (goes_on && what.is_split) {
+        add_fault(phrase::config_split_string, what.string, {}, token_place().line);
+    } else if (goes_on && what.has_blank) {
         add_fault(phrase::config_blank, token_place(), m_token.text);
     }
+    what.is_split = m_token.kind == config_token::T_STRING && look_at_string();
+    if (what.is_split) what.string = token_place();
     if (!what.has_text) what.bytes.begin = m_token.start;
     what.bytes.end = std::min<std::size_t>(m_token.end, m_text.size());
     what.has_text = true;
     what.has_blank = what.has_line_end = false;
+}
+
+// True when the string has several lines and no fault. Behind a fault the quotes have changed their parts.
+bool config_statements::look_at_string() {
+    if (has_fault(phrase::config_split_string) || has_fault(phrase::config_escaped_quote)) return false;
+    // An open string ends one past the text.
+    bool const is_open = m_token.end > m_text.size();
+    if (is_open || has_escaped_end(m_token.text)) {
+        add_fault(is_open ? phrase::config_open_string : phrase::config_escaped_quote, token_place());
+        return false;
+    }
+    return m_token.text.find('\n') != m_token.text.npos;
 }
 
 void config_statements::pass_layout(part& what) const {
@@ -223,13 +232,15 @@ void config_statements::read_array() {
     add_fault(elements.size() == 1 ? phrase::config_no_value : phrase::config_open_array, m_statement.place);
 }
 
+bool config_statements::has_fault(phrase text) const {
+    return std::any_of(m_statement.faults.begin(), m_statement.faults.end(),
+                       [text](config_fault const& fault) { return fault.text == text; });
+}
+
 // One of a kind: a statement may have a long name and any number of parts.
-void config_statements::add_fault(phrase text, text_place place, std::string_view what) {
-    std::vector<config_fault> const& faults = m_statement.faults;
-    bool const is_known =
-        std::any_of(faults.begin(), faults.end(), [text](config_fault const& fault) { return fault.text == text; });
-    if (is_known) return;
-    m_statement.faults.push_back({text, place, ustring8(std::string(what))});
+void config_statements::add_fault(phrase text, text_place place, std::string_view what, std::size_t line) {
+    if (has_fault(text)) return;
+    m_statement.faults.push_back({text, place, ustring8(std::string(what)), line});
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -287,23 +298,67 @@ namespace {
 /// Tells keys that are assigned to twice.
 class repeated_keys {
 public:
-    void look_at(config_statement const& statement, std::vector<found_config_fault>& faults) {
+    explicit repeated_keys(std::vector<found_config_fault>& faults) : m_faults(faults) {}
+
+    void look_at(config_statement const& statement) {
         config_tree const* const place = m_places.find(statement);
         if (!place || !statement.has_effect) return;
+        bool const is_array = statement.kind == config_statement::array;
+        std::size_t const size = is_array ? statement.values.size() : 0;
         std::uint64_t const spelling = m_places.spelling(statement);
-        auto const [before, is_new] = m_seen.try_emplace(place, seen{spelling, statement.place.line});
-        if (is_new) return;
-        phrase const text =
-            before->second.spelling == spelling ? phrase::config_duplicate_key : phrase::config_case_difference;
-        faults.push_back({statement.name, {text, statement.place, {}, before->second.line}});
-        before->second = {spelling, statement.place.line};
+        look_at_key(statement, m_seen[place], {spelling, statement.place.line}, size);
+        if (is_array) look_at_elements(statement, spelling);
     }
 
 private:
     struct seen {
-        std::uint64_t spelling;
-        std::size_t line;
+        std::uint64_t spelling = 0;
+        std::size_t line = 0; ///< 0: not yet
+        bool is_in_array = false;
+        std::size_t size = 0; ///< of the longest array, whose elements stay
+        std::size_t size_line = 0;
     };
+
+    void look_at_key(config_statement const& statement, seen& before, seen now, std::size_t size) {
+        if (before.size > size) {
+            add(statement, statement.name, phrase::config_array_stays, before.size_line);
+        } else if (before.line != 0) {
+            add_repetition(statement, statement.name, before, now);
+        }
+        bool const is_longest = size >= before.size;
+        now.size = is_longest ? size : before.size;
+        now.size_line = is_longest ? now.line : before.size_line;
+        before = now;
+    }
+
+    // The first one that has been set alone is told; what an array does to one before it has been told.
+    void look_at_elements(config_statement const& array, std::uint64_t spelling) {
+        config_tree& elements = m_places.elements(array);
+        std::uint64_t const stem = spell(spelling, ".");
+        bool is_told = false;
+        for (std::size_t i = 0; i != array.values.size(); ++i) {
+            ustring8 const index = std::to_string(i);
+            seen& before = m_seen[&elements.make_node(index)];
+            seen now = before;
+            now.spelling = spell(stem, index);
+            now.line = array.place.line;
+            now.is_in_array = true;
+            if (before.line != 0 && !before.is_in_array && !std::exchange(is_told, true))
+                add_repetition(array, array.name + "." + index, before, now);
+            before = now;
+        }
+    }
+
+    void add_repetition(config_statement const& statement, ustring8 const& key, seen const& before,
+                        seen const& now) {
+        bool const is_alike = before.spelling == now.spelling;
+        add(statement, key, is_alike ? phrase::config_duplicate_key : phrase::config_case_difference, before.line);
+    }
+    void add(config_statement const& statement, ustring8 const& key, phrase text, std::size_t line) {
+        m_faults.push_back({key, {text, statement.place, {}, line}});
+    }
+
+    std::vector<found_config_fault>& m_faults;
     config_tree m_tree;
     config_places m_places{m_tree};
     std::unordered_map<config_tree const*, seen> m_seen;
@@ -313,12 +368,12 @@ private:
 
 std::vector<found_config_fault> find_config_faults(ustring8 const& text) {
     std::vector<found_config_fault> faults;
-    repeated_keys repeated;
+    repeated_keys repeated(faults);
     config_statements statements(text);
     while (statements.next()) {
         config_statement const& statement = statements.current();
         for (config_fault const& fault : statement.faults) faults.push_back({statement.name, fault});
-        repeated.look_at(statement, faults);
+        repeated.look_at(statement);
     }
     return faults;
 }

@@ -76,6 +76,8 @@ private:
         bool has_text = false;
         bool has_blank = false;    ///< since the last text
         bool has_line_end = false; ///< since the last text
+        text_place string{};       ///< of the last text
+        bool is_split = false;     ///< the last text is a string that ends in another line than it begins
     };
 
     kind_t next_token();
@@ -84,6 +86,7 @@ private:
     bool find_statement();
     void start(part& what) const;
     void take(part& what);
+    bool look_at_string();
     void pass_layout(part& what) const;
     bool read_name(kind_t last, ustring8& first_line);
     void read_section();
@@ -91,7 +94,8 @@ private:
     void read_scalar();
     void read_array();
     bool cut(part const& value);
-    void add_fault(phrase text, text_place place, std::string_view what = {});
+    bool has_fault(phrase text) const;
+    void add_fault(phrase text, text_place place, std::string_view what = {}, std::size_t line = 0);
 
     ustring8 const& m_text;
     unsigned m_position = 0;

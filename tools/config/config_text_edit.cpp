@@ -361,6 +361,7 @@ private:
 } // namespace
 
 std::optional<phrase> why_unwritable(config_change const& change) {
+    if (change.key.find_first_not_of(separators) == ustring8::npos) return phrase::unwritable_no_key;
     if (change.key.find('"') != ustring8::npos) return phrase::unwritable_key;
     if (!std::all_of(change.values.begin(), change.values.end(), is_quotable)) return phrase::unwritable_quote;
     if (change.values.back().empty()) return change.is_array ? phrase::unwritable_last : phrase::unwritable_empty;

@@ -3,6 +3,7 @@
 #include "inspect.hpp"
 
 #include "stored_items.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/json.hpp"
 #include "tools/program/utf8.hpp"
 
@@ -238,7 +239,7 @@ exit_status inspect_buffer(session const& session, inspect_options const& option
     }
     ustring8 content;
     if (zolt::system::load_file(options.path, content) != 0) {
-        session.complain(texts.get(phrase::not_readable, {{"path", options.path}}));
+        session.complain(texts.get(phrase::not_readable, why_unreadable(options.path)));
         return exit_failed;
     }
     auto const form = options.form == inspect_options::automatic ? detected(content) : options.form;

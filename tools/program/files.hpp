@@ -6,6 +6,8 @@
 
 #include "library.hpp"
 
+#include <zolt/generic/varg_list.hpp>
+
 namespace tools {
 
 /// The path without links and "..", as far as the file is there; else the path itself.
@@ -13,5 +15,8 @@ ustring8 real_path(ustring8 const& path);
 
 /// The content of a file. False when it cannot be read, or is larger than a string can be.
 bool load(ustring8 const& path, ustring8& content);
+
+/// For phrase::not_readable: the path of a file or a directory, and the reason in the words of the system.
+zolt::generic::varg_list why_unreadable(ustring8 const& path);
 
 } // namespace tools

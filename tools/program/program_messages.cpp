@@ -83,7 +83,7 @@ constexpr program_messages::built_in texts[] = {
      "argument \"{name:string}\": \"{value:string}\" is not a value of type {type:string}"},
     {phrase::repeated_argument, "error.repeated_argument", "argument \"{name:string}\" is given twice"},
     {phrase::no_path, "error.no_path", "there is no file or directory \"{path:string}\""},
-    {phrase::not_readable, "error.not_readable", "\"{path:string}\" cannot be read"},
+    {phrase::not_readable, "error.not_readable", "\"{path:string}\" cannot be read: {reason:string}"},
     {phrase::no_files, "error.no_files", "there are no .xmc or .xml files in \"{path:string}\""},
     {phrase::write_failed, "error.write_failed", "cannot write to standard output: {reason:string}"},
 
@@ -132,9 +132,11 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_set_notes, "config.set.notes",
      "KEY[] or several values make an array; a file that is not there is made. The statement that sets the key is "
      "changed where it stands, a new one goes to the end of its section; every other byte stays, comments "
-     "included. The file is replaced only when reading the new one gives all other settings as they were.\nExit "
-     "status: 0; 1 when other statements do not let the key alone be changed; 2 when the file cannot be read or "
-     "written, or no written form holds the value.\nExample: zolt config set app.cfg net.port 8080"},
+     "included. The file is replaced only when reading the new one gives all other settings as they were. The new "
+     "one has the mode of the old one, and its owner and group as far as you may set them; a hard link keeps the "
+     "old text.\nExit status: 0; 1 when other statements do not let the key alone be changed; 2 when the file "
+     "cannot be read or written, or no written form holds the value.\nExample: zolt config set app.cfg net.port "
+     "8080"},
     {phrase::config_unset_about, "config.unset.about", "Removes one key or array from a file"},
     {phrase::config_unset_notes, "config.unset.notes",
      "The lines that set the key are removed, with the comments in them; every other byte stays. The file is "
@@ -381,6 +383,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::unwritable_quote, "error.unwritable_quote",
      "\"{key:string}\" cannot hold a double quote without a backslash before it: a file has no way to write one"},
     {phrase::unwritable_key, "error.unwritable_key", "a key with a double quote cannot be written"},
+    {phrase::unwritable_no_key, "error.unwritable_no_key", "a key needs a name"},
     {phrase::key_in_array, "error.key_in_array",
      "\"{key:string}\" is an element of the array in line {line:int}; set the array anew"},
     {phrase::edit_not_alone, "error.edit_not_alone",
@@ -388,11 +391,15 @@ constexpr program_messages::built_in texts[] = {
      "\"zolt config check\" may tell why"},
     {phrase::config_escaped_quote, "finding.config_escaped_quote",
      "the quote at a line's end has a backslash before it and does not close the string"},
+    {phrase::config_split_string, "finding.config_split_string",
+     "the string is closed in line {line:int} only, where more text follows"},
     {phrase::config_blank, "finding.config_blank", "the blank before \"{part:string}\" is lost; quotes keep it"},
     {phrase::config_cut, "finding.config_cut",
      "\"{part:string}\" begins a comment and cuts the value of \"{key:string}\"; quotes keep it"},
     {phrase::config_duplicate_key, "finding.config_duplicate_key",
      "\"{key:string}\" is set in line {line:int} already; this one counts"},
+    {phrase::config_array_stays, "finding.config_array_stays",
+     "\"{key:string}\" is an array in line {line:int} already; its elements that are not set here stay"},
     {phrase::config_case_difference, "finding.config_case_difference",
      "\"{key:string}\" is the key of line {line:int} but for upper and lower case; this one counts"},
     // zolt catalog missing and stats.
@@ -478,7 +485,8 @@ constexpr program_messages::built_in texts[] = {
      "Keys that differ in upper and lower case only are one key, of which the last line counts."},
     {phrase::about_comment_cut, "rule.comment_cut",
      "A comment begins anywhere in a value and cuts it; quotes keep what was meant."},
-    {phrase::about_duplicate_key, "rule.duplicate_key", "Of several lines that set one key the last one counts."},
+    {phrase::about_duplicate_key, "rule.duplicate_key",
+     "Of several lines that set one key the last one counts, but the elements of a longer array stay."},
     {phrase::about_empty_value, "rule.empty_value",
      "A key without a value is not set: a file has no empty values."},
     {phrase::about_key_without_value, "rule.key_without_value",
