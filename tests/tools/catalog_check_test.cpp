@@ -267,6 +267,17 @@ TEST_F(CatalogRules, AreSilencedWhereTheyShouldBe) {
         store(file(catalog("en", comment + message + "\n" + std::string("<msg name='n'> a</msg>"))));
         EXPECT_EQ("f:4:15: " + found.substr(8), run("catalog check -q f").err); // the next message only
     }
+    store(file(catalog("en", "<!-- zolt-ignore missing-message --><msg name='m'>a</msg>") + catalog("de", "")));
+    EXPECT_EQ("", run("catalog check -q f").err);
+}
+
+// At one place not by their texts, which are in the user's language.
+TEST_F(CatalogRules, AreToldInTheOrderOfBeingFound) {
+    store(file(catalog("en", "<msg name='zz'>a</msg><msg name='bb'>a</msg>") + catalog("de", "")));
+    for (char const* const language : {"C", "de_DE"}) {
+        std::string const found = run("catalog check -q f", {.environment = {{"LC_ALL", language}}}).err;
+        EXPECT_LT(found.find("zz"), found.find("bb")) << found;
+    }
 }
 
 // The reference is what --ref says; a language that lacks many messages is told only some of them.

@@ -119,7 +119,7 @@ void tree_rules::check_group(message_group const& group) {
         checked_message const& message = m_tree.messages[i];
         if (&message != &reference && is_wanted(message.language)) compare(message, reference);
     }
-    check_missing(group);
+    check_missing(reference);
     for (std::uint32_t const i : m_ids) m_first[m_tree.messages[i].language] = none;
     if (group.first != group.last) check_duplicates(group);
 }
@@ -145,10 +145,10 @@ void tree_rules::check_duplicates(message_group const& group) {
 }
 
 // A regional catalog need not repeat what its base language has, nor any catalog what stands in "." alone.
-void tree_rules::check_missing(message_group const& group) {
-    checked_message const& any = m_tree.messages[group.first];
-    checked_catalog& catalog = m_tree.catalogs[any.catalog];
-    if (catalog.languages.size() > most_languages) return;
+void tree_rules::check_missing(checked_message const& reference) {
+    checked_catalog& catalog = m_tree.catalogs[reference.catalog];
+    bool const is_ignored = (reference.ignored & in_set(rule_id::missing_message)) != 0;
+    if (is_ignored || catalog.languages.size() > most_languages) return;
     for (auto& [language, start] : catalog.languages) {
         if (m_tree.languages[language].id == "." || !is_wanted(language)) continue;
         std::vector<serving_language> const& serving = m_serving[language];
@@ -158,11 +158,11 @@ void tree_rules::check_missing(message_group const& group) {
         if (best != serving.end() && best->is_fitting) continue;
         if (start.missing++ >= most_missing) continue;
         ustring8 scope = catalog.name;
-        scope.append("/").append(any.name);
+        scope.append("/").append(reference.name);
         m_report.add(rule_id::missing_message, start.file, start.offset, start.ignored, scope,
                      m_report.texts().get(phrase::missing_message,
                                           {{"catalog", shown(catalog.name)},
-                                           {"message", shown(any.name)},
+                                           {"message", shown(reference.name)},
                                            {"language", shown(m_tree.languages[language].spelling)}}));
     }
 }

@@ -36,7 +36,7 @@ private:
     void compare_arguments(checked_message const& message, checked_message const& reference);
     void add_placeholder(rule_id id, phrase text, checked_message const& message, std::size_t offset,
                          std::string_view name, checked_message const& reference);
-    void check_missing(message_group const& group);
+    void check_missing(checked_message const& reference);
     void count_missing();
     bool is_wanted(std::uint32_t language) const;
 

@@ -5,6 +5,7 @@
 #include <zolt/strings/string_utility.hpp>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -15,12 +16,15 @@ namespace {
 constexpr std::string_view severity_words[] = {"error", "warning", "note"};
 constexpr colour severity_colours[] = {colour::error, colour::warning, colour::note};
 
-// One fault comes up in every language and including file: the texts differ in their context lines only.
+// Not the text, which is in the user's language: what is equal stays in the order in which it was found.
 auto key(finding const& found) {
-    std::string_view const text = found.text;
+    return std::tuple(std::string_view(found.file), found.line, found.column, found.level, found.rule);
+}
+
+// One fault comes up in every language and including file: the texts differ in their context lines only.
+ustring8 first_lines(ustring8 const& text) {
     auto const first = text.find('\n');
-    auto const second = first == std::string_view::npos ? first : text.find('\n', first + 1);
-    return std::tuple(std::string_view(found.file), found.line, found.column, found.level, text.substr(0, second));
+    return first == ustring8::npos ? text : ustring8(text.substr(0, text.find('\n', first + 1)));
 }
 
 // A library's text says in its first line what is wrong and in its second what was met: one line of ours.
@@ -56,8 +60,14 @@ std::vector<finding> const& finding_list::sorted() {
     if (std::exchange(m_is_sorted, true)) return m_findings;
     std::stable_sort(m_findings.begin(), m_findings.end(),
                      [](finding const& a, finding const& b) { return key(a) < key(b); });
-    auto const is_same = [](finding const& a, finding const& b) { return key(a) == key(b); };
-    m_findings.erase(std::unique(m_findings.begin(), m_findings.end(), is_same), m_findings.end());
+    std::vector<finding> kept;
+    kept.reserve(m_findings.size());
+    std::set<ustring8> texts; // with this key
+    for (finding& next : m_findings) {
+        if (!kept.empty() && key(kept.back()) != key(next)) texts.clear();
+        if (texts.insert(first_lines(next.text)).second) kept.push_back(std::move(next));
+    }
+    m_findings.swap(kept);
     return m_findings;
 }
 
