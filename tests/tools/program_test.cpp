@@ -249,6 +249,35 @@ TEST_F(in_directory, NamesTheFileThatItCannotRead) {
     for (char const* const command : {"inspect F", "config set F k v"}) expect_failure(command, "pipe");
 }
 
+// In a directory that was named. Whoever may read everything finds the fault inside instead.
+TEST_F(in_directory, NamesWhatItCannotReadBelowADirectory) {
+    namespace fs = std::filesystem;
+    char const* const broken =
+        "<?xml version='1.0'?><xmc version='1.1'><catalog name='a' lang='en'><b/></catalog></xmc>";
+    for (char const* const folder : {"linked", "file", "folder", "folder/closed"})
+        fs::create_directory(directory + "/" + folder);
+    for (char const* const folder : {"linked", "file", "folder"})
+        fs::copy_file(ZOLT_SOURCE_DIR "/tests/tools/data/clean/more/german.xmc",
+                      directory + "/" + folder + "/good.xmc");
+    fs::create_symlink("absent", directory + "/linked/closed.xmc");
+    fs::create_directory_symlink("..", directory + "/linked/up"); // without end
+    store(broken, "file/closed.xmc");
+    store(broken, "folder/closed/f.xmc");
+    for (char const* const closed : {"file/closed.xmc", "folder/closed"})
+        fs::permissions(directory + "/" + closed, {});
+    for (std::string const command :
+         {"check", "missing --ref=de", "stats --ref=de", "pseudo --ref=de", "fmt", "diff linked/good.xmc"}) {
+        for (std::string const folder : {"linked", "file", "folder"}) {
+            program_run const failed = run("catalog " + command + " " + folder);
+            bool const is_read = ::geteuid() == 0 && folder != "linked";
+            EXPECT_TRUE(failed.status == 2 || (is_read && failed.status == 1)) << command << " " << folder;
+            EXPECT_NE(std::string::npos, failed.err.find(folder + "/closed")) << command << failed.err;
+            EXPECT_EQ(is_read, failed.err.find("cannot be read") == std::string::npos) << failed.err;
+        }
+    }
+    fs::permissions(directory + "/folder/closed", fs::perms::owner_all);
+}
+
 TEST_F(in_directory, KeepsTheOldFileWhenTheDiskIsFull) {
     store("a=1\nb=2\n");
     for (char const* const change : {"set f a 3", "unset f a"}) { // a process may write files of no bytes, here

@@ -6,7 +6,11 @@
 #include <zolt/system/file_utility.hpp>
 #include <zolt/system/io.hpp>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <utility>
 
 namespace tools {
 namespace {
@@ -17,6 +21,27 @@ bool is_catalog_file(ustring8 const& path) {
     return ending == ".xmc" || ending == ".xml";
 }
 
+using file_identity = std::pair<dev_t, ino_t>;
+
+// Links are followed, but for those to a directory that `around` has already.
+void add_files(ustring8 const& directory, std::vector<file_identity>& around, std::vector<ustring8>& files) {
+    struct stat status = {};
+    if (::access(directory.c_str(), R_OK | X_OK) != 0 || ::stat(directory.c_str(), &status) != 0)
+        return files.push_back(directory);
+    file_identity const identity(status.st_dev, status.st_ino);
+    if (std::find(around.begin(), around.end(), identity) != around.end()) return;
+    around.push_back(identity);
+    for (ustring8 const& file : zolt::system::list_directory(directory)) {
+        bool const is_there = ::stat(file.c_str(), &status) == 0;
+        if (is_there && S_ISDIR(status.st_mode)) {
+            add_files(file, around, files);
+        } else if (is_catalog_file(file) && (!is_there || S_ISREG(status.st_mode))) {
+            files.push_back(file);
+        }
+    }
+    around.pop_back();
+}
+
 } // namespace
 
 std::vector<ustring8> catalog_files(ustring8 const& path) {
@@ -24,8 +49,8 @@ std::vector<ustring8> catalog_files(ustring8 const& path) {
     ustring8 directory = path;
     while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
     std::vector<ustring8> files;
-    zolt::system::get_directory_files(directory == "/" ? ustring8() : directory, files);
-    std::erase_if(files, [](ustring8 const& file) { return !is_catalog_file(file); });
+    std::vector<file_identity> around;
+    add_files(directory, around, files);
     std::sort(files.begin(), files.end());
     return files;
 }

@@ -10,7 +10,8 @@
 
 namespace tools {
 
-/// The path itself, or the .xmc and .xml files below a directory in the order of their names.
+/// The path itself, or the .xmc and .xml files below a directory in the order of their names. Among them is what
+/// cannot be read, also a directory, so that whoever reads them tells it.
 std::vector<ustring8> catalog_files(ustring8 const& path);
 
 /// True for a path that does not depend on where the including file is: "/x", "\x" and "C:/x".
