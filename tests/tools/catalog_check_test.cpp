@@ -50,6 +50,7 @@ TEST(CatalogCheck, FindsEachFaultInItsLine) {
         std::string const found = run.err.substr(0, run.err.find('\n'));
         EXPECT_EQ(1, run.status);
         EXPECT_EQ(path + finding, found.substr(0, found.rfind(" [")));
+        EXPECT_EQ(found, run_program("catalog fmt --check " + path + ".xmc").err.substr(0, found.size()));
     }
 }
 

@@ -169,6 +169,8 @@ TEST(SourceMap, ConvertsFaultLines) {
         auto const line = 1 + std::count(before.begin(), before.end(), '\n');
         EXPECT_EQ(line, source_map(text).fault_line(fault.line, events));
     }
+    for (char const* const text : {"no\nheader\n", "<?xml\n>\n<a/><?b?>", "<?xml\n"})
+        EXPECT_EQ(1u, source_map(text).fault_line(0, 0)) << text;
 }
 
 // Whatever the text, also cut off anywhere.

@@ -37,6 +37,14 @@ bool is_read(source_file const& file, element const& element) {
     return language && !language->empty();
 }
 
+std::size_t column_in(ustring8 const& path, unsigned line) {
+    ustring8 text;
+    if (!load(path, text)) return 1;
+    std::size_t start = 0;
+    for (; line > 1; --line) start = std::min(text.find('\n', start), text.size() - 1) + 1;
+    return place_in_line(text, start) - start + 1;
+}
+
 } // namespace
 
 std::optional<std::vector<ustring8>> files_to_read(session const& session, std::vector<ustring8> const& paths) {
@@ -80,7 +88,8 @@ bool add_load_fault(finding_list& found, source_file const& file, std::vector<us
         while (sources.read_next()) {
         }
         fault_location const at = locate_fault(result.message(), languages[i], sources.files().front(), sources);
-        found.add({at.file->path, at.line, 1, severity::error, fault_rule, result.message()});
+        found.add({at.file->path, at.line, column_in(at.file->path, at.line), severity::error, fault_rule,
+                   result.message()});
         return true;
     }
     return false;
@@ -88,7 +97,8 @@ bool add_load_fault(finding_list& found, source_file const& file, std::vector<us
 
 void add_element_fault(session const& session, finding_list& found, source_file const& file, unsigned line) {
     if (!add_load_fault(found, file, languages_of(file)))
-        found.add({file.path, line, 1, severity::error, fault_rule, session.texts.get(phrase::po_faulty_catalog)});
+        found.add({file.path, line, column_in(file.path, line), severity::error, fault_rule,
+                   session.texts.get(phrase::po_faulty_catalog)});
 }
 
 bool catalog_tree::read(std::vector<ustring8> const& paths) {

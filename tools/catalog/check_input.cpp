@@ -86,16 +86,13 @@ void check_input::load(std::uint32_t index, bool has_limits) {
     }
 }
 
-// The library's text tells the line at best; the column is that of the first tag in it.
 void check_input::add_fault(fault_location const& at, ustring8 const& text) {
     std::uint32_t const index = m_rules.plan(at.file->path);
     checked_file& file = m_tree.files[index];
     place_of(file, 0);
     std::size_t const line = std::min<std::size_t>(at.line, file.line_starts.size());
     std::size_t const start = file.line_starts[line - 1];
-    std::size_t const end = std::min(file.text.find('\n', start), file.text.size());
-    std::size_t const tag = std::min(file.text.find('<', start), file.text.size());
-    m_report.add(rule_id::load, index, tag < end ? tag : start, 0, {}, text);
+    m_report.add(rule_id::load, index, place_in_line(file.text, start), 0, {}, text);
 }
 
 } // namespace tools

@@ -205,4 +205,10 @@ fault_location locate_fault(ustring8 const& text, ustring8 const& language, sour
     return {&file, search({what, file, sources}, language).line()};
 }
 
+std::size_t place_in_line(std::string_view text, std::size_t start) {
+    std::size_t const end = std::min(text.find('\n', start), text.size());
+    std::size_t const tag = text.find('<', start);
+    return tag < end ? tag : start;
+}
+
 } // namespace tools

@@ -8,6 +8,9 @@
 #include "catalog_sources.hpp"
 #include "tools/program/library.hpp"
 
+#include <cstddef>
+#include <string_view>
+
 namespace tools {
 
 struct fault_location {
@@ -19,5 +22,8 @@ struct fault_location {
 /// the text says so, and as exact as the text allows: at worst line 1 of `loaded`.
 fault_location locate_fault(ustring8 const& text, ustring8 const& language, source_file const& loaded,
                             catalog_sources const& sources);
+
+/// The place in a line of a text, from its start: the library tells the line at best, so it is the first tag there.
+std::size_t place_in_line(std::string_view text, std::size_t start);
 
 } // namespace tools

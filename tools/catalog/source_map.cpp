@@ -45,12 +45,23 @@ private:
     unsigned m_line = 1;
 };
 
+bool has_header(std::string_view text) {
+    auto const end = text.find_first_of("<>", 1);
+    return text.substr(0, 5) == "<?xml" && end != std::string_view::npos && end > 5 &&
+           text.substr(end - 1, 2) == "?>";
+}
+
 } // namespace
 
 source_map::source_map(std::string_view text) {
     reader in(text);
     // The parser passes over a byte order mark in the same way.
-    if (text.size() >= 4 && text[3] == '<') in.skip(3);
+    bool const has_mark = text.size() >= 4 && text[3] == '<';
+    if (has_mark) in.skip(3);
+    if (!has_header(text.substr(has_mark ? 3 : 0))) { // whatever is wrong is wrong at the start
+        m_uncounted.push_back(0);
+        return;
+    }
     in.skip_past("?>");
     m_uncounted.push_back(in.line() - 1);
     auto const skip_event = [&](std::string_view end) {
