@@ -45,6 +45,10 @@ std::size_t column_in(ustring8 const& path, unsigned line) {
     return place_in_line(text, start) - start + 1;
 }
 
+message_key key_of(catalog_message const& entry) {
+    return {normalized_language(entry.message._orginal_locale()), entry.catalog, entry.message.name()};
+}
+
 } // namespace
 
 std::optional<std::vector<ustring8>> files_to_read(session const& session, std::vector<ustring8> const& paths) {
@@ -103,7 +107,7 @@ void add_element_fault(session const& session, finding_list& found, source_file 
 
 bool catalog_tree::read(std::vector<ustring8> const& paths) {
     std::optional<std::vector<ustring8>> const files = files_to_read(m_session, paths);
-    if (!files) return false;
+    if (!files) return m_is_complete = false;
     for (ustring8 const& file : *files) m_sources.add(file);
     std::size_t const loaded = m_sources.total();
     progress_bar progress(m_session.err);
@@ -112,7 +116,7 @@ bool catalog_tree::read(std::vector<ustring8> const& paths) {
         read_file(*file, m_sources.done() > loaded);
     }
     m_found.print();
-    if (!m_is_complete) return false;
+    if (!m_is_complete || m_is_refused) return false;
     m_is_served.resize(m_sources.done());
     for (std::size_t i = loaded; i-- != 0;) serve(m_sources.files()[i]);
     return true;
@@ -129,8 +133,12 @@ void catalog_tree::read_file(source_file const& file, bool is_included) {
     unsigned const fault = file.is_well_formed ? read_messages(file, m_messages) : file.fault_line;
     if (fault != 0) add_element_fault(m_session, m_found, file, fault);
     // A file that is included is loaded with the one that includes it.
-    bool const is_refused = fault == 0 && !is_included && add_load_fault(m_found, file, {"en"});
-    m_is_complete = m_is_complete && fault == 0 && !is_refused;
+    if (fault != 0 || (!is_included && add_load_fault(m_found, file, {"en"}))) m_is_refused = true;
+}
+
+bool catalog_tree::is_served(catalog_message const& message) const {
+    auto const found = m_served.find(key_of(message));
+    return found != m_served.end() && found->second == &message;
 }
 
 // The messages of a file and its includes in their order, without recursion.
@@ -157,10 +165,8 @@ void catalog_tree::serve(source_file const& start) {
         if (is_read(*at.file, next)) {
             if (at.message == m_messages.size()) return; // the file has changed between two looks at it
             catalog_message const& entry = m_messages[at.message++];
-            ustring8 const language = normalized_language(entry.message._orginal_locale());
             // One that is empty, its name as well, gives way to the next one.
-            if (entry.message != zolt::types::nil)
-                m_served.try_emplace({language, entry.catalog, entry.message.name()}, &entry);
+            if (entry.message != zolt::types::nil) m_served.try_emplace(key_of(entry), &entry);
         } else if (std::optional<ustring8> const path = at.file->included_path(next)) {
             enter(m_sources.find(*path));
         }

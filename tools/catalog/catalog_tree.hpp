@@ -57,8 +57,14 @@ public:
 
     /// Once. False, with findings and complaints printed, when something cannot be read or loaded.
     bool read(std::vector<ustring8> const& paths);
+    /// After that: everything could be read, but the library refuses something.
+    bool is_refused() const { return m_is_refused && m_is_complete; }
 
     std::map<message_key, catalog_message const*> const& served() const { return m_served; }
+    /// All, also those that are not served, file by file in their order.
+    std::vector<catalog_message> const& messages() const { return m_messages; }
+    /// False for a message that gives way to another one.
+    bool is_served(catalog_message const& message) const;
     ustring8 const& path_of(catalog_message const& message) const { return m_sources.files()[message.file].path; }
 
 private:
@@ -72,7 +78,8 @@ private:
     std::vector<std::size_t> m_first;        // of each file
     std::vector<bool> m_is_served;           // files
     std::map<message_key, catalog_message const*> m_served;
-    bool m_is_complete = true;
+    bool m_is_complete = true; // all could be read
+    bool m_is_refused = false; // by the library, in part at least
 };
 
 } // namespace tools

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "po_commands.hpp"
 
-#include "catalog_sources.hpp"
 #include "catalog_texts.hpp"
+#include "catalog_tree.hpp"
 #include "po_exchange.hpp"
 #include "po_file.hpp"
 #include "tools/program/files.hpp"
@@ -11,12 +11,13 @@
 #include "tools/program/languages.hpp"
 #include "tools/program/result_file.hpp"
 
-#include <zolt/system/io.hpp>
+#include <zolt/types/nil.hpp>
 
 #include <algorithm>
 #include <cstring>
 #include <map>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace tools {
@@ -25,15 +26,15 @@ namespace {
 using zolt::i18n::message_t;
 
 /// Catalog and message.
-using message_key = std::pair<ustring8, ustring8>;
-using message_table = std::map<message_key, catalog_message const*>;
+using name_pair = std::pair<ustring8, ustring8>;
+using message_table = std::map<name_pair, catalog_message const*>;
 
 struct language_table {
     ustring8 language; // as first written
     message_table messages;
 };
 
-message_key key_of(catalog_message const& entry) { return {entry.catalog, entry.message.name()}; }
+name_pair names_of(catalog_message const& entry) { return {entry.catalog, entry.message.name()}; }
 
 ustring8 scope_of(catalog_message const& entry) { return entry.catalog + "/" + entry.message.name(); }
 
@@ -52,11 +53,11 @@ bool is_language_id(ustring8 const& id) {
 
 class po_exporter {
 public:
-    explicit po_exporter(session const& session) : m_session(session), m_findings(session) {}
+    explicit po_exporter(session const& session) : m_session(session), m_findings(session), m_tree(session) {}
 
     exit_status run(po_export_options const& options) {
         if (!options.directory && !m_session.options.language) return fail(phrase::po_one_language, {});
-        if (!read(options.paths)) return exit_failed;
+        if (!m_tree.read(options.paths)) return m_tree.is_refused() ? exit_findings : exit_failed;
         make_tables();
         make_reference();
         if (auto const& language = m_session.options.language)
@@ -88,44 +89,35 @@ private:
         m_findings.add({path_of(entry), entry.line, 1, level, rule, text, scope_of(entry)});
     }
 
-    ustring8 const& path_of(catalog_message const& entry) const { return m_sources.files()[entry.file].path; }
+    ustring8 const& path_of(catalog_message const& entry) const { return m_tree.path_of(entry); }
 
-    // False, and a complaint, when there is something that cannot be read.
-    bool read(std::vector<ustring8> const& paths) {
-        for (ustring8 const& path : paths) {
-            bool const is_there = zolt::system::io::is_directory(path) || zolt::system::io::is_file(path);
-            if (!is_there) return fail(phrase::no_path, {{"path", path}}), false;
-            if (m_sources.add(path) == 0) return fail(phrase::no_files, {{"path", path}}), false;
-        }
-        progress_bar progress(m_session.err);
-        while (source_file const* const file = m_sources.read_next()) {
-            progress.show(m_sources.done(), m_sources.total());
-            if (!file->is_readable) return fail(phrase::not_readable, why_unreadable(file->path)), false;
-            unsigned const line = file->is_well_formed ? read_messages(*file, m_messages) : file->fault_line;
-            if (line == 0) continue;
-            ustring8 const text = m_session.texts.get(phrase::po_faulty_catalog);
-            m_findings.add({file->path, line, 1, severity::error, "catalog-fault", text});
-        }
-        return true;
+    // By file and line.
+    void sort(std::vector<catalog_message const*>& messages) const {
+        std::sort(messages.begin(), messages.end(), [this](auto const* left, auto const* right) {
+            return std::tie(path_of(*left), left->line, left) < std::tie(path_of(*right), right->line, right);
+        });
     }
 
     // In the order of files and lines, each message once for each language.
     void make_tables() {
-        std::stable_sort(m_messages.begin(), m_messages.end(), [this](auto const& left, auto const& right) {
-            return std::pair(path_of(left), left.line) < std::pair(path_of(right), right.line);
-        });
-        for (catalog_message const& entry : m_messages) {
-            ustring8 const& language = entry.message._orginal_locale();
-            if (language.empty()) continue;
+        std::vector<catalog_message const*> messages;
+        for (catalog_message const& entry : m_tree.messages()) {
+            if (entry.message != zolt::types::nil && !entry.message._orginal_locale().empty())
+                messages.push_back(&entry);
+        }
+        sort(messages);
+        for (catalog_message const* const entry : messages) {
+            ustring8 const& language = entry->message._orginal_locale();
             if (!is_language_id(language)) {
-                find(entry, severity::error, "po-language", phrase::po_bad_language);
-            } else if (!fits_po(entry.catalog, entry.message)) {
-                find(entry, severity::error, "po-text", phrase::po_bad_text);
+                find(*entry, severity::error, "po-language", phrase::po_bad_language);
+            } else if (!m_tree.is_served(*entry)) {
+                find(*entry, severity::warning, "duplicate-message", phrase::po_second_message);
+            } else if (!fits_po(entry->catalog, entry->message)) {
+                find(*entry, severity::error, "po-text", phrase::po_bad_text);
             } else {
                 language_table& table = m_tables.try_emplace(normalized_language(language)).first->second;
                 if (table.language.empty()) table.language = language;
-                bool const is_new = table.messages.emplace(key_of(entry), &entry).second;
-                if (!is_new) find(entry, severity::warning, "duplicate-message", phrase::po_second_message);
+                table.messages.emplace(names_of(*entry), entry);
             }
         }
     }
@@ -142,7 +134,7 @@ private:
             for (auto const& [key, entry] : table->second.messages) m_reference.emplace(key, entry);
         }
         for (auto const& [key, entry] : m_reference) m_in_order.push_back(entry);
-        std::sort(m_in_order.begin(), m_in_order.end()); // they stand in one sorted vector
+        sort(m_in_order);
     }
 
     bool is_wanted(ustring8 const& language) const {
@@ -160,7 +152,7 @@ private:
         ustring8 file;
         append_po(file, po_header(table.language, m_session.options.reference));
         for (catalog_message const* const entry : m_in_order) {
-            message_key const key = key_of(*entry);
+            name_pair const key = names_of(*entry);
             auto const own = table.messages.find(key);
             if (own != table.messages.end()) {
                 append(file, entry, own->second);
@@ -175,7 +167,7 @@ private:
         for (auto const& [key, entry] : table.messages) {
             if (m_reference.count(key) == 0) others.push_back(entry);
         }
-        std::sort(others.begin(), others.end());
+        sort(others);
         for (catalog_message const* const entry : others) append(file, nullptr, entry);
         file.pop_back(); // the last empty line
         return file;
@@ -210,8 +202,7 @@ private:
 
     session const& m_session;
     finding_list m_findings;
-    catalog_sources m_sources;
-    std::vector<catalog_message> m_messages;
+    catalog_tree m_tree;
     std::map<ustring8, language_table> m_tables; // by normalized language
     message_table m_reference;
     std::vector<catalog_message const*> m_in_order; // the reference's, by file and line

@@ -340,7 +340,8 @@ constexpr program_messages::built_in texts[] = {
     {phrase::po_bad_text, "finding.po_bad_text",
      "message \"{message:string}\": a PO file holds UTF-8 without NUL and U+0004 only"},
     {phrase::po_second_message, "finding.po_second_message",
-     "message \"{message:string}\" is there already in language \"{lang:string}\"; this one is left out"},
+     "message \"{message:string}\" of language \"{lang:string}\" gives way to another one of this name; it is "
+     "left out"},
     {phrase::po_refused_text, "finding.po_refused_text",
      "message \"{message:string}\" is marked as fuzzy: its placeholders or the line ends at its edges are not "
      "those of the reference"},
