@@ -365,7 +365,28 @@ constexpr finding_row finding_rows[] = {
     {"import-po --lang de --catalog a f", "msgid \"c\"\nmsgstr \"d\"\n\nmsgid \"c\"\nmsgstr \"e\"\n", 1,
      "f:4:1: error: there is such an entry already [duplicate-message]\n"},
     {"import-po --lang de --catalog a f", "#, python-brace-format\nmsgid \"{c}\"\nmsgstr \"{d}\"\n", 0,
-     "f:2:1: warning: msgstr has a placeholder that msgid does not have [placeholder-set]\n"},
+     "f:2:1: warning: the placeholders of msgstr are not those of msgid [placeholder-set]\n"},
+    {"import-po --lang de f",
+     "#. {n} = num:int base=hex\n#, python-brace-format\nmsgctxt \"a/b\"\nmsgid \"x {n}\"\nmsgstr \"no\"\n", 0,
+     "f:3:1: warning: the placeholders of msgstr are not those of msgid [placeholder-set]\n"},
+    {"import-po --lang de f", "#, python-brace-format\nmsgctxt \"a/b\"\nmsgid \"{n}\"\nmsgstr \"{n}{n!r}\"\n", 0,
+     "f:2:1: warning: a brace in msgstr becomes text: it belongs to no placeholder and is not doubled "
+     "[po-brace]\n"},
+    {"import-po --lang de f",
+     "#. {n} = a:int 1x=5 b<c=5\n#, python-brace-format\nmsgctxt \"a/b\"\nmsgid \"{n}\"\nmsgstr \"{n}\"\n\n"
+     "#. {n} = num:bogus\n#, python-brace-format\nmsgctxt \"a/c\"\nmsgid \"{n}\"\nmsgstr \"{n}\"\n",
+     0,
+     "f:3:1: warning: a line with \"#.\" does not describe a placeholder, which becomes a string of that name "
+     "[po-note]\n"
+     "f:9:1: warning: a line with \"#.\" does not describe a placeholder, which becomes a string of that name "
+     "[po-note]\n"},
+    {"import-po --lang de --catalog a f", // a program's own note, and a form for a number that it does not show
+     "#. {n} = number\n#, python-brace-format\nmsgid \"{n} file\"\nmsgid_plural \"{n} files\"\nmsgstr[0] "
+     "\"{{}}\"\n",
+     0, ""},
+    {"import-po --lang de f",
+     "#, fuzzy\nmsgctxt \"a/b\"\nmsgid \"c\"\nmsgstr \"d\"\n\nmsgctxt \"a/e\"\nmsgid \"e\"\nmsgstr \"\"\n", 1,
+     "zolt: there are no translations to import; nothing is written\n"},
     {"import-po --lang de f", "msgid \"c\"\nmsgstr \"d\n", 1,
      "f:2:8: error: the string is not closed in its line [po-syntax]\n"},
     {"import-po --lang de g", "", 2, "zolt: \"g\" cannot be read: No such file or directory\n"},

@@ -245,6 +245,10 @@ public:
         }
         m_findings.print();
         if (m_findings.status() != exit_good) return m_findings.status();
+        if (!m_has_messages) { // the library refuses a file without catalogs
+            m_session.complain(m_session.texts.get(phrase::po_no_translations));
+            return exit_findings;
+        }
         m_session.out.write(m_writer.text());
         return exit_good;
     }
@@ -274,9 +278,9 @@ private:
             ++counts[static_cast<std::size_t>(what)];
             if (what == result::no_name) find(path, entry.line, 1, "po-context", phrase::po_no_name);
             if (what == result::duplicate) find(path, entry.line, 1, "duplicate-message", phrase::po_duplicate);
-            if (what == result::bad_placeholders)
-                find(path, entry.line, 1, "placeholder-set", phrase::po_placeholders, severity::warning);
+            if (what == result::imported) find_doubts(path, entry);
         }
+        m_has_messages = m_has_messages || !messages.empty();
         for (po_message const& message : messages) m_writer.add(message.catalog, message.message);
         m_session.tell(
             m_session.texts.get(phrase::po_imported, {{"path", path},
@@ -285,7 +289,19 @@ private:
                                                       {"fuzzy", count(counts, result::fuzzy)}}));
     }
 
-    static constexpr std::size_t result_count = static_cast<std::size_t>(result::bad_placeholders) + 1;
+    void find_doubts(ustring8 const& path, po_entry const& entry) {
+        for (po_doubt const doubt : doubts_about(entry)) {
+            bool const is_foreign = m_options.catalog.has_value(); // its notes may be anything
+            if (doubt == po_doubt::placeholders)
+                find(path, entry.line, 1, "placeholder-set", phrase::po_placeholders, severity::warning);
+            if (doubt == po_doubt::brace)
+                find(path, entry.line, 1, "po-brace", phrase::po_stray_brace, severity::warning);
+            if (doubt == po_doubt::note && !is_foreign)
+                find(path, entry.line, 1, "po-note", phrase::po_bad_note, severity::warning);
+        }
+    }
+
+    static constexpr std::size_t result_count = static_cast<std::size_t>(result::duplicate) + 1;
     static long long count(std::size_t const (&counts)[result_count], result what) {
         return static_cast<long long>(counts[static_cast<std::size_t>(what)]);
     }
@@ -294,6 +310,7 @@ private:
     po_import_options const& m_options;
     finding_list m_findings;
     catalog_writer m_writer;
+    bool m_has_messages = false;
     std::map<ustring8, po_importer> m_importers; // by normalized language: several files may make one
 };
 

@@ -26,7 +26,7 @@ struct po_import_options {
 
 /// exit_findings, and no file is written, when a message cannot be in a PO file.
 exit_status export_po(session const& session, po_export_options const& options);
-/// exit_findings, and nothing is written, when a file has a fault.
+/// exit_findings, and nothing is written, when a file has a fault or no file has a translation.
 exit_status import_po(session const& session, po_import_options const& options);
 
 } // namespace tools

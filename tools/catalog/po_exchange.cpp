@@ -203,6 +203,13 @@ std::optional<definition> read_definition(std::string_view note) {
     return definition{identifier, message_item(*data, known == message_item::value ? value_argument : known)};
 }
 
+bool is_like_definition(std::string_view note) {
+    if (!take(note, "{")) return false;
+    auto const end = std::find_if_not(note.begin(), note.end(), is_identifier_part);
+    note.remove_prefix(static_cast<std::size_t>(end - note.begin()));
+    return note.starts_with("} =");
+}
+
 // In quotes unless it can stand in one line as it is.
 ustring8 free_text(ustring8 const& text) {
     bool const is_bare = text.front() != '"' && text.front() != ' ' && text.back() != ' ' &&
@@ -261,6 +268,8 @@ public:
 
     /// The identifiers that were met.
     std::set<ustring8> const& identifiers() const { return m_identifiers; }
+    /// A brace became text though it is not doubled.
+    bool has_stray_brace() const { return m_has_stray_brace; }
 
 private:
     // What is no placeholder is text.
@@ -268,6 +277,7 @@ private:
         bool const is_doubled = text.size() > 1 && text[1] == text.front();
         std::size_t const size = is_doubled || text.front() == '}' ? 0 : read_placeholder(text);
         if (size == 0) m_literal += text.front();
+        m_has_stray_brace = m_has_stray_brace || (size == 0 && !is_doubled);
         text.remove_prefix(is_doubled ? 2 : std::max<std::size_t>(size, 1));
     }
 
@@ -295,6 +305,7 @@ private:
     ustring8 m_literal;
     std::set<ustring8> m_identifiers;
     std::size_t m_unnamed = 0;
+    bool m_has_stray_brace = false;
 };
 
 message_t::items_type plain_items(ustring8 const& text) {
@@ -389,6 +400,33 @@ bool fits_po(ustring8 const& catalog, message_t const& message) {
                        [](message_item const& item) { return is_po_text(item.data()); });
 }
 
+std::vector<po_doubt> doubts_about(po_entry const& entry) {
+    if (!entry.is_brace_format) return {};
+    std::vector<po_doubt> doubts;
+    definition_map const none;
+    text_reader source(none);
+    source.read(entry.id + entry.plural_id.value_or(""));
+    std::set<ustring8> const& expected = source.identifiers();
+    bool has_same = true;
+    bool has_stray = false;
+    for (ustring8 const& text : entry.texts) {
+        if (text.empty()) continue;
+        text_reader reader(none);
+        reader.read(text);
+        std::set<ustring8> const& met = reader.identifiers();
+        has_same =
+            has_same && (entry.plural_id ? std::includes(expected.begin(), expected.end(), met.begin(), met.end())
+                                         : expected == met);
+        has_stray = has_stray || reader.has_stray_brace();
+    }
+    if (!has_same && !is_kept(entry)) doubts.push_back(po_doubt::placeholders);
+    if (has_stray) doubts.push_back(po_doubt::brace);
+    if (std::any_of(entry.notes.begin(), entry.notes.end(),
+                    [](ustring8 const& note) { return is_like_definition(note) && !read_definition(note); }))
+        doubts.push_back(po_doubt::note);
+    return doubts;
+}
+
 //--------------------------------------------------------------------------------------------------
 
 po_importer::po_importer(ustring8 language, std::optional<ustring8> catalog, bool takes_fuzzy)
@@ -407,10 +445,7 @@ po_importer::result po_importer::add(po_entry const& entry, ustring8 const& plur
     if (!has_text && !is_empty_message) return result::untranslated;
 
     definition_map const definitions = read_definitions(entry);
-    text_reader source(definitions);
-    source.read(entry.id + entry.plural_id.value_or(""));
     ustring8 const meta = meta_of(entry).value_or(entry.plural_id ? plural_rule : ustring8());
-    bool is_good = true;
     for (std::size_t form = 0; form != entry.texts.size(); ++form) {
         ustring8 const& text = entry.texts[form];
         if (text.empty() && !is_empty_message) continue;
@@ -421,10 +456,8 @@ po_importer::result po_importer::add(po_entry const& entry, ustring8 const& plur
         message_t message(unique(names->first, name), items, meta);
         message._orginal_locale(m_language);
         messages.push_back({names->first, message});
-        is_good = is_good && std::includes(source.identifiers().begin(), source.identifiers().end(),
-                                           reader.identifiers().begin(), reader.identifiers().end());
     }
-    return is_good || is_kept(entry) ? result::imported : result::bad_placeholders;
+    return result::imported;
 }
 
 std::optional<std::pair<ustring8, ustring8>> po_importer::name_of(po_entry const& entry) const {

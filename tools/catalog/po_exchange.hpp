@@ -51,6 +51,14 @@ bool is_kept(po_entry const& entry);
 /// False when NUL, U+0004 or bytes that are not UTF-8 keep it out of PO files.
 bool fits_po(ustring8 const& catalog, zolt::i18n::message_t const& message);
 
+/// What may be wrong with an entry that is imported all the same.
+enum class po_doubt {
+    placeholders, ///< those of a text are not those of msgid; a plural form may lack some
+    brace,        ///< one that is no placeholder's, and not doubled either, becomes text
+    note,         ///< one that looks like the description of a placeholder is none
+};
+std::vector<po_doubt> doubts_about(po_entry const& entry);
+
 struct po_message {
     ustring8 catalog;
     zolt::i18n::message_t message;
@@ -68,9 +76,8 @@ public:
         imported,
         untranslated,
         fuzzy,
-        no_name,          ///< msgctxt is not "catalog/message"
-        duplicate,        ///< the same msgctxt and msgid once more
-        bad_placeholders, ///< imported, but the text has a placeholder that msgid does not have
+        no_name,   ///< msgctxt is not "catalog/message"
+        duplicate, ///< the same msgctxt and msgid once more
     };
     /// The rule for plurals is the header field "Plural-Forms".
     result add(po_entry const& entry, ustring8 const& plural_rule, std::vector<po_message>& messages);

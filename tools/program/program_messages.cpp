@@ -359,7 +359,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::po_no_language, "finding.po_no_language", "the header names no language; give one with --lang"},
     {phrase::po_no_name, "finding.po_no_name", "msgctxt is not \"catalog/message\"; --catalog takes such entries"},
     {phrase::po_duplicate, "finding.po_duplicate", "there is such an entry already"},
-    {phrase::po_placeholders, "finding.po_placeholders", "msgstr has a placeholder that msgid does not have"},
+    {phrase::po_placeholders, "finding.po_placeholders", "the placeholders of msgstr are not those of msgid"},
     {phrase::po_imported, "po.imported",
      "{path:string}: {n:int} messages, {untranslated:int} untranslated, {fuzzy:int} fuzzy"},
     // Lists, edits and checks of configuration.
@@ -580,6 +580,13 @@ constexpr program_messages::built_in texts[] = {
     {phrase::not_a_number, "error.not_a_number", "a whole number is expected, 0 or greater"},
     {phrase::result_is_input, "error.result_is_input",
      "\"{path:string}\" is what the command reads; -o names another file"},
+    // Doubts about PO files.
+    {phrase::po_stray_brace, "finding.po_stray_brace",
+     "a brace in msgstr becomes text: it belongs to no placeholder and is not doubled"},
+    {phrase::po_bad_note, "finding.po_bad_note",
+     "a line with \"#.\" does not describe a placeholder, which becomes a string of that name"},
+    {phrase::po_no_translations, "error.po_no_translations",
+     "there are no translations to import; nothing is written"},
 };
 
 constexpr bool are_in_order() {

@@ -335,6 +335,11 @@ enum class phrase : unsigned {
     not_a_number,
     result_is_input,
 
+    // Doubts about PO files.
+    po_stray_brace,
+    po_bad_note,
+    po_no_translations,
+
     count_of_texts
 };
 
