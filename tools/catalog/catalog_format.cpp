@@ -146,8 +146,8 @@ private:
         std::error_code no_path;
         ustring8 const old_file = std::filesystem::canonical(file.path.c_str(), no_path).native();
         if (target.stream()) {
-            std::fwrite(text.data(), 1, text.size(), target.stream());
-            std::fflush(target.stream());
+            (void)std::fwrite(text.data(), 1, text.size(), target.stream());
+            (void)std::fflush(target.stream());
             bool const is_whole = std::ferror(target.stream()) == 0;
             if (is_whole && !target.temporary().empty() &&
                 !loads_the_same(old_file, target.temporary(), some_languages_of(file)))

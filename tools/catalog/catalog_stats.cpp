@@ -216,8 +216,8 @@ private:
             return true;
         }
         result_file file(*m_options.chart);
-        if (file.stream()) std::fwrite(picture.data(), 1, picture.size(), file.stream());
-        int const error = file.commit();
+        if (file.stream()) (void)std::fwrite(picture.data(), 1, picture.size(), file.stream());
+        int const error = file.commit(); // tells of a failed write, too
         if (error == 0) return true;
         fail(phrase::file_not_written, {{"path", *m_options.chart}, {"reason", std::strerror(error)}});
         return false;

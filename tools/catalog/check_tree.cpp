@@ -79,6 +79,7 @@ std::vector<std::uint32_t> languages_of(check_tree const& tree) {
             sorted.emplace(tree.languages[language].id, language);
     }
     std::vector<std::uint32_t> result;
+    result.reserve(sorted.size());
     for (auto const& [id, language] : sorted) result.push_back(language);
     return result;
 }

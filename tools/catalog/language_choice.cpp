@@ -43,6 +43,7 @@ std::vector<serving_language> language_choice::for_request(ustring8 const& id) c
     add_language("en", false);
     std::sort(weighed.begin(), weighed.end(), [](auto const& a, auto const& b) { return a.first > b.first; });
     std::vector<serving_language> result;
+    result.reserve(weighed.size());
     for (auto const& [weight, each] : weighed) result.push_back(each);
     return result;
 }

@@ -23,8 +23,6 @@
 namespace tools {
 namespace {
 
-using zolt::i18n::message_t;
-
 /// Catalog and message.
 using name_pair = std::pair<ustring8, ustring8>;
 using message_table = std::map<name_pair, catalog_message const*>;
@@ -174,9 +172,10 @@ private:
     }
 
     void append(ustring8& file, catalog_message const* reference, catalog_message const* own) {
-        catalog_message const& place = reference ? *reference : *own;
+        catalog_message const& last = own ? *own : *reference; // one of them is there
+        catalog_message const& place = reference ? *reference : last;
         po_entry entry =
-            to_po_entry(place.catalog, reference ? &reference->message : nullptr, own ? &own->message : nullptr);
+            to_po_entry(place.catalog, reference ? &place.message : nullptr, own ? &last.message : nullptr);
         // Names with blanks stand between these two marks.
         ustring8 path = printable(path_of(place));
         if (path.find(' ') != ustring8::npos) path = "\u2068" + path + "\u2069";
@@ -191,7 +190,7 @@ private:
         for (auto const& [language, text] : files) {
             ustring8 const path = directory + "/" + (language == "." ? ustring8("_") : language) + ".po";
             result_file file(path);
-            if (file.stream()) std::fwrite(text.data(), 1, text.size(), file.stream());
+            if (file.stream()) (void)std::fwrite(text.data(), 1, text.size(), file.stream());
             int const error = file.commit();
             if (error != 0)
                 return fail(phrase::file_not_written, {{"path", path}, {"reason", std::strerror(error)}});

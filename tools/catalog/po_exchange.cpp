@@ -116,12 +116,12 @@ private:
     }
 
     ustring8 unused(message_item const& item) {
-        ustring8 const name = identifier_of(item.name());
+        ustring8 name = identifier_of(item.name());
         if (m_used.insert(name).second) return name;
-        ustring8 const typed = name + "__" + std::string(suffix_of(item.type()));
+        ustring8 typed = name + "__" + std::string(suffix_of(item.type()));
         if (m_used.insert(typed).second) return typed;
         for (std::size_t& number = m_numbers.try_emplace(typed, 1).first->second;;) {
-            ustring8 const numbered = typed + "_" + std::to_string(++number);
+            ustring8 numbered = typed + "_" + std::to_string(++number);
             if (m_used.insert(numbered).second) return numbered;
         }
     }
@@ -354,8 +354,8 @@ po_entry po_header(ustring8 const& language, ustring8 const& reference_language)
 }
 
 po_entry to_po_entry(ustring8 const& catalog, message_t const* reference, message_t const* translation) {
-    message_t const& source = reference ? *reference : *translation;
-    message_t const& named = translation ? *translation : source;
+    message_t const& named = translation ? *translation : *reference; // one of them is there
+    message_t const& source = reference ? *reference : named;
     placeholder_names names;
     po_entry entry;
     entry.context = context_of(catalog, named.name());

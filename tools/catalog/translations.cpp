@@ -70,7 +70,7 @@ exit_status translations::choose_languages() {
         }
     }
     for (checked_language const& each : m_tree.languages)
-        m_may_copy.push_back(each.id == "." || base_of(each.id) == base_of(reference));
+        m_may_copy.push_back(each.id == "." || base_of(each.id) == base_of(reference) ? 1 : 0);
     return exit_good;
 }
 

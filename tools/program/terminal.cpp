@@ -48,6 +48,7 @@ bool is_in(range const (&ranges)[Size], unsigned long character) {
 }
 
 std::size_t width_of(unsigned long character) {
+    if (character < without_width[0].first) return 1; // most texts have no other
     if (is_in(without_width, character)) return 0;
     return is_in(wide, character) ? 2 : 1;
 }
