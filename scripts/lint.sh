@@ -39,7 +39,8 @@ tidy_one() {
 export -f tidy_one
 
 tidy() {
-    cmake --preset clang -B build/lint -DZOLT_TESTS=OFF -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null &&
+    cmake --preset clang -B build/lint -DZOLT_TESTS=OFF -DZOLT_TOOLS=ON \
+        -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null &&
         printf '%s\0' "${sources[@]}" | xargs -0 -n 1 -P "$jobs" bash -c 'tidy_one "$1"' tidy
 }
 
