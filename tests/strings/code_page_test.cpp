@@ -124,8 +124,8 @@ TEST(CodePage, TablesAnswerAsTheConverterDoes) {
         for (int first = 0; first < 256; ++first) {
             std::string pairs, byte(1, static_cast<char>(first));
             for (int second = 0; second < 256; ++second) (pairs += byte) += static_cast<char>(second);
-            bool const is_like_converter = type != 949 || (first != 0xA2 && first != 0xE8); // see below
-            ASSERT_EQ(page.as_utf8(pairs) == decoded(pairs), is_like_converter) << first;
+            bool const may_differ = type == 949 && (first == 0xA2 || first == 0xE8); // see below
+            ASSERT_TRUE(may_differ || page.as_utf8(pairs) == decoded(pairs)) << first;
             samples.push_back(decoded(byte));
         }
         for (unsigned int code = 0; code < 0x2600; ++code) {

@@ -331,6 +331,10 @@ TEST_F(PoCommands, ExportWhatTheLibraryServes) {
         std::filesystem::remove_all(directory + "/t");
         std::filesystem::remove(directory + "/en.po");
     }
+    std::filesystem::create_directories(directory + "/po/en.po"); // all files or none
+    expect("catalog export-po --dir po " ZOLT_SOURCE_DIR "/tools/catalogs", 2, "",
+           "zolt: \"po/en.po\" cannot be written: Is a directory\n");
+    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(directory + "/po"), {}));
 }
 
 struct finding_row {

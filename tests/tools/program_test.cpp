@@ -204,6 +204,12 @@ TEST_F(ProgramResults, GoToAFile) {
            "zolt: \"absent/f\" cannot be written: No such file or directory\n");
     expect("catalog list " + data + "clean -o /dev/full", 2, "",
            "zolt: \"/dev/full\" cannot be written: No space left on device\n");
+    store("", "de");
+    expect("catalog list " + data + "clean --lang de -o de", 0, ""); // a language that has the name of a file
+    store("<xmc>", "f.xmc");
+    EXPECT_EQ(1, run("catalog missing f.xmc -o f").status); // nothing could be reported
+    EXPECT_NE("", content());
+    expect("config list -- --a=", 0, "-a = \"\"\n"); // no option of ours
     expect("config set f k v --json", 2, "", "zolt: this command has no JSON form\n");
 }
 

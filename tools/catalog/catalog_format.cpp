@@ -9,10 +9,8 @@
 #include "tools/program/findings.hpp"
 #include "tools/program/result_file.hpp"
 
-#include <zolt/exceptions/exception.hpp>
 #include <zolt/i18n/message_catalogs.hpp>
 #include <zolt/parser/xml_token_stream.hpp>
-#include <zolt/system/file_utility.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -32,14 +30,6 @@ using token = xml_token_stream::token;
 
 // Each is a load of both files; that all messages are the same is known without.
 constexpr std::size_t most_languages = 8;
-
-bool load(ustring8 const& path, ustring8& text) {
-    try {
-        return zolt::system::load_file(path, text) == 0;
-    } catch (zolt::exceptions::exception const&) {
-        return false;
-    }
-}
 
 bool is_same(message_t const& left, message_t const& right) {
     return left.name() == right.name() && left._orginal_locale() == right._orginal_locale() &&
@@ -146,7 +136,7 @@ private:
         std::error_code no_path;
         ustring8 const old_file = std::filesystem::canonical(file.path.c_str(), no_path).native();
         if (target.stream()) {
-            (void)std::fwrite(text.data(), 1, text.size(), target.stream());
+            target.write(text);
             (void)std::fflush(target.stream());
             bool const is_whole = std::ferror(target.stream()) == 0;
             if (is_whole && !target.temporary().empty() &&

@@ -5,9 +5,12 @@
 // and brackets show where one is cut off, so a line is what gets a start and an end.
 #include "catalog_pseudo.hpp"
 
+#include "catalog_layout.hpp"
 #include "catalog_tree.hpp"
+#include "text_words.hpp"
 #include "tools/program/languages.hpp"
 #include "tools/program/notation.hpp"
+#include "tools/program/utf8.hpp"
 
 #include <zolt/strings/unicode.hpp>
 
@@ -57,21 +60,6 @@ std::size_t count_characters(std::string_view text) {
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-// The characters above ASCII that are no letters, in blocks; all others above U+00BF are.
-struct block {
-    unsigned long first;
-    unsigned long last;
-};
-constexpr block no_letters[] = {{0x00D7, 0x00D7}, {0x00F7, 0x00F7}, {0x2000, 0x2BFF},   {0x3000, 0x3004},
-                                {0x3008, 0x3020}, {0x3030, 0x3030}, {0xE000, 0xF8FF},   {0xFE00, 0xFE6F},
-                                {0xFF00, 0xFF20}, {0xFFE0, 0xFFFF}, {0x1F000, 0x1FAFF}, {0xE0000, 0x10FFFF}};
-
-bool is_foreign_letter(unsigned long character) {
-    return character > 0xBF && std::none_of(std::begin(no_letters), std::end(no_letters), [=](block const& range) {
-               return character >= range.first && character <= range.last;
-           });
-}
-
 void append_crossed_out(ustring8& line, std::string_view text) {
     while (!text.empty()) {
         unsigned long size = 0;
@@ -81,7 +69,7 @@ void append_crossed_out(ustring8& line, std::string_view text) {
         if (!is_text) size = 1;
         if (is_capital(text.front())) {
             line += 'X';
-        } else if (is_small(text.front()) || (is_text && is_foreign_letter(character))) {
+        } else if (is_small(text.front()) || (is_text && character >= 0x80 && is_letter(character))) {
             line += 'x';
         } else {
             line.append(text.substr(0, size));
@@ -205,6 +193,14 @@ private:
     std::vector<segment> m_line;
 };
 
+// References stand for any byte, but what is written here says that it is UTF-8.
+bool is_utf8(catalog_message const& entry) {
+    return is_strict_utf8(entry.catalog) && is_strict_utf8(entry.message.name()) &&
+           is_strict_utf8(entry.message.meta()) &&
+           std::all_of(entry.message.begin(), entry.message.end(),
+                       [](message_item const& item) { return is_strict_utf8(item.data()); });
+}
+
 } // namespace
 
 std::optional<pseudo_style> parse_pseudo_style(std::string_view word) {
@@ -237,13 +233,20 @@ exit_status make_pseudo_catalogs(session const& session, pseudo_options const& o
         session.complain(session.texts.get(phrase::po_no_messages));
         return exit_failed;
     }
+    finding_list found(session);
     catalog_writer writer;
     for (auto const& [key, entry] : chosen) {
+        if (!is_utf8(*entry))
+            found.add({tree.path_of(*entry), entry->line, 1, severity::error, "invalid-utf8",
+                       session.texts.get(phrase::about_invalid_utf8),
+                       entry->catalog + "/" + entry->message.name()});
         message_t message = pseudo_message(entry->message, options.style);
         message._orginal_locale(language);
         writer.add(entry->catalog, message);
     }
-    session.out.write(writer.text());
+    found.print();
+    if (found.status() != exit_good) return found.status();
+    session.out.write(lay_out_catalog(writer.text()));
     return exit_good;
 }
 

@@ -5,14 +5,17 @@
 // stepped over; what is no XML at all ends the pass.
 #include "catalog_scan.hpp"
 
+#include <zolt/generic/convert/str_to_x.hpp>
+
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 namespace tools {
 namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view decimal_digits = "0123456789";
+constexpr std::string_view hexadecimal_digits = "0123456789abcdefABCDEF";
 constexpr std::string_view ignore_mark = "zolt-ignore";
 
 bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
@@ -32,14 +35,15 @@ reference read_reference(std::string_view text) {
     for (reference const& known : known_references) {
         if (text.substr(0, known.text.size()) == known.text) return known;
     }
-    auto const end = text.substr(0, 16).find(';');
-    bool const is_hexadecimal = text.substr(0, 3) == "&#x";
+    if (text.substr(0, 2) != "&#") return {};
+    bool const is_hexadecimal = text.substr(2, 1) == "x";
     std::size_t const start = is_hexadecimal ? 3 : 2;
-    if (text.substr(0, 2) != "&#" || end == std::string_view::npos || end == start) return {};
-    unsigned value = 0;
-    char const* const last = text.data() + end;
-    auto const read = std::from_chars(text.data() + start, last, value, is_hexadecimal ? 16 : 10);
-    if (read.ec != std::errc() || read.ptr != last) return {};
+    std::size_t const end = text.find_first_not_of(is_hexadecimal ? hexadecimal_digits : decimal_digits, start);
+    if (end == std::string_view::npos || end == start || text[end] != ';') return {};
+    using zolt::types::radix_t;
+    unsigned char const value = zolt::generic::convert::str_to_uint8(
+        text.data() + start, static_cast<unsigned long>(end - start),
+        is_hexadecimal ? radix_t::hexadecimal : radix_t::automatic); // as the library's parser does
     return {text.substr(0, end + 1), static_cast<char>(value)};
 }
 

@@ -7,7 +7,6 @@
 #include "tools/program/result_file.hpp"
 #include "translations.hpp"
 
-#include <cstdio>
 #include <cstring>
 #include <map>
 #include <string>
@@ -216,8 +215,8 @@ private:
             return true;
         }
         result_file file(*m_options.chart);
-        if (file.stream()) (void)std::fwrite(picture.data(), 1, picture.size(), file.stream());
-        int const error = file.commit(); // tells of a failed write, too
+        file.write(picture);
+        int const error = file.commit();
         if (error == 0) return true;
         fail(phrase::file_not_written, {{"path", *m_options.chart}, {"reason", std::strerror(error)}});
         return false;

@@ -185,18 +185,25 @@ private:
         if (!reference) find(*own, severity::note, "po-reference", phrase::po_no_reference);
     }
 
+    // Each takes its place when all are on the disk.
     exit_status write_files(ustring8 const& directory,
                             std::vector<std::pair<ustring8, ustring8>> const& files) const {
+        std::map<ustring8, result_file> results; // by path
         for (auto const& [language, text] : files) {
             ustring8 const path = directory + "/" + (language == "." ? ustring8("_") : language) + ".po";
-            result_file file(path);
-            if (file.stream()) (void)std::fwrite(text.data(), 1, text.size(), file.stream());
-            int const error = file.commit();
-            if (error != 0)
-                return fail(phrase::file_not_written, {{"path", path}, {"reason", std::strerror(error)}});
+            result_file& file = results.try_emplace(path, path).first->second;
+            file.write(text);
+            if (int const error = file.finish()) return fail_to_write(path, error);
+        }
+        for (auto& [path, file] : results) {
+            if (int const error = file.commit()) return fail_to_write(path, error);
             m_session.tell(path);
         }
         return exit_good;
+    }
+
+    exit_status fail_to_write(ustring8 const& path, int error) const {
+        return fail(phrase::file_not_written, {{"path", path}, {"reason", std::strerror(error)}});
     }
 
     session const& m_session;

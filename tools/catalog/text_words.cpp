@@ -30,10 +30,6 @@ bool is_in(range const (&ranges)[Size], unsigned long c) {
                        [c](range const& each) { return c >= each.first && c <= each.last; });
 }
 
-bool is_letter(unsigned long c) {
-    if (c < 0x80) return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-    return !is_in(signs, c);
-}
 bool is_small(unsigned long c) { return is_letter(c) && is_in(small_letters, c); }
 // "don't", "well-known"
 bool joins(unsigned long c) { return c == '\'' || c == 0x2019 || c == '-'; }
@@ -90,6 +86,11 @@ std::string_view take_token(std::string_view& text) {
 }
 
 } // namespace
+
+bool is_letter(unsigned long c) {
+    if (c < 0x80) return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return !is_in(signs, c);
+}
 
 text_words count_words(std::string_view text) {
     text_words result;

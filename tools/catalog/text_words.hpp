@@ -9,6 +9,9 @@
 
 namespace tools {
 
+/// Above ASCII, everything that is no punctuation, symbol or sign of its own.
+bool is_letter(unsigned long character);
+
 enum class text_kind {
     no_words, ///< nothing to translate: no letters but those of placeholders
     /// A single word, or none that is written small: it may be a name, an abbreviation or a unit. "Zolt", "OK",

@@ -10,6 +10,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -59,14 +61,30 @@ manual_option describe_option(CLI::Option const& option) {
     return result;
 }
 
+bool names_file(CLI::Option const& option) {
+    constexpr std::array<std::string_view, 4> words{"FILE", "PATH", "OLD", "NEW"};
+    std::string const word = option.get_positional() ? option.get_name(true) : option.get_type_name();
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
 // The parser takes an argument such as "[a,b]" apart where it expects a list, and the next one for the value of
 // "--lang=". With a mark in front a value stays what it is.
 constexpr char mark = '\x1F';
 
-std::string marked(std::string argument) {
-    if (!argument.empty() && (argument[0] == '[' || argument[0] == mark)) argument.insert(0, 1, mark);
-    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1) argument += mark;
-    return argument;
+// The arguments as the parser takes them, the last one first.
+std::vector<std::string> marked(int argc, char** argv) {
+    std::vector<std::string> arguments;
+    bool has_options = true; // until "--"
+    for (int i = 1; i < argc; ++i) {
+        std::string& argument = arguments.emplace_back(argv[i]);
+        if (argument.empty()) continue;
+        if (argument[0] == '[' || argument[0] == mark) argument.insert(0, 1, mark);
+        has_options = has_options && argument != "--";
+        bool const is_option = has_options && argument.starts_with("--");
+        if (is_option && argument.find('=') == argument.size() - 1) argument += mark;
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
 }
 
 void unmark(std::string& argument) {
@@ -207,9 +225,7 @@ command_line::~command_line() = default;
 exit_status command_line::run(int argc, char** argv) {
     session const plain{m_out, m_err, m_texts, m_options};
     try {
-        std::vector<std::string> arguments; // the last one first
-        while (argc > 1) arguments.push_back(marked(argv[--argc]));
-        m_app->parse(std::move(arguments));
+        m_app->parse(marked(argc, argv));
     } catch (CLI::ParseError const& end) { // a wrong command line, or --help and --version
         std::ostringstream out;
         std::ostringstream err;
@@ -323,7 +339,7 @@ std::optional<ustring8> command_line::fault_of_options() const {
 // Whether an argument or another option names this file.
 bool command_line::is_input(std::string const& path) const {
     for (CLI::Option const* const option : m_chosen->get_options()) {
-        if (option->check_lname("output")) continue;
+        if (option->check_lname("output") || !names_file(*option)) continue;
         for (std::string value : option->results()) {
             unmark(value);
             std::error_code none; // what is no file is not the same file

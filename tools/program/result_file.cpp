@@ -94,13 +94,21 @@ result_file::~result_file() {
     if (!m_temporary.empty()) ::unlink(m_temporary.c_str());
 }
 
-int result_file::commit() {
+void result_file::write(std::string_view text) {
+    if (m_stream) (void)std::fwrite(text.data(), 1, text.size(), m_stream); // finish() looks for errors
+}
+
+int result_file::finish() {
     if (!m_stream) return m_error;
     bool const has_failed = std::ferror(m_stream) != 0;
     if (std::fflush(m_stream) != 0 || has_failed) m_error = errno == 0 ? EIO : errno;
     if (m_error == 0 && !m_temporary.empty() && ::fsync(::fileno(m_stream)) != 0) m_error = errno;
     if (std::fclose(std::exchange(m_stream, nullptr)) != 0 && m_error == 0) m_error = errno;
-    if (m_error != 0 || m_temporary.empty()) return m_error;
+    return m_error;
+}
+
+int result_file::commit() {
+    if (finish() != 0 || m_temporary.empty()) return m_error;
     if (std::rename(m_temporary.c_str(), m_path.c_str()) != 0) return m_error = errno;
     m_temporary.clear();
     return m_error = sync_directory_of(m_path);

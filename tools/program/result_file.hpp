@@ -5,7 +5,7 @@
 // beside it, which takes its place at the end; until then, and without an end, the old one stays.
 //
 //     result_file file("a.po");
-//     if (file.stream()) std::fputs("text", file.stream());
+//     file.write("text");
 //     int const error = file.commit();    // 0, or an error number
 //
 // Links are followed, also to a file that is not there yet; the file's permissions stay, and as far as this
@@ -16,6 +16,7 @@
 #include "library.hpp"
 
 #include <cstdio>
+#include <string_view>
 
 namespace tools {
 
@@ -27,11 +28,14 @@ public:
     /// Removes what was not committed.
     ~result_file();
 
-    /// Null when it cannot be written; commit() tells why.
+    /// Null when it cannot be written, or is finished; commit() tells why.
     std::FILE* stream() const { return m_stream; }
+    void write(std::string_view text);
     /// The file that holds what has been flushed; empty when it is the file itself.
     ustring8 const& temporary() const { return m_temporary; }
-    /// Brings everything to the disk and to its place. Returns 0 or the number of the first error.
+    /// Brings everything to the disk, but not to its place. Returns 0 or the number of the first error.
+    int finish();
+    /// Brings everything to its place. Returns 0 or the number of the first error.
     int commit();
 
 private:
