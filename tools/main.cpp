@@ -8,6 +8,7 @@
 #include <zolt/exceptions/exception.hpp>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 
 namespace tools {
@@ -33,6 +34,7 @@ exit_status run(output& out, output& err, program_messages const& texts, int arg
 
 int main(int argc, char** argv) {
     using namespace tools;
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow further is an error like any other
     output out(stdout);
     output err(stderr);
     program_messages const texts(language_of_environment());

@@ -108,7 +108,8 @@ TEST(Program, TakesItsLanguageFromTheEnvironment) {
     EXPECT_EQ("Aus\n", off({{"LC_ALL", ""}, {"LC_MESSAGES", "de"}, {"LANG", "en"}}));
     EXPECT_EQ("Aus\n", off({{"LC_ALL", ""}, {"LANG", "de_CH@x"}}));
     EXPECT_EQ("Off\n", off({{"LC_ALL", ""}}));
-    EXPECT_EQ("Off\n", off({{"LC_ALL", "C.UTF-8"}, {"LANG", "de"}}));
+    EXPECT_EQ("Off\n", off({{"LC_ALL", "C.UTF-8"}, {"LANG", "de"}, {"LANGUAGE", "de"}}));
+    EXPECT_EQ("Aus\n", off({{"LC_ALL", "en_US.UTF-8"}, {"LANGUAGE", "de_AT:en"}}));
     expect_run("catalog show clean none", 1, "", "zolt: in „clean“ gibt es keinen Katalog „none“\n",
                {.environment = {{"LC_ALL", "de_AT.UTF-8"}}});
 }
@@ -204,6 +205,16 @@ TEST_F(ProgramResults, GoToAFile) {
            "zolt: \"absent/f\" cannot be written: No such file or directory\n");
     expect("catalog list " + data + "clean -o /dev/full", 2, "",
            "zolt: \"/dev/full\" cannot be written: No space left on device\n");
+    store("a = 1\n");
+    EXPECT_EQ("one\na = 1\nthree\n",
+              run("-c '(echo one; " ZOLT_PROGRAM " config list --file f -o /dev/stdout; echo three) >g; cat g'",
+                  {.program = "/bin/sh"})
+                  .out);
+    EXPECT_EQ(2,
+              run("-c 'ulimit -f 1; " ZOLT_PROGRAM " catalog schema --xsd -o f'", {.program = "/bin/sh"}).status);
+    store("\1", "damaged");
+    EXPECT_EQ(1, run("inspect --binary u4 damaged -o f").status);
+    EXPECT_NE("a = 1\n", content());
     store("", "de");
     expect("catalog list " + data + "clean --lang de -o de", 0, ""); // a language that has the name of a file
     store("<xmc>", "f.xmc");

@@ -71,7 +71,7 @@ inline program_run run_program(std::string const& command, program_options const
     if (child == 0) {
         for (int const target : {1, 2})
             ::dup2(options.terminal == target ? terminal : ::fileno(files[target]), target);
-        for (char const* const name : {"NO_COLOR", "ZOLT_CATALOG_PATH", "LC_MESSAGES", "LANG"}) ::unsetenv(name);
+        for (char const* const name : {"NO_COLOR", "ZOLT_CATALOG_PATH", "LC_MESSAGES", "LANG", "LANGUAGE"}) ::unsetenv(name);
         ::setenv("LC_ALL", "C", 1);
         ::setenv("TERM", "xterm", 1);
         for (auto const& [name, value] : options.environment) ::setenv(name.c_str(), value.c_str(), 1);

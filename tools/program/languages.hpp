@@ -14,7 +14,8 @@ namespace tools {
 /// at all ("", "C", "POSIX", also with a codeset). Everything else stays as it is.
 ustring8 usable_language(std::string_view id);
 
-/// The first of LC_ALL, LC_MESSAGES and LANG that is not empty, made usable.
+/// The first of LC_ALL, LC_MESSAGES and LANG that is not empty, made usable. When this is a language, the first
+/// one in LANGUAGE, a list with colons, is preferred.
 ustring8 language_of_environment();
 
 /// The spelling in which the library compares ids: "_" for every "." and "-", except in an id of one

@@ -59,7 +59,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::values_argument, "argument.values",
      "Values for the placeholders: name=value for a text, or name:type=value with one of the types int, uint, "
      "double, bool and string"},
-    {phrase::lang_option, "option.lang", "Language, such as de_AT; by default that of LC_ALL, LC_MESSAGES or LANG"},
+    {phrase::lang_option, "option.lang", "Language, such as de_AT; by default that of the environment"},
     {phrase::json_option, "option.json", "Short for --format=json"},
 
     {phrase::catalog_heading, "heading.catalog", "Catalog"},
@@ -505,7 +505,8 @@ constexpr program_messages::built_in texts[] = {
      "write for other programs, in UTF-8 and in an order that does not change.\nExit status: 0 when all is well; 1 "
      "when there is something to report, such as a fault that a check has found or a name that is not there; 2 "
      "when something cannot be read or written or the command line is wrong.\nEnvironment: LC_ALL, LC_MESSAGES or "
-     "LANG choose the language of the program (English or German) and, without --lang, that of the messages that "
+     "LANG and, when these name a language, LANGUAGE before them choose the language of the program (English or "
+     "German) and, without --lang, that of the messages that "
      "it shows.\nZOLT_CATALOG_PATH names directories, separated by colons, in which catalogs with the texts of the "
      "program itself are looked for first.\nWith NO_COLOR, unless it is empty, and with TERM=dumb nothing is in "
      "colour.\nExample: zolt catalog check catalogs/\nzolt catalog render app.xmc app saved size:uint=5368709120 "

@@ -4,6 +4,8 @@
 
 #include "files.hpp"
 
+#include <zolt/generic/convert/str_to_x.hpp>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,6 +21,7 @@ namespace {
 constexpr mode_t permission_bits = 07777;
 constexpr mode_t plain_permission_bits = 0777;
 constexpr mode_t group_bits = 0070;
+constexpr int most_links = 40;
 
 // The mode of a new file. The mask can only be read by setting it; the program has one thread.
 mode_t mode_of_new_file() {
@@ -29,7 +32,6 @@ mode_t mode_of_new_file() {
 
 // The file that links lead to. One that is there may be no file that a link can name, such as a pipe.
 ustring8 target_of(ustring8 const& path) {
-    constexpr int most_links = 40;
     std::filesystem::path target(path.c_str());
     std::error_code error;
     if (std::filesystem::exists(target, error)) return real_path(path);
@@ -37,6 +39,18 @@ ustring8 target_of(ustring8 const& path) {
         target = target.parent_path() / std::filesystem::read_symlink(target, error);
     }
     return ustring8(target.native());
+}
+
+// The number that a path such as /dev/stdout or /dev/fd/3 stands for, else -1.
+int open_descriptor(ustring8 const& path) {
+    std::error_code error;
+    std::filesystem::path target(path.c_str());
+    for (int i = 0; i != most_links && std::filesystem::is_symlink(target, error); ++i) {
+        if (std::filesystem::equivalent(target.parent_path(), "/proc/self/fd", error))
+            return zolt::generic::convert::str_to_int32(target.filename().c_str());
+        target = target.parent_path() / std::filesystem::read_symlink(target, error);
+    }
+    return -1;
 }
 
 // Gives a new file owner, group and mode of the old one. A file that stays one's own gets no rights to act as
@@ -68,6 +82,11 @@ int sync_directory_of(ustring8 const& path) {
 } // namespace
 
 result_file::result_file(ustring8 const& path) : m_path(target_of(path)) {
+    if (int const descriptor = open_descriptor(path); descriptor != -1) {
+        m_stream = ::fdopen(::dup(descriptor), "wb");
+        keep_error();
+        return;
+    }
     struct stat old {};
     bool const is_there = ::stat(m_path.c_str(), &old) == 0;
     if (is_there && !S_ISREG(old.st_mode)) {

@@ -10,7 +10,7 @@
 //
 // Links are followed, also to a file that is not there yet; the file's permissions stay, and as far as this
 // process may give files away, its owner and group; the rights of a group that does not stay are dropped. What is
-// no regular file, such as a pipe, is written at once.
+// no regular file, such as a pipe, is written at once, and so is what is open already, such as /dev/stdout.
 #pragma once
 
 #include "library.hpp"
