@@ -25,10 +25,12 @@ bool is_written(std::filesystem::path const& path, std::string const& text) {
     return file.good();
 }
 
-bool are_pages_written(std::filesystem::path const& directory, manual_command const& command) {
-    bool is_good =
-        is_written(directory / (tools::join(command.words, "-") + ".1"), tools::man_page(command, zolt::version()));
-    for (manual_command const& each : command.commands) is_good = are_pages_written(directory, each) && is_good;
+bool are_pages_written(std::filesystem::path const& directory, manual_command const& program,
+                       manual_command const& command) {
+    bool is_good = is_written(directory / (tools::join(command.words, "-") + ".1"),
+                              tools::man_page(command, program, zolt::version()));
+    for (manual_command const& each : command.commands)
+        is_good = are_pages_written(directory, program, each) && is_good;
     return is_good;
 }
 
@@ -42,7 +44,7 @@ int main(int argc, char** argv) {
     std::filesystem::path const directory = argv[1];
     manual_command const program = tools::program_manual();
     bool const is_good =
-        are_pages_written(directory / "man/man1", program) &&
+        are_pages_written(directory / "man/man1", program, program) &&
         is_written(directory / "bash-completion/completions/zolt", tools::bash_completion(program)) &&
         is_written(directory / "zsh/site-functions/_zolt", tools::zsh_completion(program)) &&
         is_written(directory / "fish/vendor_completions.d/zolt.fish", tools::fish_completion(program));

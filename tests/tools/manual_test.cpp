@@ -17,7 +17,8 @@ void for_each_command(manual_command const& command, auto const& visit) {
 
 TEST(Program, HelpsEverywhere) {
     std::size_t count = 0;
-    for_each_command(program_manual(), [&count](manual_command const& command) {
+    manual_command const program = program_manual();
+    for_each_command(program, [&](manual_command const& command) {
         std::string const words = join({command.words.begin() + 1, command.words.end()}, " ") + " ";
         SCOPED_TRACE(words);
         ++count;
@@ -26,7 +27,7 @@ TEST(Program, HelpsEverywhere) {
         EXPECT_EQ(0, help.status);
         EXPECT_NE(std::string::npos, help.out.find("Usage: " + join(command.words, " ")));
         std::string const page = content_of(share + "/man/man1/" + join(command.words, "-") + ".1");
-        EXPECT_EQ(page, man_page(command, "2.18.0"));
+        EXPECT_EQ(page, man_page(command, program, "2.18.0"));
         for (manual_option const& option : command.options)
             EXPECT_NE(std::string::npos, help.out.find(option.names.back())) << option.names.back();
         for (manual_option const& argument : command.arguments)
@@ -48,24 +49,31 @@ TEST_F(Manual, IsWrittenForGroff) {
         {"zolt", "a-b"},
         "Does 'this' \\ that.",
         ".x -- a-b (--lang=\xC3\xA4), -o.\n\nExamples: \nzolt 'a'\nmore\nExit status: 0; 1.\n'y \xFF~^`",
-        {{{"FILE"}, "", "read", {}, true, true}, {{"WORD"}, "", "Given", {}, false}},
-        {{{"-o", "--out"}, "FILE", "Written"}, {{"--form"}, "a|b", "", {"a", "b"}, false, false, true}},
+        {{{"FILE"}, "", "read", {}, true, true}, {{"WORD"}, "", "Given", {}, false, true, false, true}},
+        {{{"-o", "--out"}, "FILE", "Written", {}, false, false, false, false, {"--no"}},
+         {{"--no"}, "", "", {}, false, false, false, false, {"--out"}},
+         {{"--form"}, "a|b", "", {"a", "b"}, false, false, true}},
         {{"r-1", "note", "Told.", "x\n.y"}},
         {}};
-    EXPECT_EQ(".\\\" Made from the help of the program.\n"
-              ".TH ZOLT\\-A\\-B 1 \"\" \"zolt 1.2\" \"User Commands\"\n"
-              ".SH NAME\nzolt\\-a\\-b \\- does \\(aqthis\\(aq \\e that\n"
-              ".SH SYNOPSIS\n\\fBzolt a\\-b\\fR [\\fIOPTION\\fR]... \\fIFILE\\fR... [\\fIWORD\\fR]\n"
-              ".SH DESCRIPTION\nDoes \\(aqthis\\(aq \\e that.\n"
-              ".PP\n\\&.x \\-\\- a\\-b (\\fB\\-\\-lang=\\[u00E4]\\fR), \\fB\\-o\\fR.\n"
-              ".SH ARGUMENTS\n.TP\n\\fIFILE\\fR\nread.\n.TP\n\\fIWORD\\fR\nGiven.\n"
-              ".SH OPTIONS\n.TP\n\\fB\\-o\\fR, \\fB\\-\\-out\\fR \\fIFILE\\fR\nWritten.\n"
-              ".SS Options of every command\n.TP\n\\fB\\-\\-form\\fR \\fBa|b\\fR\n\n"
-              ".SH RULES\n.TP\n\\fBr\\-1\\fR (note)\nTold.\n.nf\nx\n\\&.y\n.fi\n"
-              ".SH EXIT STATUS\n0; 1.\n.PP\n\\(aqy \\(ti\\(ha\\(ga\n"
-              ".SH EXAMPLES\n.nf\nzolt \\(aqa\\(aq\n.fi\n.PP\nmore\n"
-              ".SH SEE ALSO\n\\fBzolt\\fR(1)\n",
-              man_page(command, "1.2"));
+    manual_command const program{{"zolt"}, "", "", {}, {}, {}, {{{"zolt", "b"}, "", ""}, command}};
+    EXPECT_EQ(
+        ".\\\" Made from the help of the program.\n"
+        ".TH ZOLT\\-A\\-B 1 \"\" \"zolt 1.2\" \"User Commands\"\n"
+        ".SH NAME\nzolt\\-a\\-b \\- does \\(aqthis\\(aq \\e that\n"
+        ".SH SYNOPSIS\n\\fBzolt a\\-b\\fR [\\fIOPTION\\fR]... [\\fB\\-\\-out\\fR \\fIFILE\\fR | "
+        "\\fB\\-\\-no\\fR] \\fIFILE\\fR... [\\fB\\-\\-\\fR \\fIWORD\\fR...]\n"
+        ".br\n\\fBzolt a\\-b\\fR \\fB\\-\\-list\\-rules\\fR\n"
+        ".SH DESCRIPTION\nDoes \\(aqthis\\(aq \\e that.\n"
+        ".PP\n\\&.x \\-\\- a\\-b (\\fB\\-\\-lang=\\[u00E4]\\fR), \\fB\\-o\\fR.\n"
+        ".SH ARGUMENTS\n.TP\n\\fIFILE\\fR\nread.\n.TP\n\\fIWORD\\fR\nGiven.\n"
+        ".SH OPTIONS\n.TP\n\\fB\\-o\\fR, \\fB\\-\\-out\\fR \\fIFILE\\fR\nWritten.\nNot with \\fB\\-\\-no\\fR.\n"
+        ".TP\n\\fB\\-\\-no\\fR\n\nNot with \\fB\\-\\-out\\fR.\n"
+        ".SS Options of every command\n.TP\n\\fB\\-\\-form\\fR \\fBa|b\\fR\n\n"
+        ".SH RULES\n.TP\n\\fBr\\-1\\fR (note)\nTold.\n.nf\nx\n\\&.y\n.fi\n"
+        ".SH EXIT STATUS\n0; 1.\n.PP\n\\(aqy \\(ti\\(ha\\(ga\n"
+        ".SH EXAMPLES\n.nf\nzolt \\(aqa\\(aq\n.fi\n.PP\nmore\n"
+        ".SH SEE ALSO\n\\fBzolt\\fR(1),\n\\fBzolt\\-b\\fR(1)\n",
+        man_page(command, program, "1.2"));
 }
 
 // The tools that read what is installed, where they are there.
@@ -83,6 +91,40 @@ TEST_F(Manual, PleasesItsReaders) {
         EXPECT_EQ(0, read.status) << reader;
         EXPECT_EQ("", read.out + read.err) << reader;
     }
+}
+
+// All in one run; the candidates come in the order of their names, with descriptions.
+TEST_F(Manual, CompletesInFish) {
+    if (run("-c 'command -v fish'", {.program = "/bin/sh"}).status != 0) GTEST_SKIP() << "there is no fish";
+    std::pair<std::string, std::string> const rows[] = {
+        {"c", "catalog config"},
+        {"catalog sho", "show"},
+        {"catalog check --f", "--fail-on --format"},
+        {"catalog check --format ", "json text"},
+        {"catalog check --format=j", "--format=json"},
+        {"catalog check -q --fail-on=w", "--fail-on=warning"},
+        {"catalog check ", "d/ f"},
+        {"catalog check -o ", "d/ f"},
+        {"catalog check --output=", "--output=d/ --output=f"},
+        {"catalog export-po --dir ", "d/"},
+        {"catalog export-po --dir=", "--dir=d/"},
+        {"catalog check --lang x", ""},
+        {"config check --ignore blank", "blank-dropped"},
+        {"config get k -- --f", ""},
+        {"inspect --te", "--text"},
+    };
+    std::filesystem::create_directory(directory + "/d");
+    std::string script = "source " + share + "/fish/vendor_completions.d/zolt.fish\n";
+    std::string expected;
+    for (auto const& [words, candidates] : rows) {
+        script += "echo (complete -C 'zolt " + words + "' | string replace -r '\\t.*' '')\n";
+        expected += candidates + "\n";
+    }
+    store(script);
+    program_run const completed =
+        run("--no-config f", {.environment = {{"HOME", directory}}, .program = "/usr/bin/fish"});
+    EXPECT_EQ(expected, completed.out);
+    EXPECT_EQ("", completed.err);
 }
 
 // "|" is where the word is that is to be completed. What the shell itself completes is in "<>".

@@ -183,8 +183,7 @@ void add_pseudo(command const& catalog) {
     command const pseudo = catalog.add("pseudo", phrase::pseudo_about, phrase::pseudo_notes);
     values& given = pseudo.keep<values>();
     pseudo.argument("PATH", given.paths, phrase::paths_argument).required();
-    pseudo.option("--style", given.style, phrase::style_option, "accent|bidi|xxx")
-        .is_one_of({"accent", "bidi", "xxx"});
+    pseudo.option("--style", given.style, phrase::style_option, "accent|bidi|xxx");
     pseudo.runs([&given](session const& session) {
         return make_pseudo_catalogs(session, {to_texts(given.paths), *parse_pseudo_style(given.style)});
     });
@@ -193,24 +192,22 @@ void add_pseudo(command const& catalog) {
 void add_schema(command const& catalog) {
     struct values {
         bool is_relax_ng = false;
-        bool is_xml_schema = false;
+        bool is_xml_schema = false; // the one or the other
     };
     command const schema = catalog.add("schema", phrase::schema_about, phrase::schema_notes);
     values& given = schema.keep<values>();
-    parameter const relax_ng = schema.flag("--rng", given.is_relax_ng, phrase::rng_option);
-    schema.flag("--xsd", given.is_xml_schema, phrase::xsd_option).excludes(relax_ng);
+    schema.needs_one_of({schema.flag("--rng", given.is_relax_ng, phrase::rng_option),
+                         schema.flag("--xsd", given.is_xml_schema, phrase::xsd_option)});
     schema.runs([&given](session const& session) {
-        bool const is_chosen = given.is_relax_ng || given.is_xml_schema;
-        if (is_chosen) session.out.write(given.is_relax_ng ? relax_ng_schema() : xml_schema());
-        if (!is_chosen) session.complain(session.texts.get(phrase::schema_kind));
-        return is_chosen ? exit_good : exit_failed;
+        session.out.write(given.is_relax_ng ? relax_ng_schema() : xml_schema());
+        return exit_good;
     });
 }
 
 } // namespace
 
 void add_catalog_commands(command const& root) {
-    command const catalog = root.add_group("catalog", phrase::catalog_about);
+    command const catalog = root.add_group("catalog", phrase::catalog_about, phrase::catalog_notes);
     add_list(catalog);
     add_show(catalog);
     add_render(catalog);

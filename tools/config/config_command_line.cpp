@@ -30,7 +30,7 @@ struct source_values {
 void add_sources(command const& command, source_values& given) {
     command.option("--file", given.file, phrase::file_option, "FILE");
     command.flag("--env", given.environment, phrase::env_option);
-    command.argument("ARGUMENT", given.arguments, phrase::application_argument);
+    command.trailing_arguments("ARGUMENT", given.arguments, phrase::application_argument);
 }
 
 void add_show(command const& config) {
@@ -128,7 +128,7 @@ void add_check(command const& config) {
 } // namespace
 
 void add_config_commands(command const& root) {
-    command const config = root.add_group("config", phrase::config_about);
+    command const config = root.add_group("config", phrase::config_about, phrase::config_notes);
     add_show(config);
     add_list(config);
     add_get(config);

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -50,6 +51,8 @@ manual_option describe_option(CLI::Option const& option) {
     result.text = option.get_description();
     result.choices = choices_of(result.value);
     result.is_required = option.get_required();
+    for (CLI::Option const* const other : option.get_excludes()) result.excluded.push_back(other->get_name());
+    std::sort(result.excluded.begin(), result.excluded.end());
     result.is_list =
         option.get_expected_max() > 1 || option.get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
     if (option.get_positional()) {
@@ -105,14 +108,48 @@ std::optional<std::string> between(std::string_view text, std::string_view begin
     return std::string(text.substr(begin.size(), text.size() - begin.size() - end.size()));
 }
 
+std::string fault_of_choice(program_messages const& texts, std::vector<std::string> const& words,
+                            std::string const& value) {
+    if (std::find(words.begin(), words.end(), value) != words.end()) return {};
+    return texts.get(phrase::not_a_choice, {{"value", value}, {"words", join(words, ", ")}});
+}
+
+// Not less than 0.
+std::string fault_of_number(program_messages const& texts, std::string const& value) {
+    std::size_t number = 0;
+    auto const end = value.data() + value.size();
+    auto const read = std::from_chars(value.data(), end, number);
+    if (read.ptr != end || value.empty()) return texts.get(phrase::not_a_number);
+    return read.ec == std::errc() ? ustring8() : texts.get(phrase::number_too_large);
+}
+
+// What the parser says of an option, and how that is told.
+struct fault_form {
+    std::string_view begin; ///< behind the name of an option
+    std::string_view end;   ///< behind another name
+    phrase text;
+    char const* dashes = ""; ///< that the name lacks
+};
+constexpr fault_form fault_forms[] = {{": 1 required ", " missing", phrase::value_required},
+                                      {": At Most 1 required but received ", "", phrase::given_twice},
+                                      {" excludes ", "", phrase::options_exclude},
+                                      {" was given a disallowed flag override", "", phrase::takes_no_value, "--"}};
+
+// Usage as in man pages.
+class help_formatter : public CLI::Formatter {
+public:
+    using usage = std::function<std::string(CLI::App const&, std::string const&)>;
+    explicit help_formatter(usage make) : m_make(std::move(make)) {}
+    std::string make_usage(CLI::App const* app, std::string name) const override { return m_make(*app, name); }
+
+private:
+    usage m_make;
+};
+
 } // namespace
 
 parameter parameter::required() const { return parameter(*m_option->required()); }
 parameter parameter::excludes(parameter other) const { return parameter(*m_option->excludes(other.m_option)); }
-
-parameter parameter::is_one_of(std::vector<std::string> words) const {
-    return parameter(*m_option->check(CLI::IsMember(std::move(words)).description("")));
-}
 
 template <typename Target>
 void command_line::keep_whole(Target& target) {
@@ -120,17 +157,17 @@ void command_line::keep_whole(Target& target) {
 }
 
 command command::add(char const* name, phrase about, phrase notes) const {
-    command const added = add_group(name, about);
+    command const added = add_group(name, about, notes);
     added.m_app->require_subcommand(0);
-    added.m_app->footer(m_line->get(notes));
     m_line->add_common_options(*added.m_app);
     return added;
 }
 
-command command::add_group(char const* name, phrase about) const {
+command command::add_group(char const* name, phrase about, phrase notes) const {
     CLI::App& app = *m_app->add_subcommand(name);
     app.group(m_line->m_texts.get(phrase::commands_heading));
     m_line->set_up(app, about);
+    app.footer(m_line->get(notes));
     app.require_subcommand(1);
     return {*m_line, app};
 }
@@ -144,18 +181,34 @@ template <typename Target>
 parameter command::option(char const* name, Target& target, phrase description, char const* type) const {
     CLI::Option* const added = m_app->add_option(name, target, m_line->describe(description));
     if (*name == '-') added->allow_extra_args(false); // a list takes one value each time it is given
-    if constexpr (std::is_integral_v<Target>) {
-        added->check([fault = m_line->m_texts.get(phrase::not_a_number)](std::string const& value) -> std::string {
-            bool const is_number = !value.empty() && value.find_first_not_of("0123456789") == value.npos;
-            return is_number ? "" : fault;
+    if (std::vector<std::string> const words = choices_of(type); !words.empty()) {
+        added->check([words, &texts = m_line->m_texts](std::string const& value) {
+            return fault_of_choice(texts, words, value);
         });
+    }
+    if constexpr (std::is_integral_v<Target>) {
+        added->check(
+            [&texts = m_line->m_texts](std::string const& value) { return fault_of_number(texts, value); });
     }
     m_line->keep_whole(target);
     return parameter(*added->type_name(type));
 }
 
 parameter command::flag(char const* name, bool& target, phrase description) const {
-    return parameter(*m_app->add_flag(name, target, m_line->describe(description)));
+    return parameter(*m_app->add_flag(name, target, m_line->describe(description))->disable_flag_override());
+}
+
+void command::trailing_arguments(char const* name, std::vector<std::string>& target, phrase description) const {
+    m_line->m_traits[m_app].trailing = argument(name, target, description).m_option;
+}
+
+void command::needs_one_of(std::vector<parameter> const& flags) const {
+    for (parameter const& flag : flags) {
+        m_line->m_traits[m_app].needed.push_back(flag.m_option);
+        for (parameter const& other : flags) {
+            if (other.m_option != flag.m_option) flag.excludes(other);
+        }
+    }
 }
 
 template parameter command::argument(char const*, std::string&, phrase) const;
@@ -204,7 +257,8 @@ command const& command::with_rules(rule_table rules) const {
         line->m_given.is_list_of_rules = true;
         for (CLI::Option* const option : app->get_options()) option->required(false);
     };
-    m_app->add_flag_callback("--list-rules", list, m_line->describe(phrase::list_rules_option));
+    m_app->add_flag_callback("--list-rules", list, m_line->describe(phrase::list_rules_option))
+        ->disable_flag_override();
     return *this;
 }
 
@@ -249,58 +303,83 @@ ustring8 command_line::describe(phrase id) const { return wrap(m_texts.get(id), 
 
 // The parser's own words in the language of the program.
 void command_line::set_headings() const {
-    auto const formatter = m_app->get_formatter();
-    formatter->label("Usage", m_texts.get(phrase::usage_heading));
-    formatter->label("OPTIONS", m_texts.get(phrase::options_place));
+    auto const formatter = std::make_shared<help_formatter>([this](CLI::App const& app, std::string const& name) {
+        std::string const heading = m_texts.get(phrase::usage_heading) + ": ";
+        manual_command described = manual(app, {});
+        described.words = {name};
+        auto const as_it_is = [](std::string const& text) { return text; };
+        std::string text;
+        for (std::string const& form :
+             synopsis(described, {as_it_is, as_it_is, "[" + m_texts.get(phrase::options_place) + "]",
+                                  m_texts.get(phrase::command_place)}))
+            text += (text.empty() ? heading : std::string(heading.size(), ' ')) + form + "\n";
+        return text;
+    });
+    m_app->formatter(formatter);
     formatter->label("Positionals", m_texts.get(phrase::arguments_heading));
-    formatter->label("SUBCOMMAND", m_texts.get(phrase::command_place));
     formatter->label("REQUIRED", m_texts.get(phrase::required_mark));
     formatter->label("Excludes", m_texts.get(phrase::excludes_mark));
     m_app->option_defaults()->group(m_texts.get(phrase::options_heading));
 }
 
-// What is most often wrong is told in the language of the program, the rest in the parser's words.
+// In the language of the program.
 ustring8 command_line::describe_fault(std::string const& words) const {
     std::vector<std::string> rest = m_app->remaining(true);
     if (!rest.empty()) unmark(rest.front());
     if (words == "A subcommand is required") {
         if (rest.empty()) return m_texts.get(phrase::command_required);
+        if (rest.front().starts_with('-')) return describe_unexpected(rest.front());
         return m_texts.get(phrase::unknown_command, {{"command", rest.front()}});
     }
     auto const missing = between(words, "", " is required");
     if (!rest.empty() && (missing || words.starts_with("The following argument")))
-        return m_texts.get(phrase::unexpected_argument, {{"argument", rest.front()}});
+        return describe_unexpected(rest.front());
     if (missing) return m_texts.get(phrase::argument_required, {{"argument", *missing}});
+    for (fault_form const& form : fault_forms) {
+        auto const found = words.find(form.begin);
+        if (found == words.npos) continue;
+        auto const other = between(words.substr(found), form.begin, form.end);
+        if (other)
+            return m_texts.get(form.text, {{"option", form.dashes + words.substr(0, found)}, {"other", *other}});
+    }
     std::string text = words;
     std::erase(text, mark);
     return text;
 }
 
+ustring8 command_line::describe_unexpected(std::string const& argument) const {
+    bool const is_option = argument.starts_with('-');
+    return m_texts.get(is_option ? phrase::unexpected_argument : phrase::unexpected_word, {{"argument", argument}});
+}
+
 void command_line::set_up(CLI::App& app, phrase about) const {
     app.description(describe(about));
-    app.set_help_flag("-h,--help", describe(phrase::help_option));
-    app.set_version_flag("--version", std::string("zolt ") + zolt::version(), describe(phrase::version_option));
+    app.set_help_flag("-h,--help", describe(phrase::help_option))->disable_flag_override();
+    app.set_version_flag("--version", std::string("zolt ") + zolt::version(), describe(phrase::version_option))
+        ->disable_flag_override();
 }
 
 void command_line::add_common_options(CLI::App& app) {
     std::string const group = m_texts.get(phrase::common_options_heading);
     auto const add = [&](CLI::Option* option, char const* type = "") {
         option->group(group);
-        if (*type) option->type_name(type);
+        *type ? option->type_name(type) : option->disable_flag_override();
         return option;
+    };
+    auto const add_choice = [&](CLI::Option* option, char const* type) {
+        add(option, type)->check([this, type](std::string const& value) {
+            return fault_of_choice(m_texts, choices_of(type), value);
+        });
     };
     add(app.add_flag("-q,--quiet", m_given.is_quiet, describe(phrase::quiet_option)));
     add(app.add_flag("-v,--verbose", m_given.is_verbose, describe(phrase::verbose_option)));
     add(app.add_option("-o,--output", m_given.result_file, describe(phrase::output_option)), "FILE");
-    add(app.add_option("--format", m_given.format, describe(phrase::format_option)))
-        ->check(CLI::IsMember({"text", "json"}).description(""))
-        ->type_name("text|json");
+    add_choice(app.add_option("--format", m_given.format, describe(phrase::format_option)), "text|json");
     add(app.add_flag("--json", m_given.is_json, describe(phrase::json_option)));
     add(app.add_option("--lang", m_given.language, describe(phrase::lang_option)), "LANGUAGE");
     add(app.add_option("--ref", m_given.reference, describe(phrase::reference_option)), "LANGUAGE");
-    add(app.add_option("--fail-on", m_given.fail_on, describe(phrase::fail_on_option)))
-        ->check(CLI::IsMember({"error", "warning", "note"}).description(""))
-        ->type_name("error|warning|note");
+    add_choice(app.add_option("--fail-on", m_given.fail_on, describe(phrase::fail_on_option)),
+               "error|warning|note");
     add(app.add_option("--ignore", m_given.ignored, describe(phrase::ignore_option)), "RULE[:CATALOG/MESSAGE]")
         ->allow_extra_args(false);
 }
@@ -329,6 +408,15 @@ std::optional<ustring8> command_line::fault_of_options() const {
         if (!traits.changes_input && is_input(m_options.result_file))
             return m_texts.get(phrase::result_is_input, {{"path", m_options.result_file}});
     }
+    std::string choice; // "--rng, --xsd", of which none was given
+    for (CLI::Option const* const option : traits.needed) {
+        if (option->count() != 0) {
+            choice.clear();
+            break;
+        }
+        choice += (choice.empty() ? "" : ", ") + option->get_name();
+    }
+    if (!choice.empty()) return m_texts.get(phrase::choice_required, {{"options", choice}});
     for (auto const& [name, scope] : m_options.ignored) {
         if (!traits.rules.empty() && !find_rule(traits.rules, name))
             return m_texts.get(phrase::unknown_rule, {{"rule", name}});
@@ -373,14 +461,17 @@ exit_status command_line::act(session const& session) const {
 manual_command command_line::manual(CLI::App const& app, std::vector<std::string> words) const {
     words.push_back(app.get_name());
     manual_command result{words, app.get_description(), app.get_footer()};
-    if (auto const traits = m_traits.find(&app); traits != m_traits.end()) {
-        for (rule const& each : traits->second.rules)
-            result.rules.push_back({std::string(each.name), std::string(severity_word(each.level)),
-                                    m_texts.get(each.about), std::string(each.example)});
-    }
+    auto const found = m_traits.find(&app);
+    command_traits const traits = found == m_traits.end() ? command_traits() : found->second;
+    for (rule const& each : traits.rules)
+        result.rules.push_back({std::string(each.name), std::string(severity_word(each.level)),
+                                m_texts.get(each.about), std::string(each.example)});
     for (CLI::Option const* const option : app.get_options()) {
         manual_option entry = describe_option(*option);
         entry.is_common = option->get_group() == m_texts.get(phrase::common_options_heading);
+        entry.is_trailing = option == traits.trailing;
+        if (std::find(traits.needed.begin(), traits.needed.end(), option) != traits.needed.end())
+            entry.is_required = true;
         if (entry.names.front() == "--ignore") {
             for (manual_rule const& each : result.rules) entry.choices.push_back(each.name);
         }

@@ -46,9 +46,10 @@ public:
 
     parameter required() const;
     parameter excludes(parameter other) const;
-    parameter is_one_of(std::vector<std::string> words) const;
 
 private:
+    friend class command;
+
     CLI::Option* m_option;
 };
 
@@ -58,18 +59,24 @@ public:
     command(command_line& line, CLI::App& app) : m_line(&line), m_app(&app) {}
 
     command add(char const* name, phrase about, phrase notes) const;
-    command add_group(char const* name, phrase about) const;
+    command add_group(char const* name, phrase about, phrase notes) const;
 
     /// Values that live as long as the command line, for what arguments and options are stored in.
     template <typename Values>
     Values& keep() const;
 
     /// Targets are std::string, std::optional<std::string>, std::vector<std::string> and, for options, std::size_t.
+    /// An option of the type "text|json" takes one of these words.
     template <typename Target>
     parameter argument(char const* name, Target& target, phrase description) const;
+    /// Of another program, behind "--".
+    void trailing_arguments(char const* name, std::vector<std::string>& target, phrase description) const;
     template <typename Target>
     parameter option(char const* name, Target& target, phrase description, char const* type) const;
     parameter flag(char const* name, bool& target, phrase description) const;
+
+    /// One of these flags has to be given, and only one.
+    void needs_one_of(std::vector<parameter> const& flags) const;
 
     /// What the command does when the whole line has been understood.
     void runs(std::function<exit_status(session const&)> action) const;
@@ -110,6 +117,8 @@ private:
         bool has_result = true;
         bool changes_input = false;
         rule_table rules{};
+        CLI::Option const* trailing = nullptr;
+        std::vector<CLI::Option const*> needed{}; // one of them
     };
 
     ustring8 get(phrase id) const;      // text above or below the options
@@ -117,6 +126,7 @@ private:
     void set_up(CLI::App& app, phrase about) const;
     void set_headings() const;
     ustring8 describe_fault(std::string const& words) const;
+    ustring8 describe_unexpected(std::string const& argument) const;
     template <typename Target>
     void keep_whole(Target& target);
     void add_common_options(CLI::App& app);

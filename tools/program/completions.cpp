@@ -149,7 +149,9 @@ std::string zsh_option(manual_option const& option) {
         names.push_back(option.value.empty() ? name : name + (name.starts_with("--") ? "=" : "+"));
     std::string const text = "[" + with_escapes(option.text, "\\[]:") + "]";
     std::string const rest = quoted(text + (option.value.empty() ? "" : zsh_values(option)));
-    std::string const head = option.is_list ? "*" : "(" + join(option.names, " ") + ")";
+    std::vector<std::string> after = option.names; // what is not offered any more
+    after.insert(after.end(), option.excluded.begin(), option.excluded.end());
+    std::string const head = option.is_list ? "*" : "(" + join(after, " ") + ")";
     return quoted(head) + (names.size() == 1 ? names.front() : "{" + join(names, ",") + "}") + rest;
 }
 
@@ -161,7 +163,7 @@ std::string zsh_definition(manual_command const& command) {
     std::string text = "\n" + zsh_function(command) + "() {\n";
     bool const is_group = !command.commands.empty();
     if (is_group) text += "    local context state state_descr line\n    typeset -A opt_args\n";
-    text += is_group ? "    _arguments -C" : "    _arguments -s";
+    text += is_group ? "    _arguments -C" : "    _arguments -s -S";
     for (manual_option const& option : command.options) text += " \\\n        " + zsh_option(option);
     for (manual_option const& argument : command.arguments) text += " \\\n        " + zsh_argument(argument);
     if (!is_group) return text + "\n}\n";
@@ -189,7 +191,7 @@ std::string fish_values(manual_option const& option) {
     case value_kind::files:
         return " -r -F";
     case value_kind::directories:
-        return " -x -a '(__fish_complete_directories)'";
+        return R"( -x -a '(__fish_complete_directories (string replace -r "^--[^=]*=" "" -- (commandline -ct)))')";
     default:
         return " -x";
     }

@@ -127,18 +127,11 @@ void append_paragraphs(std::string& page, section const& from) {
 //--------------------------------------------------------------------------------------------------
 // Commands and options
 
-std::string in_synopsis(manual_option const& argument) {
-    std::string const name = italic(argument.names.front()) + (argument.is_list ? "..." : "");
-    return argument.is_required ? name : "[" + name + "]";
-}
-
 void append_synopsis(std::string& page, manual_command const& command) {
     append_heading(page, "SYNOPSIS");
-    page += bold(join(command.words, " "));
-    if (!command.commands.empty()) page += " " + italic("COMMAND");
-    page += " [" + italic("OPTION") + "]...";
-    for (manual_option const& argument : command.arguments) page += " " + in_synopsis(argument);
-    page += "\n";
+    std::vector<std::string> const forms =
+        synopsis(command, {bold, italic, "[" + italic("OPTION") + "]...", "COMMAND"});
+    for (std::string const& form : forms) page += (&form == &forms.front() ? "" : ".br\n") + form + "\n";
 }
 
 void append_commands(std::string& page, manual_command const& group, std::size_t depth) {
@@ -160,6 +153,15 @@ void append_option(std::string& page, manual_option const& option) {
     if (!option.value.empty())
         page += " " + (option.value.find('|') == std::string::npos ? italic(option.value) : bold(option.value));
     page += "\n" + sentence(option.text);
+    if (!option.excluded.empty()) page += sentence("Not with " + join(option.excluded, ", "));
+}
+
+// Of a group those of its commands.
+std::vector<manual_option> common_options_of(manual_command const& command) {
+    if (!command.commands.empty()) return common_options_of(command.commands.front());
+    std::vector<manual_option> common = command.options;
+    std::erase_if(common, [](manual_option const& option) { return !option.is_common; });
+    return common;
 }
 
 void append_options(std::string& page, manual_command const& command) {
@@ -167,15 +169,12 @@ void append_options(std::string& page, manual_command const& command) {
     for (manual_option const& argument : command.arguments)
         page += ".TP\n" + italic(argument.names.front()) + "\n" + sentence(argument.text);
     append_heading(page, "OPTIONS");
-    bool has_common = false;
     for (manual_option const& option : command.options) {
-        has_common = has_common || option.is_common;
         if (!option.is_common) append_option(page, option);
     }
-    if (has_common) page += ".SS Options of every command\n";
-    for (manual_option const& option : command.options) {
-        if (option.is_common) append_option(page, option);
-    }
+    std::vector<manual_option> const common = common_options_of(command);
+    if (!common.empty()) page += ".SS Options of every command\n";
+    for (manual_option const& option : common) append_option(page, option);
 }
 
 void append_rules(std::string& page, manual_command const& command) {
@@ -186,20 +185,27 @@ void append_rules(std::string& page, manual_command const& command) {
     }
 }
 
-void append_see_also(std::string& page, manual_command const& command) {
-    std::vector<std::string> pages;
-    for (std::size_t count = 1; count < command.words.size(); ++count)
-        pages.push_back(
-            join({command.words.begin(), command.words.begin() + static_cast<std::ptrdiff_t>(count)}, "-"));
-    std::vector<manual_command const*> below{&command};
-    while (!below.empty()) {
-        manual_command const& next = *below.back();
-        below.pop_back();
-        for (manual_command const& each : next.commands) {
-            pages.push_back(join(each.words, "-"));
-            below.push_back(&each);
-        }
+void append_all(std::vector<std::string>& pages, manual_command const& command) {
+    for (manual_command const& each : command.commands) {
+        pages.push_back(join(each.words, "-"));
+        append_all(pages, each);
     }
+}
+
+// The groups that the command is in, what is in them beside it, and all below it.
+void append_see_also(std::string& page, manual_command const& command, manual_command const& program) {
+    std::vector<std::string> pages;
+    for (manual_command const* group = &program; group && group->words.size() < command.words.size();) {
+        pages.push_back(join(group->words, "-"));
+        manual_command const* next = nullptr;
+        for (manual_command const& each : group->commands) {
+            bool const is_around = each.words.back() == command.words[group->words.size()];
+            if (is_around) next = &each;
+            if (!is_around) pages.push_back(join(each.words, "-"));
+        }
+        group = next;
+    }
+    append_all(pages, command);
     if (pages.empty()) return;
     std::sort(pages.begin(), pages.end());
     append_heading(page, "SEE ALSO");
@@ -214,7 +220,7 @@ std::string join(std::vector<std::string> const& words, char const* separator) {
     return text;
 }
 
-std::string man_page(manual_command const& command, std::string const& version) {
+std::string man_page(manual_command const& command, manual_command const& program, std::string const& version) {
     std::string const name = join(command.words, "-");
     std::string title = name;
     std::transform(title.begin(), title.end(), title.begin(),
@@ -242,7 +248,7 @@ std::string man_page(manual_command const& command, std::string const& version) 
         append_heading(page, each.title);
         append_paragraphs(page, each);
     }
-    append_see_also(page, command);
+    append_see_also(page, command, program);
     return page;
 }
 

@@ -11,6 +11,7 @@
 
 #include "library.hpp"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,8 +24,10 @@ struct manual_option {
     std::string text;
     std::vector<std::string> choices{}; ///< the values that there are, if they are known
     bool is_required = false;
-    bool is_list = false;   ///< takes several values, or may be repeated
-    bool is_common = false; ///< an option of every command
+    bool is_list = false;                ///< takes several values, or may be repeated
+    bool is_common = false;              ///< an option of every command
+    bool is_trailing = false;            ///< an argument behind "--"
+    std::vector<std::string> excluded{}; ///< options that this one cannot stand with
 };
 
 /// A rule of findings.
@@ -51,8 +54,19 @@ manual_command program_manual();
 /// "zolt-catalog-check" with the separator "-".
 std::string join(std::vector<std::string> const& words, char const* separator);
 
-/// The man page of the command in section 1, as groff source.
-std::string man_page(manual_command const& command, std::string const& version);
+/// How a synopsis shows what is typed as it stands, and what stands for something else.
+struct synopsis_style {
+    std::function<std::string(std::string const&)> word;
+    std::function<std::string(std::string const&)> place;
+    std::string options; ///< for any of them
+    std::string command; ///< the place of one in a group
+};
+
+/// The forms of the command, one a line.
+std::vector<std::string> synopsis(manual_command const& command, synopsis_style const& style);
+
+/// The man page of a command of the program in section 1, as groff source.
+std::string man_page(manual_command const& command, manual_command const& program, std::string const& version);
 
 /// Completion scripts for the command and all below it.
 std::string bash_completion(manual_command const& program);

@@ -270,7 +270,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::about_duplicate_lang_spelling, "rule.duplicate_lang_spelling",
      "In several spellings a language is not found as loaded, or not at all where upper and lower case differ."},
     {phrase::about_duplicate_message, "rule.duplicate_message",
-     "Of two messages of one name in a file the second is lost."},
+     "Of two messages of one name in a file and those that it includes the second is lost."},
     {phrase::about_edge_space, "rule.edge_space",
      "Blanks at the start of a message are lost, a blank or line end at its end or behind br stays; both "
      "should be as in the reference."},
@@ -560,7 +560,6 @@ constexpr program_messages::built_in texts[] = {
      "--relaxng xmc.rng app.xmc\nExit status: 0, or 2 when it cannot be written."},
     {phrase::rng_option, "option.rng", "RELAX NG, in its XML syntax"},
     {phrase::xsd_option, "option.xsd", "W3C XML Schema"},
-    {phrase::schema_kind, "error.schema_kind", "choose --rng or --xsd"},
 
     // The command line itself.
     {phrase::usage_heading, "heading.usage", "Usage"},
@@ -588,6 +587,38 @@ constexpr program_messages::built_in texts[] = {
      "a line with \"#.\" does not describe a placeholder, which becomes a string of that name"},
     {phrase::po_no_translations, "error.po_no_translations",
      "there are no translations to import; nothing is written"},
+    // Catalog rules across files, and further faults of the command line.
+    {phrase::message_gives_way, "finding.message_gives_way",
+     "message \"{message:string}\" in language \"{language:string}\" gives way to the one in {place:string} when "
+     "\"{path:string}\" is loaded"},
+    {phrase::value_required, "error.value_required", "{option:string} needs a value: {other:string}"},
+    {phrase::given_twice, "error.given_twice", "{option:string} is given more than once"},
+    {phrase::options_exclude, "error.options_exclude", "{option:string} and {other:string} exclude each other"},
+    {phrase::takes_no_value, "error.takes_no_value", "{option:string} takes no value"},
+    {phrase::not_a_choice, "error.not_a_choice", "\"{value:string}\" is unknown; there are {words:string}"},
+    {phrase::number_too_large, "error.number_too_large", "the number is too large"},
+    {phrase::unexpected_word, "error.unexpected_word", "\"{argument:string}\" was not expected"},
+    {phrase::choice_required, "error.choice_required", "one of {options:string} is required"},
+    // What the commands of a group share.
+    {phrase::catalog_notes, "catalog.notes",
+     "What these commands share: PATH is a catalog file, or a directory, of which every .xmc and .xml file is "
+     "taken, those further below, too, in the order of their names. A file comes with those that it includes. Of "
+     "several messages of one name, catalog and language it is the first that counts within a file and what it "
+     "includes, and the last across files. Findings stand on standard error as file:line:column: error: text "
+     "[rule] (or warning, or note); --ignore silences a rule, --fail-on says which findings make the exit status "
+     "1, and --ref which language others are compared with.\nExit status: 0 when all is well; 1 when there is "
+     "something to report; 2 when something cannot be read or written or the command line is wrong.\nExample: zolt "
+     "catalog check --fail-on=warning catalogs/\nzolt catalog missing --lang=de catalogs/\nzolt catalog show "
+     "--lang=de_AT catalogs/ app greeting"},
+    {phrase::config_notes, "config.notes",
+     "What these commands share: show, list and get read what an application would: its own command line "
+     "(ARGUMENT, behind \"--\"), a file (--file) and the environment (--env), each of which hides those after it. "
+     "check, set and unset take a FILE itself; set and unset change one line of it, keep every other byte, and put "
+     "the new file in the place of the old one only when it is whole. Keys are written with dots, such as "
+     "backup.level.\nExit status: 0 when all is well; 1 when there is something to report, such as a key that is "
+     "not there; 2 when something cannot be read or written or the command line is wrong.\nExample: zolt config "
+     "list --show-origin --file app.cfg --env -- -backup.level=3\nzolt config set app.cfg backup.level 4\nzolt "
+     "config check app.cfg"},
 };
 
 constexpr bool are_in_order() {

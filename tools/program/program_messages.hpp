@@ -315,7 +315,6 @@ enum class phrase : unsigned {
     schema_notes,
     rng_option,
     xsd_option,
-    schema_kind,
 
     // The command line itself.
     usage_heading,
@@ -339,6 +338,21 @@ enum class phrase : unsigned {
     po_stray_brace,
     po_bad_note,
     po_no_translations,
+
+    // Catalog rules across files, and further faults of the command line.
+    message_gives_way,
+    value_required,
+    given_twice,
+    options_exclude,
+    takes_no_value,
+    not_a_choice,
+    number_too_large,
+    unexpected_word,
+    choice_required,
+
+    // What the commands of a group share.
+    catalog_notes,
+    config_notes,
 
     count_of_texts
 };
