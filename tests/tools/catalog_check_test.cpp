@@ -170,9 +170,14 @@ rule_row const rule_rows[] = {
     {"duplicate-lang-spelling", file(catalog("de_AT", "") + catalog("de_at", "")),
      "5:19: warning: language \"de_at\" is written \"de_AT\" in f:2",
      file(catalog("de_AT", "") + catalog("de", ""))},
+    {"duplicate-lang-spelling", file(catalog("de", "") + catalog("de ", "")),
+     "5:19: warning: language \"de \" is written \"de\" in f:2", file(catalog("de ", ""))},
     {"duplicate-message", en("1</msg> <msg name='m'>2"),
      "3:23: warning: message \"m\" is defined twice in language \"en\"; the one in line 3 is used",
      en("1</msg> <msg name='n'>2")},
+    {"duplicate-message", file("<include file='g'/><catalog name='a' lang='en'><msg name='g'>f</msg></catalog>"),
+     "2:48: warning: message \"g\" in language \"en\" gives way to the one in g:3 when \"f\" is loaded",
+     file("<include file='g'/><catalog name='b' lang='en'><msg name='g'>f</msg></catalog>")},
     {"edge-space", en(" a"), "3:15: warning: the blank at the start of the message is lost", en("\n a")},
     {"edge-space", en("a\n "), "3:16: warning: the line end here is a blank of the text", en("a ")},
     {"edge-space", en("a<br/>\nb"), "3:21: warning: the line end here is a blank of the text", en("a<br/> b")},
@@ -272,6 +277,33 @@ TEST_F(CatalogRules, AreSilencedWhereTheyShouldBe) {
     EXPECT_EQ("", run("catalog check -q f").err);
 }
 
+// Of what is loaded together the first message counts; what is not may well be there twice.
+TEST_F(CatalogRules, TellWhichOfSeveralMessagesIsUsed) {
+    std::string const own = catalog("en", "<msg name='g'>h</msg>");
+    std::string const used = "message \"g\" is defined twice in language \"en\"; the one in line 3 is used";
+    auto const lost = [](std::string const& place, std::string const& kept, std::string const& loaded) {
+        return place + ": warning: message \"g\" in language \"en\" gives way to the one in " + kept + " when \"" +
+               loaded + "\" is loaded [duplicate-message]\n";
+    };
+    std::pair<std::string, std::string> const rows[] = {
+        {file(own + own + own),
+         "f:6:1: warning: " + used + " [duplicate-message]\nf:9:1: warning: " + used + " [duplicate-message]\n"},
+        {file(own + "<include file='g'/>"), lost("g:3:1", "f:3", "f")},
+        {file("<include file='g'/><include file='h'/>"), lost("h:3:1", "g:3", "f")},
+        {file("<include file='i'/><include file='h'/>"), lost("h:3:1", "g:3", "f")}, // at any depth
+        {file("<include file='g'/>" + catalog("de", "<msg name='g'>h</msg>")), ""},
+        {file("<include file='g'/><include file='i'/>"), ""},
+        {file(own), ""},
+        {file(catalog("en", "<msg></msg><msg>a</msg>")), ""},
+    };
+    store(file("<include file='g'/>"), "i");
+    store(file(own), "h");
+    for (auto const& [text, found] : rows) {
+        store(text);
+        EXPECT_EQ(found, run("catalog check -q i h f g").err) << text;
+    }
+}
+
 // At one place not by their texts, which are in the user's language.
 TEST_F(CatalogRules, AreToldInTheOrderOfBeingFound) {
     store(file(catalog("en", "<msg name='zz'>a</msg><msg name='bb'>a</msg>") + catalog("de", "")));
@@ -311,7 +343,7 @@ TEST_F(ScannedCatalogs, ArePlainOnlyIfTheLibraryLoadsThem) {
         // an over-read is seen at the end of an exact block
         std::vector<char> const exact(changed.begin(), changed.end());
         auto const result = scan_catalog_file({exact.data(), exact.size()}, values, *this);
-        if (result != tools::scan_result::plain) return;
+        if (result != tools::scan_result::plain) return result;
         ++plain;
         store(changed);
         for (char const* const language : {"en", "de"}) {
@@ -319,11 +351,13 @@ TEST_F(ScannedCatalogs, ArePlainOnlyIfTheLibraryLoadsThem) {
                 directory + "/f", ZOLT_2_18::strings::ustring8(language));
             EXPECT_EQ(0u, loaded.code()) << changed << '\n' << loaded.message();
         }
+        return result;
     };
     try_text(text);
     EXPECT_EQ(1u, plain);
     for (std::size_t i = 0; i != text.size(); ++i) {
-        try_text(text.substr(0, i));
+        auto const cut = try_text(text.substr(0, i));
+        EXPECT_TRUE(i <= text.find("<xmc") || cut == tools::scan_result::not_well_formed) << i;
         try_text(text.substr(0, i) + text.substr(i + 1));
         for (char const c : {'<', '>', '&', '"', '\'', '/', '-', 'a', ' '})
             try_text(text.substr(0, i) + c + text.substr(i + 1));

@@ -55,8 +55,8 @@ public:
     scan_result scan() {
         if (!read_header()) return scan_result::not_well_formed;
         while (m_result != scan_result::not_well_formed && find_markup()) read_markup();
-        bool const is_whole = m_has_root && m_open.empty() && m_has_elements;
-        if (m_result == scan_result::plain && !is_whole) m_result = scan_result::unusual;
+        if (!m_open.empty()) fail();
+        if (!m_has_root || !m_has_elements) be_unusual();
         return m_result;
     }
 

@@ -129,7 +129,8 @@ void file_rules::start_catalog(scanned_element const& catalog) {
 // One language in several spellings, of which the library may find one only.
 void file_rules::check_spelling(scanned_element const& catalog, rule_set ignored, ustring8 const& name) {
     ustring8 const language(std::string(catalog.value_of("lang")));
-    ustring8 const folded = zolt::strings::to_lower(normalized_language(language));
+    ustring8 folded = zolt::strings::to_lower(normalized_language(language));
+    std::erase_if(folded, [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; });
     auto const first = m_spellings.emplace(folded, spelling{language, m_file, catalog.offset}).first;
     spelling const& other = first->second;
     if (other.text == language) return;

@@ -87,6 +87,7 @@ void tree_rules::check_messages() {
     m_first.assign(m_tree.languages.size(), none);
     for (message_group const& group : m_tree.groups) check_group(group);
     count_missing();
+    check_lost();
 }
 
 void tree_rules::rank_languages() {
@@ -124,24 +125,45 @@ void tree_rules::check_group(message_group const& group) {
     if (group.first != group.last) check_duplicates(group);
 }
 
-// Within one file; across files a later text may replace an earlier one on purpose.
+// Within one file; those of several are kept for check_lost. Without name and text one gives way to the next.
 void tree_rules::check_duplicates(message_group const& group) {
     m_ids.clear();
     for (std::uint32_t i = group.first; i != none; i = m_tree.messages[i].next) {
         checked_message const& message = m_tree.messages[i];
-        std::uint32_t& last = m_first[message.language];
-        if (last == none) m_ids.push_back(message.language);
-        if (last != none && m_tree.messages[last].file == message.file && is_wanted(message.language)) {
-            std::size_t const line = place_of(m_tree.files[message.file], m_tree.messages[last].offset).line;
+        if (message.name.empty() && message.is_empty) continue;
+        std::uint32_t& first = m_first[message.language];
+        if (first == none) {
+            m_ids.push_back(message.language);
+            first = i;
+        } else if (m_tree.messages[first].file != message.file) {
+            m_lost.add(first, i);
+            first = i;
+        } else if (is_wanted(message.language)) {
+            std::size_t const line = place_of(m_tree.files[message.file], m_tree.messages[first].offset).line;
             m_report.add(rule_id::duplicate_message, message, message.offset,
                          m_report.texts().get(phrase::duplicate_message,
                                               {{"message", shown(message.name)},
                                                {"language", shown(m_tree.languages[message.language].spelling)},
                                                {"line", static_cast<unsigned long long>(line)}}));
         }
-        last = i;
     }
     for (std::uint32_t const language : m_ids) m_first[language] = none;
+}
+
+void tree_rules::check_lost() {
+    for (lost_messages::loss const& each : m_lost.find()) {
+        checked_message const& message = m_tree.messages[each.lost];
+        if (!is_wanted(message.language)) continue;
+        checked_message const& kept = m_tree.messages[each.kept];
+        checked_file& file = m_tree.files[kept.file];
+        ustring8 const place = file.path + ":" + std::to_string(place_of(file, kept.offset).line);
+        m_report.add(rule_id::duplicate_message, message, message.offset,
+                     m_report.texts().get(phrase::message_gives_way,
+                                          {{"message", shown(message.name)},
+                                           {"language", shown(m_tree.languages[message.language].spelling)},
+                                           {"place", place},
+                                           {"path", m_tree.files[each.loaded].path}}));
+    }
 }
 
 // A regional catalog need not repeat what its base language has, nor any catalog what stands in "." alone.

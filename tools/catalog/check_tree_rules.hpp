@@ -5,6 +5,7 @@
 // they include.
 #pragma once
 
+#include "check_lost_messages.hpp"
 #include "check_tree.hpp"
 #include "language_choice.hpp"
 #include "tools/program/library.hpp"
@@ -21,7 +22,7 @@ class tree_rules {
 public:
     /// The reference is compared with; with a language to be looked at, only that one is reported.
     tree_rules(check_tree& tree, rule_report const& report, ustring8 const& reference, ustring8 const& language)
-        : m_tree(tree), m_report(report), m_reference(reference), m_wanted(language) {}
+        : m_tree(tree), m_report(report), m_reference(reference), m_wanted(language), m_lost(tree) {}
 
     void check_messages();
     /// Reports includes that close a circle. Returns the files at which such a chain of includes begins that
@@ -32,6 +33,7 @@ private:
     void rank_languages();
     void check_group(message_group const& group);
     void check_duplicates(message_group const& group);
+    void check_lost();
     void compare(checked_message const& message, checked_message const& reference);
     void compare_arguments(checked_message const& message, checked_message const& reference);
     void add_placeholder(rule_id id, phrase text, checked_message const& message, std::size_t offset,
@@ -44,6 +46,7 @@ private:
     rule_report const& m_report;
     ustring8 m_reference;
     ustring8 m_wanted;
+    lost_messages m_lost;
     std::vector<std::uint32_t> m_rank;                    // of a language: the reference, then by id
     std::vector<std::vector<serving_language>> m_serving; // of a language
     std::vector<std::uint32_t> m_first;                   // of a language: its first message in the group

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 the zolt authors
+// SPDX-License-Identifier: BSL-1.0
+#include "check_lost_messages.hpp"
+
+#include <algorithm>
+
+namespace tools {
+namespace {
+
+// So that a few files which many others include do not take time without end.
+constexpr std::size_t most_steps = 10'000'000;
+
+} // namespace
+
+void lost_messages::add(std::uint32_t first, std::uint32_t second) {
+    if (m_slots[first] == none) m_slots[first] = m_slot_count++;
+    m_slots[second] = m_slots[first];
+}
+
+std::vector<lost_messages::loss> lost_messages::find() {
+    if (m_slot_count == 0) return {};
+    for (std::uint32_t i = 0; i != m_slots.size(); ++i) {
+        if (m_slots[i] != none) m_shared.push_back(i);
+    }
+    m_is_lost.resize(m_slots.size());
+    m_root.assign(m_tree.files.size(), none);
+    m_kept.assign(m_slot_count, none);
+    m_loaded.assign(m_slot_count, none);
+    std::vector<bool> is_included(m_tree.files.size());
+    for (checked_file const& file : m_tree.files) {
+        for (checked_include const& include : file.includes) is_included[include.target] = true;
+    }
+    for (std::uint32_t root = 0; root != m_tree.files.size(); ++root) {
+        if (!is_included[root] && !m_tree.files[root].includes.empty()) load(root);
+    }
+    return std::move(m_found);
+}
+
+// Without recursion. A file that comes a second time has nothing new.
+void lost_messages::load(std::uint32_t root) {
+    std::vector<step> open{enter(root, root)};
+    while (!open.empty() && m_steps < most_steps) {
+        ++m_steps;
+        step& at = open.back();
+        if (is_include_next(at)) {
+            std::uint32_t const target = m_tree.files[at.file].includes[at.next_include++].target;
+            if (m_root[target] != root) open.push_back(enter(target, root));
+        } else if (at.next_message != m_shared.size() &&
+                   m_tree.messages[m_shared[at.next_message]].file == at.file) {
+            take(m_shared[at.next_message++], root);
+        } else {
+            open.pop_back();
+        }
+    }
+}
+
+lost_messages::step lost_messages::enter(std::uint32_t file, std::uint32_t root) {
+    m_root[file] = root;
+    auto const first = std::lower_bound(
+        m_shared.begin(), m_shared.end(), file,
+        [this](std::uint32_t message, std::uint32_t wanted) { return m_tree.messages[message].file < wanted; });
+    return {file, 0, static_cast<std::size_t>(first - m_shared.begin())};
+}
+
+bool lost_messages::is_include_next(step const& at) const {
+    std::vector<checked_include> const& includes = m_tree.files[at.file].includes;
+    if (at.next_include == includes.size()) return false;
+    if (at.next_message == m_shared.size()) return true;
+    checked_message const& message = m_tree.messages[m_shared[at.next_message]];
+    return message.file != at.file || includes[at.next_include].offset < message.offset;
+}
+
+void lost_messages::take(std::uint32_t message, std::uint32_t root) {
+    std::uint32_t const slot = m_slots[message];
+    if (m_loaded[slot] != root) {
+        m_loaded[slot] = root;
+        m_kept[slot] = message;
+    } else if (!m_is_lost[message]) {
+        m_is_lost[message] = true;
+        m_found.push_back({message, m_kept[slot], root});
+    }
+}
+
+} // namespace tools
