@@ -224,6 +224,10 @@ rule_row const rule_rows[] = {
      "3:55: warning: the unit of argument \"x\" has other options than its amount and may not fit it",
      en("<arg name='x' type='mem' precision='1'/><arg name='x' type='mem_unit' precision='1'/>"
         "<arg name='y' type='mem_unit'/><arg name='x' type='metric_unit'/>")},
+    {"unit-pair", en("<arg name='x' type='mem' field='6'/><arg name='x' type='mem_unit' base_unit='KB'/>"),
+     "3:51: warning: the unit of argument \"x\" has other options than its amount and may not fit it",
+     en("<arg name='x' type='mem' field='6' base_unit='KB' precision='1'/>"
+        "<arg name='x' type='mem_unit' precision='1' base_unit='KB'/>")},
     {"unknown-type", en("<arg name='x' type='integer'/>"),
      "3:29: warning: argument \"x\" has the unknown type \"integer\" and is shown as text",
      en("<arg name='x' type='INT'/>")},

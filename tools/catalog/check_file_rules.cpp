@@ -72,6 +72,22 @@ bool fixes_unit(scanned_attribute const& option) {
     std::string_view const key = "target_unit";
     return key.substr(0, option.name.size()) == option.name && option.value != "any";
 }
+// Those that choose the unit, in any order: the width does not.
+ustring8 unit_options(std::string_view options) {
+    std::vector<std::string_view> pairs;
+    while (!options.empty()) {
+        std::size_t const value = std::min(options.find(separator, 1), options.size());
+        std::string_view const pair = options.substr(0, options.find(separator, value + 1));
+        std::string_view const name = pair.substr(1, value - 1);
+        if (!std::string_view("fieldsize").starts_with(name)) pairs.push_back(pair);
+        options.remove_prefix(pair.size());
+    }
+    std::sort(pairs.begin(), pairs.end());
+    ustring8 result;
+    for (std::string_view const pair : pairs) result.append(pair);
+    return result;
+}
+
 bool has_formatter(type_t type) { return type == message_item::int_ || type == message_item::double_ || type >= 7; }
 bool is_rendered(type_t type) {
     return type != message_item::number && type != message_item::time && type != message_item::date;
@@ -296,11 +312,11 @@ void file_rules::check_units(checked_message const& kept) {
     bool const has_units = std::any_of(m_arguments.begin(), m_arguments.end(),
                                        [](argument const& each) { return is_unit(each.kept.type); });
     if (!has_units) return;
-    using key = std::tuple<std::string_view, unsigned, std::string_view>;
+    using key = std::tuple<std::string_view, unsigned, ustring8>;
     std::set<key> amounts;
     for (argument const& each : m_arguments) {
         if (is_unit(each.kept.type)) continue;
-        amounts.insert({each.kept.name, unit_of(each.kept.type), each.options});
+        amounts.insert({each.kept.name, unit_of(each.kept.type), unit_options(each.options)});
     }
     for (argument const& each : m_arguments) {
         if (!is_unit(each.kept.type)) continue;
@@ -308,7 +324,7 @@ void file_rules::check_units(checked_message const& kept) {
         auto const next = amounts.lower_bound({each.kept.name, unit, {}});
         bool const has_amount =
             next != amounts.end() && std::get<0>(*next) == each.kept.name && std::get<1>(*next) == unit;
-        if (!has_amount || amounts.count({each.kept.name, unit, each.options}) != 0) continue;
+        if (!has_amount || amounts.count({each.kept.name, unit, unit_options(each.options)}) != 0) continue;
         m_report.add(rule_id::unit_pair, kept, each.kept.offset,
                      m_report.texts().get(phrase::unit_differs, {{"argument", shown(each.kept.name)}}));
     }
