@@ -122,7 +122,7 @@ TEST_F(Manual, CompletesInFish) {
     }
     store(script);
     program_run const completed =
-        run("--no-config f", {.environment = {{"HOME", directory}}, .program = "/usr/bin/fish"});
+        run("-c 'exec fish --no-config f'", {.environment = {{"HOME", directory}}, .program = "/bin/sh"});
     EXPECT_EQ(expected, completed.out);
     EXPECT_EQ("", completed.err);
 }
