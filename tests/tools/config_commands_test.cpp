@@ -151,6 +151,21 @@ TEST_F(ConfigCommands, ListsWhatIsOverridden) {
         json.find(R"({"key": "port","value": "1","state": "overridden","source": "file","file": "f","line": 1})"));
 }
 
+// Of values, which may hold anything, neither form lets one be taken for another, nor a hidden one be seen.
+TEST_F(ConfigCommands, ListsHostileValues) {
+    using namespace std::string_literals;
+    store("\"k\ney\" = \"\x1B[2J\0\n\"\nsecret[] = top1, top2\nkey.secret = top3\n"s);
+    std::string records = run("config list -z --file f --mask=secret[] --mask=key/SEC").out;
+    std::replace(records.begin(), records.end(), '\0', '|');
+    EXPECT_EQ("k\\x0Aey\n\x1B[2J\\x00\n|key.secret\n***|secret.0\n***|secret.1\n***|", records);
+    expect("config list --file f --mask=secret", 0,
+           "k\\x0Aey = \"\\x1B[2J\\x00\\x0A\"\nkey.secret = ***\nsecret[] = ***, ***\n");
+    for (std::string const form : {"", " -z", " --json", " --all", " --all --json", " --show-origin --all -z"}) {
+        std::string const command = "config list --file f --mask=secret" + form;
+        EXPECT_EQ(std::string::npos, run(command + " -- -key.secret=top4 -secret=top5").out.find("top")) << form;
+    }
+}
+
 // Elements that come from several statements, some with a gap before them, in all forms.
 TEST_F(ConfigCommands, KnowsElementsOfArrays) {
     store("b[]=1,2,3\nb[]=9\n\nl[] = u, v\nl.4 = w\nx.y = s\n");
@@ -232,7 +247,26 @@ check_row const check_rows[] = {
     {"unclosed-section", "1:1: error: section \"s\" is not closed in its line", "[s\na=1\n[t]\nb = 2",
      "[s]\na = 1\n[t]\nb = 2"},
     {"byte-order-mark", "1:1: error: a byte order mark is a part of what follows it", "\xEF\xBB\xBFk = 1",
-     "k = \xEF\xBB\xBF"},
+     "k = \"\xEF\xBB\xBF\""},
+    {"value-without-key", "2:2: error: nothing stands before \"=\": the value has no key", "[s]\n =1", "[s]\nk=1"},
+    {"value-without-key", "1:1: error: nothing stands before \"=\": the value has no key", "\"[]\" = 1",
+     "k [ ] = 1"},
+    {"empty-name", "2:1: warning: a separator too many makes an empty name in \"net.\"", "\n[net.]", "[net]\na.=1"},
+    {"empty-name", "1:1: warning: a separator too many makes an empty name in \"a./b\"", "a./b=1", "a.b/ =1"},
+    {"empty-name", "1:1: warning: a separator too many makes an empty name in \".a\"", "[.a]", "[a]"},
+    {"carriage-return", "1:4: error: a carriage return without a line feed ends no line", "a=1\rb=2\r", "a=1\r\n"},
+    {"carriage-return", "2:4: error: a carriage return without a line feed ends no line", "a=1\n# x\ra=1\r",
+     "a=1 # x\r\n//\r"},
+    {"invisible-character", "1:5: warning: U+00A0 is text here, neither a blank nor a line end", "k = \u00A01",
+     "k = \"\u00A0\" # \u00A0"},
+    {"invisible-character", "1:2: warning: U+3000 is text here, neither a blank nor a line end", "k\u3000=1",
+     "k = \u3001\u200D\xE2\x80"},
+    {"invisible-character", "1:2: warning: U+0000 is text here, neither a blank nor a line end",
+     std::string("k\0=1", 4), "k=1\t"},
+    {"unclosed-quote", "2:4: error: a quote within the text opens a string that is closed in line 3 only",
+     "\na=5\"\nb=6\"\n", "\na=5\"b=6\"\n\nc=\"\n\""},
+    {"comment-cut", "2:10: warning: \"#\" begins a comment and cuts the value of \"l\"; quotes keep it",
+     "\nl[] = a, #fff,\nb", "\nl[] = a, # fff,\n #old,\nb"},
 };
 
 TEST_F(ConfigCommands, ChecksStatements) {
@@ -248,13 +282,43 @@ TEST_F(ConfigCommands, ChecksStatements) {
         expect("config check -q --fail-on=warning --ignore=" + rule + " f", 0, "");
     }
     for (rule const& each : config_rules()) { // the examples that --list-rules shows
-        store(std::regex_replace(std::string(each.example), std::regex(R"(\\xEF\\xBB\\xBF)"), "\xEF\xBB\xBF"));
+        std::string text(each.example);
+        for (auto const& [escape, bytes] :
+             {std::pair(R"(\\xEF\\xBB\\xBF)", "\xEF\xBB\xBF"), {R"(\\xC2\\xA0)", "\u00A0"}, {R"(\\r)", "\r"}})
+            text = std::regex_replace(text, std::regex(escape), bytes);
+        store(text);
         std::string const found = run("config check -q f").err;
         EXPECT_NE(std::string::npos, found.find("[" + std::string(each.name) + "]")) << each.example << found;
     }
     expect("config check clean absent", 2, "1 file: 0 errors, 0 warnings\n",
            "zolt: \"absent\" cannot be read: No such file or directory\n");
     expect("config check .", 2, "0 files: 0 errors, 0 warnings\n", "zolt: \".\" cannot be read: Is a directory\n");
+}
+
+// Rules are silenced for one key, however it is spelled, or by a comment before the statement.
+TEST_F(ConfigCommands, IgnoresWhatItIsTold) {
+    store("[Net]\nport = 1 2\nlist[] = 1 2\nlist.0 = 3\n[n]\nport = 1 2\n");
+    auto const findings = [this](std::string const& options) {
+        std::string const err = run("config check -q f " + options).err;
+        return std::count(err.begin(), err.end(), '\n');
+    };
+    std::pair<char const*, int> const rows[] = {
+        {"", 4},
+        {"--ignore=blank-dropped:net.port", 3},
+        {"--ignore=blank-dropped:NET/port", 3},
+        {"--ignore=blank-dropped:port", 4},
+        {"--ignore=comment-cut:net.port", 4},
+        {"--ignore=blank-dropped:net.list[]", 3},
+        {"--ignore=blank-dropped:net.list --ignore=duplicate-key:net.list.0 --ignore=blank-dropped:n.port", 1},
+    };
+    for (auto const& [options, expected] : rows) EXPECT_EQ(expected, findings(options)) << options;
+
+    store("# zolt-ignore blank-dropped: so be it\n\nport = 1 2 // zolt-ignore blank-dropped\nlist[] = 1 2\n"
+          "// zolt-ignore comment-cut, duplicate-key\nport = 1 2#\n[ a b ] # zolt-ignore carriage-return\n# \r.");
+    EXPECT_EQ("f:4:12: warning: the blank before \"2\" is lost; quotes keep it [blank-dropped]\n"
+              "f:6:10: warning: the blank before \"2\" is lost; quotes keep it [blank-dropped]\n"
+              "f:7:5: warning: the blank before \"b\" is lost; quotes keep it [blank-dropped]\n",
+              run("config check -q f").err);
 }
 
 TEST_F(ConfigCommands, AreNotSlowedDownByManyFaultsOrLongLines) {
@@ -300,6 +364,10 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
         {"k = \"two\nlines\" # x\nl=1", "set f k //", "k = \"//\" # x\nl=1"},
         {"k =  # none\nl=", "set f k 1", "k = 1  # none\nl="},
         {"l=", "set f l 1", "l=1"},
+        {"l = # none\n", "set f l a b", "l[] = a, b # none\n"},
+        {"k=1//c\n", "set f k x/", "k=\"x/\"//c\n"},
+        {"k[]=1,2//c\n", "set f k.1 *", "k[]=1,\"*\"//c\n"},
+        {"a=1\n", "set f x/ 1", "a=1\n\"x/\"=1\n"},
         {"k=1\nk=2\nK = 3\n", "set f k 4", "k=1\nk=2\nK = 4\n"},
         {"k=1\nk= # no\n", "set f k 4", "k=4\nk= # no\n"},
         {"k = C:\\x\n", "set f k 'C:\\\\x y\\\\'", "k = \"C:\\x y\"\\\n"},
@@ -363,6 +431,29 @@ TEST_F(ConfigChanges, AreRefusedWithAReason) {
     };
     for (auto const& [before, command, status, complaint] : rows)
         change(before, command, before, status, complaint);
+}
+
+// With --format=json; what is written of it also goes to -o.
+TEST_F(ConfigChanges, AreToldAsJson) {
+    struct {
+        std::string command;
+        std::string json;
+    } const rows[] = {
+        {"set f Net.a 1 'x y'", R"("key": "Net.a","changed": true,"old": [],"new": ["1","x y"])"},
+        {"set f net/a[] 1 'x y'", R"("key": "net/a","changed": false,"old": ["1","x y"],"new": ["1","x y"])"},
+        {"set f net.a 1", R"("key": "net.a","changed": true,"old": ["1","x y"],"new": ["1"])"},
+        {"unset f net.a", R"("key": "net.a","changed": true,"old": ["1"],"new": [])"},
+    };
+    for (auto const& [command, json] : rows) {
+        EXPECT_EQ("{\"file\": \"f\"," + json + "}", compact(run("config " + command + " --json").out)) << command;
+    }
+    EXPECT_EQ("", content());
+    expect("config unset --json f net.a", 1, "", "zolt: there is no setting \"net.a\"\n");
+    expect("config set f a 1 --json -o told", 0, "");
+    EXPECT_EQ(0u, compact(content("told")).find(R"({"file": "f","key": "a","changed": true)"));
+    expect("config set f a 2 --json -o no/told", 2, "",
+           "zolt: \"no/told\" cannot be written: No such file or directory\n");
+    EXPECT_EQ("a = 1\n", content());
 }
 
 // The command succeeds only when no other setting has changed.

@@ -154,7 +154,8 @@ TEST(Program, TellsWhatIsWrongWithItsCommandLine) {
         {"config set f", "KEY is required"},
         {"config set f k -x",
          "\"-x\" was not expected; what starts with \"-\" and is no option stands behind \"--\""},
-        {"config set f k v -o f", "this command writes its own file; there is nothing for -o"},
+        {"config set f k v --json -o ./f", "\"./f\" is what the command reads; -o names another file"},
+        {"config set f k v -o f", "this command writes its own file; -o takes only what --format=json tells"},
         {"catalog list --format=xml f", "--format: \"xml\" is unknown; there are text, json"},
         {"catalog check --ignore nope a b",
          "\"nope\" is no rule of this command; --list-rules shows those that are"},
@@ -232,7 +233,6 @@ TEST_F(ProgramResults, GoToAFile) {
     EXPECT_EQ(1, run("catalog missing f.xmc -o f").status); // nothing could be reported
     EXPECT_NE("", content());
     expect("config list -- --a=", 0, "-a = \"\"\n"); // no option of ours
-    expect("config set f k v --json", 2, "", "zolt: this command has no JSON form\n");
 }
 
 TEST(Program, NoticesThatItsOutputIsLost) {

@@ -5,6 +5,8 @@
 // stepped over; what is no XML at all ends the pass.
 #include "catalog_scan.hpp"
 
+#include "tools/program/rules.hpp"
+
 #include <zolt/generic/convert/str_to_x.hpp>
 
 #include <algorithm>
@@ -16,7 +18,6 @@ namespace {
 constexpr std::string_view blanks = " \t\r\n";
 constexpr std::string_view decimal_digits = "0123456789";
 constexpr std::string_view hexadecimal_digits = "0123456789abcdefABCDEF";
-constexpr std::string_view ignore_mark = "zolt-ignore";
 
 bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
@@ -370,18 +371,6 @@ scanned_attribute const* scanned_element::find(std::string_view name) const {
 std::string_view scanned_element::value_of(std::string_view name) const {
     scanned_attribute const* const found = find(name);
     return found ? found->value : std::string_view();
-}
-
-void append_ignored(std::string_view comment, std::vector<std::string_view>& words) {
-    std::size_t count = 0;
-    while (true) {
-        comment.remove_prefix(std::min(comment.size(), comment.find_first_not_of(blanks)));
-        auto const word = comment.substr(0, comment.find_first_of(" \t\r\n,:"));
-        if (word.empty() || (count == 0 && word != ignore_mark)) return;
-        if (count++ != 0) words.push_back(word);
-        if (comment.substr(word.size(), 1) == ":") return; // the reason follows
-        comment.remove_prefix(std::min(comment.size(), word.size() + 1));
-    }
 }
 
 scan_result scan_catalog_file(std::string_view text, std::deque<std::string>& values, catalog_visitor& visitor) {

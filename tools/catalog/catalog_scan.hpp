@@ -77,9 +77,6 @@ enum class scan_result {
     not_well_formed
 };
 
-/// Appends the words behind "zolt-ignore" in a comment, up to one that ends in a colon; no others.
-void append_ignored(std::string_view comment, std::vector<std::string_view>& words);
-
 /// Calls the visitor in document order, up to a fault of the XML itself. `values` takes what has to be decoded;
 /// it and the text live as long as what the visitor keeps.
 scan_result scan_catalog_file(std::string_view text, std::deque<std::string>& values, catalog_visitor& visitor);

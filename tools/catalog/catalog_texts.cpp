@@ -8,6 +8,7 @@
 
 #include "catalog_scan.hpp"
 #include "tools/program/notation.hpp"
+#include "tools/program/rules.hpp"
 
 #include <zolt/i18n/_private/xmc_file_loader.hpp>
 #include <zolt/parser/xml_token_stream.hpp>

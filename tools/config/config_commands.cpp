@@ -144,8 +144,9 @@ setting masked(setting which, shown_parts const& parts) {
     for (std::size_t i = 0; i != which.values.size(); ++i) {
         // A separator at the end of a key counts for nothing.
         ustring8 const key = key_of_value(which, i) + ".";
-        bool const is_hidden = std::any_of(parts.masks->begin(), parts.masks->end(),
-                                           [&key](ustring8 const& each) { return occurs(each, key); });
+        bool const is_hidden = std::any_of(parts.masks->begin(), parts.masks->end(), [&](ustring8 const& each) {
+            return occurs(each, key) || (which.is_array && occurs(each, which.key + "[]"));
+        });
         if (is_hidden) which.values[i] = mask;
     }
     return which;
@@ -171,6 +172,17 @@ void print_line(session const& session, setting const& which, origins const* fro
     session.out.line(line);
 }
 
+/// The bytes that end a part of a record are written as escapes within it. A key has no backslash of its own.
+ustring8 without(std::string_view ends, ustring8 const& text) {
+    ustring8 result;
+    std::size_t at = 0;
+    for (auto end = text.find_first_of(ends); end != text.npos; end = text.find_first_of(ends, at)) {
+        result.append(text, at, end - at).append(text[end] == '\n' ? "\\x0A" : "\\x00");
+        at = end + 1;
+    }
+    return result.append(text, at, text.npos);
+}
+
 /// For other programs: every value is a record of its own.
 void print_record(session const& session, setting const& which, shown_parts const& parts) {
     constexpr std::string_view nul("\0", 1);
@@ -184,8 +196,8 @@ void print_record(session const& session, setting const& which, shown_parts cons
             session.out.write(which.is_overridden ? "overridden" : "effective");
             session.out.write(nul);
         }
-        session.out.write(key_of_value(which, i) + "\n");
-        session.out.write(which.values[i]);
+        session.out.write(without(std::string_view("\0\n", 2), key_of_value(which, i)) + "\n");
+        session.out.write(without(nul, which.values[i]));
         session.out.write(nul);
     }
 }
@@ -246,9 +258,34 @@ void print_value(session const& session, ustring8 const& value) {
 //--------------------------------------------------------------------------------------------------
 // check
 
+// In the one spelling of a key that others are compared in.
+ustring8 plain_spelling(std::string_view key) {
+    ustring8 plain(key.substr(0, key.size() - (key.ends_with("[]") ? 2 : 0)));
+    std::transform(plain.begin(), plain.end(), plain.begin(), [](char c) { return to_lower(to_separator(c)); });
+    if (plain.ends_with('.')) plain.pop_back();
+    return plain;
+}
+
+bool has_key(found_config_fault const& found, std::string_view key) {
+    std::size_t const section_size = found.section ? found.section->size() + 1 : 0;
+    if (section_size + found.key.size() > key.size() + 1) return false; // a long section is not copied each time
+    ustring8 const name = found.section ? ustring8(*found.section + "." + found.key) : found.key;
+    return plain_spelling(name) == plain_spelling(key);
+}
+
+// With --ignore=RULE:KEY.
+bool is_ignored(session const& session, rule const& rule, found_config_fault const& found) {
+    std::vector<ignored_rule> const& ignored = session.options.ignored;
+    return std::any_of(ignored.begin(), ignored.end(), [&](ignored_rule const& each) {
+        return !each.scope.empty() && std::string_view(each.rule) == rule.name && has_key(found, each.scope);
+    });
+}
+
 void check_text(session const& session, finding_list& found, ustring8 const& path, ustring8 const& text) {
-    for (auto const& [key, fault] : find_config_faults(text)) {
+    for (found_config_fault const& each : find_config_faults(text)) {
+        auto const& [key, fault, section] = each;
         rule const& rule = config_rule_of(fault.text);
+        if (is_ignored(session, rule, each)) continue;
         auto const line = static_cast<unsigned long long>(fault.line);
         ustring8 const what = session.texts.get(
             fault.text, {{"key", printable(key)}, {"part", printable(fault.part)}, {"line", line}});

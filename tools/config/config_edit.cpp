@@ -7,6 +7,7 @@
 
 #include "config_text_edit.hpp"
 #include "tools/program/files.hpp"
+#include "tools/program/json.hpp"
 #include "tools/program/result_file.hpp"
 
 #include <zolt/config/file_item.hpp>
@@ -81,6 +82,8 @@ public:
     /// False, and a complaint, when the file cannot be read. One that is not there may count as empty.
     bool load(bool may_be_absent);
     file_item const& item() const { return m_item; }
+    /// Of a setting one, of an array its elements; none when there is no such key.
+    std::vector<ustring8> values(ustring8 const& key) const;
     exit_status make(config_change change);
 
 private:
@@ -103,6 +106,17 @@ bool config_edit::load(bool may_be_absent) {
         is_there && S_ISREG(status.st_mode) && zolt::system::load_file(m_path, m_text) == 0 && m_item.load();
     if (!is_loaded) m_session.complain(m_session.texts.get(phrase::not_readable, why_unreadable(m_path)));
     return is_loaded;
+}
+
+std::vector<ustring8> config_edit::values(ustring8 const& key) const {
+    config_tree::entry_type const* const entry = m_item.get_value(key);
+    if (!entry) return {};
+    if (entry->first != array_kind) return {entry->second.as_utf8()};
+    config_tree::entry_list elements;
+    m_item.get_array(key, elements);
+    std::vector<ustring8> found;
+    for (auto const& element : elements) found.push_back(element.second.second.as_utf8());
+    return found;
 }
 
 void config_edit::expect(config_change& change) {
@@ -161,15 +175,33 @@ ustring8 plain_key(ustring8 const& key) {
 }
 
 /// Whether nothing is to be done.
-bool is_set(file_item const& item, config_change const& change) {
-    config_tree::entry_type const* const entry = item.get_value(change.key);
-    if (!entry || (entry->first == array_kind) != change.is_array) return false;
-    if (!change.is_array) return entry->second.as_utf8() == change.values.front();
-    config_tree::entry_list elements;
-    item.get_array(change.key, elements);
-    return std::equal(
-        change.values.begin(), change.values.end(), elements.begin(), elements.end(),
-        [](ustring8 const& value, auto const& element) { return element.second.second.as_utf8() == value; });
+bool is_set(config_edit const& edit, config_change const& change) {
+    config_tree::entry_type const* const entry = edit.item().get_value(change.key);
+    return entry && (entry->first == array_kind) == change.is_array && edit.values(change.key) == change.values;
+}
+
+void append_values(json_writer& json, std::string_view name, std::vector<ustring8> const& values) {
+    json.begin_array(name);
+    for (ustring8 const& value : values) json.value(value);
+    json.end_array();
+}
+
+/// Makes the change unless there is nothing to do, and tells what has been done.
+exit_status make(session const& session, config_edit& edit, ustring8 const& path, config_change const& change) {
+    bool const is_changed = change.values.empty() || !is_set(edit, change);
+    std::vector<ustring8> const before = edit.values(change.key);
+    exit_status const status = is_changed ? edit.make(change) : exit_good;
+    if (status != exit_good || !session.is_json()) return status;
+    json_writer json;
+    json.begin_object();
+    json.member("file", path);
+    json.member("key", change.key);
+    json.member("changed", is_changed);
+    append_values(json, "old", before);
+    append_values(json, "new", change.values);
+    json.end_object();
+    session.out.line(json.text());
+    return status;
 }
 
 } // namespace
@@ -183,7 +215,7 @@ exit_status set_config(session const& session, config_set_options const& options
     }
     config_edit edit(session, options.file);
     if (!edit.load(true)) return exit_failed;
-    return is_set(edit.item(), change) ? exit_good : edit.make(change);
+    return make(session, edit, options.file, change);
 }
 
 exit_status unset_config(session const& session, config_unset_options const& options) {
@@ -194,7 +226,7 @@ exit_status unset_config(session const& session, config_unset_options const& opt
         session.complain(session.texts.get(phrase::no_setting, {{"key", options.key}}));
         return exit_findings;
     }
-    return edit.make({key, false, {}});
+    return make(session, edit, options.file, {key, false, {}});
 }
 
 } // namespace tools

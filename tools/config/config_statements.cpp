@@ -2,9 +2,14 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "config_statements.hpp"
 
+#include "config_rules.hpp"
+#include "tools/program/utf8.hpp"
+
 #include <zolt/config/base_config_item.hpp>
 
 #include <algorithm>
+#include <cstdio>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -17,10 +22,42 @@ using zolt::config::config_tree;
 
 constexpr std::string_view array_mark = "[]";
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+constexpr std::string_view separators = "./\\";
 
 bool is_blank(unsigned kind) { return kind == config_token::T_SPACE || kind == config_token::T_TABCHAR; }
 bool is_layout(unsigned kind) { return is_blank(kind) || kind == config_token::T_NEWLINE; }
 bool is_comment(unsigned kind) { return kind == config_token::T_POUND || kind == config_token::T_FSFS; }
+
+bool is_separator(char c) { return separators.find(c) != separators.npos; }
+
+/// Whether two separators stand side by side, or one at the begin.
+bool has_empty_name(std::string_view path) {
+    auto const are_separators = [](char left, char right) { return is_separator(left) && is_separator(right); };
+    return (!path.empty() && is_separator(path.front())) ||
+           std::adjacent_find(path.begin(), path.end(), are_separators) != path.end();
+}
+
+/// Characters that look like a blank, or like nothing. The joiners of some scripts are no such ones.
+constexpr struct {
+    char32_t first;
+    char32_t last;
+} invisible_ranges[] = {{0x00, 0x1F},     {0x7F, 0xA0},     {0xAD, 0xAD},     {0x2000, 0x200B}, {0x2028, 0x202F},
+                        {0x205F, 0x2064}, {0x2066, 0x2069}, {0x3000, 0x3000}, {0xFEFF, 0xFEFF}};
+
+/// The first character of the text when it is one of these.
+std::optional<char32_t> invisible_character(std::string_view text) {
+    std::size_t const size = utf8_size(text);
+    if (size == 0 || size > 3) return std::nullopt;
+    auto const lead = static_cast<unsigned char>(text[0]);
+    char32_t character = size == 1 ? lead : lead & (0x3Fu >> (size - 1));
+    for (std::size_t i = 1; i != size; ++i) {
+        character = character << 6 | (static_cast<unsigned char>(text[i]) & 0x3Fu);
+    }
+    bool const is_invisible =
+        std::any_of(std::begin(invisible_ranges), std::end(invisible_ranges),
+                    [=](auto const& range) { return range.first <= character && character <= range.last; });
+    return is_invisible ? std::optional(character) : std::nullopt;
+}
 
 /// Whether a line of the string ends in \", which looks like its end and is not.
 bool has_escaped_end(std::string_view string) {
@@ -48,24 +85,31 @@ config_statements::kind_t config_statements::next_token() {
     return m_token.kind;
 }
 
-// Tokens are asked for in their order, so every line is counted once.
-text_place config_statements::token_place() {
-    std::string_view const passed = text_range{m_counted, m_token.start}.in(m_text);
+// Places are asked for in their order, so every line is counted once.
+text_place config_statements::place_of(std::size_t position) {
+    std::string_view const passed = text_range{m_counted, position}.in(m_text);
     std::size_t const last = passed.rfind('\n');
     m_place.line += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
     m_place.column = last == passed.npos ? m_place.column + passed.size() : passed.size() - last;
-    m_counted = m_token.start;
+    m_counted = position;
     return m_place;
 }
 
-void config_statements::skip_comment() {
-    m_position = static_cast<unsigned>(std::min(m_text.find('\n', m_position), m_text.size()));
+// Moves behind the comment, which is returned without its mark.
+std::string_view config_statements::skip_comment() {
+    text_range const bytes{m_position, std::min(m_text.find('\n', m_position), m_text.size())};
+    std::string_view const comment = bytes.in(m_text);
+    std::size_t const carriage_return = comment.find('\r');
+    if (comment.find_first_not_of('\r', carriage_return) != comment.npos)
+        add_fault(phrase::config_lone_return, place_of(bytes.begin + carriage_return));
+    m_position = static_cast<unsigned>(bytes.end);
+    return comment;
 }
 
 bool config_statements::find_statement() {
     for (kind_t kind = next_token(); kind != config_token::T_END; kind = next_token()) {
         if (is_comment(kind)) {
-            skip_comment();
+            append_ignored(skip_comment(), m_statement.ignored);
         } else if (!is_layout(kind)) {
             return true;
         }
@@ -87,8 +131,15 @@ void config_statements::take(part& what) {
     } else if (goes_on && what.has_blank) {
         add_fault(phrase::config_blank, token_place(), m_token.text);
     }
+    bool const is_inside = goes_on && !what.has_blank && m_text[what.bytes.begin] != '"';
+    look_at_character();
     what.is_split = m_token.kind == config_token::T_STRING && look_at_string();
     if (what.is_split) what.string = token_place();
+    if (what.is_split && is_inside) {
+        auto const lines = std::count(m_token.text.begin(), m_token.text.end(), '\n');
+        add_fault(phrase::config_inner_quote, what.string, {}, what.string.line + static_cast<std::size_t>(lines));
+        what.is_split = false;
+    }
     if (!what.has_text) what.bytes.begin = m_token.start;
     what.bytes.end = std::min<std::size_t>(m_token.end, m_text.size());
     what.has_text = true;
@@ -105,6 +156,16 @@ bool config_statements::look_at_string() {
         return false;
     }
     return m_token.text.find('\n') != m_token.text.npos;
+}
+
+void config_statements::look_at_character() {
+    if (m_token.kind == config_token::T_UNKNOWN) return add_fault(phrase::config_lone_return, token_place());
+    if (m_token.kind != config_token::T_NON_ALPHA_NUM || has_fault(phrase::config_invisible)) return;
+    auto const character = invisible_character(std::string_view(m_text).substr(m_token.start));
+    if (!character || (m_token.start == 0 && m_text.starts_with(byte_order_mark))) return;
+    char name[] = "U+0000";
+    std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(*character));
+    add_fault(phrase::config_invisible, token_place(), name);
 }
 
 void config_statements::pass_layout(part& what) const {
@@ -137,6 +198,9 @@ void config_statements::read_section() {
     bool const is_closed = read_name(config_token::T_EBRACKET, first_line);
     if (!is_closed && first_line.empty()) first_line = m_statement.name;
     if (!is_closed || !first_line.empty()) add_fault(phrase::config_open_section, m_statement.place, first_line);
+    std::string_view const name = m_statement.name;
+    bool const ends_in_one = !name.empty() && is_separator(name.back());
+    if (is_closed && (ends_in_one || has_empty_name(name))) add_fault(phrase::config_empty_name, m_statement.place);
     if (!is_closed) m_statement.name.clear();
     m_statement.has_effect = is_closed;
 }
@@ -154,7 +218,19 @@ void config_statements::read_assignment() {
     if (!first_line.empty() && first_line.size() < key.size()) {
         add_fault(phrase::config_joined_key, m_statement.place, first_line);
     }
+    look_at_key(is_array);
     is_array ? read_array() : read_scalar();
+}
+
+void config_statements::look_at_key(bool is_array) {
+    std::string_view const key = m_statement.name;
+    if (key.empty()) add_fault(phrase::config_no_key, m_statement.place);
+    if (has_empty_name(key)) add_fault(phrase::config_empty_name, m_statement.place);
+    // Nothing is lost by a blank before or in the mark of an array.
+    bool const has_mark_only = is_array && key.find_first_of(array_mark) == key.npos;
+    std::erase_if(m_statement.faults, [=](config_fault const& fault) {
+        return has_mark_only && fault.text == phrase::config_blank && (fault.part == "[" || fault.part == "]");
+    });
 }
 
 // At a comment: true, and a fault, when it seems to be a part of the value.
@@ -202,7 +278,7 @@ void config_statements::read_array() {
     for (kind_t kind = next_token(); kind != config_token::T_END; kind = next_token()) {
         if (kind == config_token::T_NEWLINE && !after_comma) break;
         if (is_comment(kind)) {
-            if (element.has_text || elements.empty()) is_cut = cut(element) || is_cut;
+            if (element.has_text || !element.has_line_end) is_cut = cut(element) || is_cut;
             skip_comment();
         } else if (is_layout(kind)) {
             pass_layout(element);
@@ -228,7 +304,7 @@ void config_statements::read_array() {
     }
     elements.push_back(element.bytes);
     m_statement.has_effect = !is_empty;
-    if (m_statement.has_effect || is_cut) return;
+    if (m_statement.has_effect || (is_cut && elements.size() == 1)) return;
     add_fault(elements.size() == 1 ? phrase::config_no_value : phrase::config_open_array, m_statement.place);
 }
 
@@ -300,7 +376,8 @@ class repeated_keys {
 public:
     explicit repeated_keys(std::vector<found_config_fault>& faults) : m_faults(faults) {}
 
-    void look_at(config_statement const& statement) {
+    void look_at(config_statement const& statement, std::shared_ptr<ustring8 const> const& section) {
+        m_section = section;
         config_tree const* const place = m_places.find(statement);
         if (!place || !statement.has_effect) return;
         bool const is_array = statement.kind == config_statement::array;
@@ -355,13 +432,14 @@ private:
         add(statement, key, is_alike ? phrase::config_duplicate_key : phrase::config_case_difference, before.line);
     }
     void add(config_statement const& statement, ustring8 const& key, phrase text, std::size_t line) {
-        m_faults.push_back({key, {text, statement.place, {}, line}});
+        m_faults.push_back({key, {text, statement.place, {}, line}, m_section});
     }
 
     std::vector<found_config_fault>& m_faults;
     config_tree m_tree;
     config_places m_places{m_tree};
     std::unordered_map<config_tree const*, seen> m_seen;
+    std::shared_ptr<ustring8 const> m_section;
 };
 
 } // namespace
@@ -369,11 +447,23 @@ private:
 std::vector<found_config_fault> find_config_faults(ustring8 const& text) {
     std::vector<found_config_fault> faults;
     repeated_keys repeated(faults);
+    std::shared_ptr<ustring8 const> section; // one for all faults, as its name may be long
     config_statements statements(text);
-    while (statements.next()) {
+    for (bool is_there = true; is_there;) {
+        is_there = statements.next();
         config_statement const& statement = statements.current();
-        for (config_fault const& fault : statement.faults) faults.push_back({statement.name, fault});
-        repeated.look_at(statement);
+        bool const is_section = statement.kind == config_statement::section;
+        auto const first = static_cast<std::ptrdiff_t>(faults.size());
+        for (config_fault const& fault : statement.faults) {
+            faults.push_back({statement.name, fault, is_section ? nullptr : section});
+        }
+        if (is_there) repeated.look_at(statement, section);
+        if (is_section) section = statement.name.empty() ? nullptr : std::make_shared<ustring8>(statement.name);
+        auto const is_ignored = [&](found_config_fault const& found) {
+            std::string_view const rule = config_rule_of(found.fault.text).name;
+            return std::find(statement.ignored.begin(), statement.ignored.end(), rule) != statement.ignored.end();
+        };
+        faults.erase(std::remove_if(faults.begin() + first, faults.end(), is_ignored), faults.end());
     }
     return faults;
 }

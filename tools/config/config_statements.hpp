@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -48,8 +49,9 @@ struct config_statement {
     kind_t kind = section;
     ustring8 name; ///< of the section, or the key below it, without the "[]" of an array
     text_place place;
-    bool has_effect = false;          ///< false for an assignment that assigns nothing
-    std::vector<config_fault> faults; ///< one of a kind
+    bool has_effect = false;               ///< false for an assignment that assigns nothing
+    std::vector<config_fault> faults;      ///< one of a kind
+    std::vector<std::string_view> ignored; ///< rules that a comment "zolt-ignore ..." before it names
 
     text_range bytes; ///< the line end that closes an assignment is the last one
     text_range key;   ///< as written, with "[]"; of a section its name
@@ -63,7 +65,8 @@ public:
     /// Refers to the text.
     explicit config_statements(ustring8 const& text);
 
-    /// Moves to the next statement; false when there is none.
+    /// Moves to the next statement; false when there is none, and then current() has the faults of the comments
+    /// behind the last one.
     bool next();
     config_statement const& current() const { return m_statement; }
 
@@ -81,16 +84,19 @@ private:
     };
 
     kind_t next_token();
-    text_place token_place();
-    void skip_comment();
+    text_place place_of(std::size_t position);
+    text_place token_place() { return place_of(m_token.start); }
+    std::string_view skip_comment();
     bool find_statement();
     void start(part& what) const;
     void take(part& what);
     bool look_at_string();
+    void look_at_character();
     void pass_layout(part& what) const;
     bool read_name(kind_t last, ustring8& first_line);
     void read_section();
     void read_assignment();
+    void look_at_key(bool is_array);
     void read_scalar();
     void read_array();
     bool cut(part const& value);
@@ -133,10 +139,12 @@ private:
 void find_config_lines(ustring8 const& text, zolt::config::config_tree& lines);
 
 struct found_config_fault {
-    ustring8 key;
+    ustring8 key; ///< below the section
     config_fault fault;
+    std::shared_ptr<ustring8 const> section{}; ///< null when there is none
 };
-/// All faults of the text, those that statements have with one another included, by their statements.
+/// All faults of the text, those that statements have with one another included, by their statements; without
+/// those that a comment silences.
 std::vector<found_config_fault> find_config_faults(ustring8 const& text);
 
 } // namespace tools

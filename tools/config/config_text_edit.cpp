@@ -55,7 +55,7 @@ ustring8 quoted(std::string_view text) {
 
 /// `mark` is what follows the key without a blank.
 ustring8 written_key(ustring8 const& key, std::string_view mark) {
-    bool const merges = mark == "=" && !key.empty() && contains_any(key.substr(key.size() - 1), "+-*:<>");
+    bool const merges = mark == "=" && !key.empty() && contains_any(key.substr(key.size() - 1), "+-*/:<>");
     char const first = key.empty() ? mark.front() : key.front();
     bool const has_quotes =
         merges || first == '#' || first == '[' || contains_any(key, " \t\r\n=") || key.starts_with("//");
@@ -301,10 +301,17 @@ private:
     // What was between quotes stays between quotes.
     void rewrite(text_range bytes, ustring8 const& value, bool is_element) {
         std::string_view const before = bytes.in(m_text);
-        bool const in_quotes = before.size() > 1 && before.front() == '"' && before.back() == '"';
+        bool const was_in_quotes = before.size() > 1 && before.front() == '"' && before.back() == '"';
+        bool const merges = byte(bytes.end) == '/' && (value.ends_with('/') || value.ends_with('*'));
+        ustring8 const text = written_value(value, is_element, was_in_quotes || merges);
+        m_replacements.push_back({bytes, blank_before(bytes) + text});
+    }
+
+    // Where there is a blank before "=", one behind it before a value that is new.
+    ustring8 blank_before(text_range bytes) const {
         bool const wants_blank =
             bytes.empty() && bytes.begin > 1 && byte(bytes.begin - 1) == '=' && is_blank(byte(bytes.begin - 2));
-        m_replacements.push_back({bytes, (wants_blank ? " " : "") + written_value(value, is_element, in_quotes)});
+        return wants_blank ? " " : "";
     }
 
     // Element by element, for the sake of what is between them.
@@ -328,8 +335,8 @@ private:
             key.resize(key.size() - array_mark.size());
         }
         m_replacements.push_back({statement.key, key});
-        m_replacements.push_back(
-            {{statement.values.front().begin, statement.values.back().end}, written_values(m_change)});
+        text_range const values{statement.values.front().begin, statement.values.back().end};
+        m_replacements.push_back({values, blank_before(values) + written_values(m_change)});
     }
 
     void insert(statements_of_key::slot const& where) {

@@ -27,7 +27,7 @@ namespace {
 
 constexpr std::size_t help_column = 30; // where the parser lets descriptions start
 
-// "rule" or "rule:catalog/message".
+// "rule", "rule:catalog/message" or "rule:key".
 ignored_rule parse_ignored(std::string const& text) {
     auto const colon = text.find(':');
     if (colon == std::string::npos) return {text, {}};
@@ -100,6 +100,16 @@ void unmark(std::optional<std::string>& argument) {
 
 void unmark(std::vector<std::string>& arguments) {
     for (std::string& argument : arguments) unmark(argument);
+}
+
+// Also when there is no such file yet.
+bool is_same_file(std::string const& left, std::string const& right) {
+    std::error_code none; // what is no path is not the same file
+    if (std::filesystem::equivalent(left, right, none)) return true;
+    auto const whole = [&none](std::string const& path) {
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(path, none), none);
+    };
+    return !whole(left).empty() && whole(left) == whole(right);
 }
 
 // What is between the begin and the end of a text that has these.
@@ -380,7 +390,7 @@ void command_line::add_common_options(CLI::App& app) {
     add(app.add_option("--ref", m_given.reference, describe(phrase::reference_option)), "LANGUAGE");
     add_choice(app.add_option("--fail-on", m_given.fail_on, describe(phrase::fail_on_option)),
                "error|warning|note");
-    add(app.add_option("--ignore", m_given.ignored, describe(phrase::ignore_option)), "RULE[:CATALOG/MESSAGE]")
+    add(app.add_option("--ignore", m_given.ignored, describe(phrase::ignore_option)), "RULE[:SCOPE]")
         ->allow_extra_args(false);
 }
 
@@ -404,7 +414,7 @@ std::optional<ustring8> command_line::fault_of_options() const {
     command_traits const traits = found == m_traits.end() ? command_traits() : found->second;
     if (m_options.format == output_format::json && !traits.has_json) return m_texts.get(phrase::no_json);
     if (m_options.result_file != "-") {
-        if (!traits.has_result) return m_texts.get(phrase::no_result);
+        if (!traits.has_result && m_options.format != output_format::json) return m_texts.get(phrase::no_result);
         if (!traits.changes_input && is_input(m_options.result_file))
             return m_texts.get(phrase::result_is_input, {{"path", m_options.result_file}});
     }
@@ -430,8 +440,7 @@ bool command_line::is_input(std::string const& path) const {
         if (option->check_lname("output") || !names_file(*option)) continue;
         for (std::string value : option->results()) {
             unmark(value);
-            std::error_code none; // what is no file is not the same file
-            if (std::filesystem::equivalent(path, value, none)) return true;
+            if (is_same_file(path, value)) return true;
         }
     }
     return false;

@@ -89,7 +89,7 @@ public:
     command const& with_rules(rule_table rules) const;
     /// Its result may take the place of what it reads. Otherwise it is wrong usage to name the same file for both.
     command const& changes_input() const;
-    /// It writes files of its own and no result: -o is wrong usage.
+    /// It writes files of its own and no result: -o is wrong usage, but for JSON that tells what has been done.
     command const& without_result() const;
 
 private:

@@ -14,6 +14,7 @@
 
 #include "utf8.hpp"
 
+#include <concepts>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -40,6 +41,12 @@ public:
     void member(std::string_view key, std::size_t number) {
         name(key);
         m_text += std::to_string(number);
+    }
+
+    template <std::same_as<bool> Bool> // a literal is no truth
+    void member(std::string_view key, Bool is_true) {
+        name(key);
+        m_text += is_true ? "true" : "false";
     }
 
     std::string const& text() const { return m_text; }

@@ -134,22 +134,25 @@ constexpr program_messages::built_in texts[] = {
      "changed where it stands, a new one goes to the end of its section; every other byte stays, comments "
      "included. The file is replaced only when reading the new one gives all other settings as they were. The new "
      "one has the mode of the old one, and its owner and group as far as you may set them; a hard link keeps the "
-     "old text.\nExit status: 0; 1 when other statements do not let the key alone be changed; 2 when the file "
-     "cannot be read or written, or no written form holds the value.\nExample: zolt config set app.cfg net.port "
-     "8080"},
+     "old text. With --format=json \"old\" and \"new\" are lists of the values before and after, and \"changed\" "
+     "tells whether these differ; -o takes that alone.\nExit status: 0; 1 when other statements do not let the key "
+     "alone be changed; 2 when the file cannot be read or written, or no written form holds the value.\nExample: "
+     "zolt config set app.cfg net.port 8080"},
     {phrase::config_unset_about, "config.unset.about", "Removes one key or array from a file"},
     {phrase::config_unset_notes, "config.unset.notes",
      "The lines that set the key are removed, with the comments in them; every other byte stays. The file is "
-     "replaced as \"zolt config set\" does it.\nExit status: 0; 1 when there is no such key or the file was left "
-     "as it is; 2 when it cannot be read or written.\nExample: zolt config unset app.cfg net.port"},
+     "replaced as \"zolt config set\" does it, and JSON has the same form.\nExit status: 0; 1 when there is no "
+     "such key or the file was left as it is; 2 when it cannot be read or written.\nExample: zolt config unset "
+     "app.cfg net.port"},
     {phrase::config_check_about, "config.check.about",
      "Checks files for lines that do not mean what they seem to mean"},
     {phrase::config_check_notes, "config.check.notes",
      "For the application that reads it a file has no errors; the rules find what does not mean what it seems to "
-     "mean. --list-rules explains each with an example, --ignore silences it. A finding is written as "
-     "file:line:column: error: text [rule] (or warning).\nExit status: 0 without findings as bad as --fail-on "
-     "says; 1 with such; 2 when a file cannot be read.\nExample: zolt config check --ignore=blank-dropped "
-     "tool.cfg"},
+     "mean. --list-rules explains each with an example, --ignore silences it, everywhere or for the KEY behind a "
+     "colon. So does a comment \"zolt-ignore RULE\" before a statement, for that one: # zolt-ignore blank-dropped: "
+     "the unit is to follow at once. A finding is written as file:line:column: error: text [rule] (or "
+     "warning).\nExit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when a file cannot be "
+     "read.\nExample: zolt config check --ignore=blank-dropped:net.limit tool.cfg"},
     {phrase::inspect_about, "inspect.about", "Shows what a stored buffer holds"},
     {phrase::inspect_notes, "inspect.notes",
      "Every line starts with a position in bytes. Without an option, a labeled buffer is known by its whole "
@@ -307,7 +310,9 @@ constexpr program_messages::built_in texts[] = {
     {phrase::format_option, "option.format", "Form of the results"},
     {phrase::reference_option, "option.reference", "Language that others are compared with, by default en"},
     {phrase::fail_on_option, "option.fail_on", "Least finding that makes the exit status 1, by default error"},
-    {phrase::ignore_option, "option.ignore", "Silence a rule, everywhere or for one message; may be repeated"},
+    {phrase::ignore_option, "option.ignore",
+     "Silence a rule, everywhere or in one SCOPE, which is CATALOG/MESSAGE or the KEY of a setting; may be "
+     "repeated"},
     {phrase::no_json, "error.no_json", "this command has no JSON form"},
 
     // Export and import of PO files.
@@ -367,10 +372,10 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_list_notes, "config.list.notes",
      "The sources are those of \"zolt config show\". Of one key the setting that counts comes first; --all shows "
      "those after it that it hides. With -z a record is the key, a line feed, the value as it is and a NUL; "
-     "elements of an array are records of their own. Before the key come, each with a NUL, the origin (\"command "
-     "line\", \"environment\" or \"file:NAME:LINE\") with --show-origin, and \"effective\" or \"overridden\" with "
-     "--all.\nExit status: 0, or 2 when the file cannot be read.\nExample: zolt config list --file app.cfg --env "
-     "--show-origin --all --mask=password"},
+     "within, a NUL is \\x00, and a line feed in a key \\x0A; elements of an array are records of their own. "
+     "Before the key come, each with a NUL, the origin (\"command line\", \"environment\" or \"file:NAME:LINE\") "
+     "with --show-origin, and \"effective\" or \"overridden\" with --all.\nExit status: 0, or 2 when the file "
+     "cannot be read.\nExample: zolt config list --file app.cfg --env --show-origin --all --mask=password"},
     {phrase::all_option, "option.all", "Show overridden settings, too"},
     {phrase::nul_option, "option.nul", "End records with NUL, for other programs"},
     {phrase::mask_option, "option.mask",
@@ -576,7 +581,8 @@ constexpr program_messages::built_in texts[] = {
     {phrase::unexpected_argument, "error.unexpected_argument",
      "\"{argument:string}\" was not expected; what starts with \"-\" and is no option stands behind \"--\""},
     {phrase::see_help, "error.see_help", "--help tells more"},
-    {phrase::no_result, "error.no_result", "this command writes its own file; there is nothing for -o"},
+    {phrase::no_result, "error.no_result",
+     "this command writes its own file; -o takes only what --format=json tells"},
     {phrase::not_a_number, "error.not_a_number", "a whole number is expected, 0 or greater"},
     {phrase::result_is_input, "error.result_is_input",
      "\"{path:string}\" is what the command reads; -o names another file"},
@@ -619,6 +625,24 @@ constexpr program_messages::built_in texts[] = {
      "not there; 2 when something cannot be read or written or the command line is wrong.\nExample: zolt config "
      "list --show-origin --file app.cfg --env -- -backup.level=3\nzolt config set app.cfg backup.level 4\nzolt "
      "config check app.cfg"},
+    // Lines of configuration files that are lost.
+    {phrase::config_no_key, "finding.config_no_key", "nothing stands before \"=\": the value has no key"},
+    {phrase::config_empty_name, "finding.config_empty_name",
+     "a separator too many makes an empty name in \"{key:string}\""},
+    {phrase::config_lone_return, "finding.config_lone_return",
+     "a carriage return without a line feed ends no line"},
+    {phrase::config_invisible, "finding.config_invisible",
+     "{part:string} is text here, neither a blank nor a line end"},
+    {phrase::config_inner_quote, "finding.config_inner_quote",
+     "a quote within the text opens a string that is closed in line {line:int} only"},
+    {phrase::about_carriage_return, "rule.carriage_return",
+     "Lines that end in carriage returns alone are one line, or one comment."},
+    {phrase::about_empty_name, "rule.empty_name",
+     "A separator too many, as at the end of a section's name, makes another key."},
+    {phrase::about_invisible_character, "rule.invisible_character",
+     "A no-break space or control character looks like nothing and is a part of the key or value."},
+    {phrase::about_value_without_key, "rule.value_without_key",
+     "A line that begins with \"=\" sets its section's own name, or the empty key."},
 };
 
 constexpr bool are_in_order() {

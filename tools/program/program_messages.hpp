@@ -353,6 +353,16 @@ enum class phrase : unsigned {
     // What the commands of a group share.
     catalog_notes,
     config_notes,
+    // Lines of configuration files that are lost.
+    config_no_key,
+    config_empty_name,
+    config_lone_return,
+    config_invisible,
+    config_inner_quote,
+    about_carriage_return,
+    about_empty_name,
+    about_invisible_character,
+    about_value_without_key,
 
     count_of_texts
 };

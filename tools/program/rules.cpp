@@ -12,6 +12,8 @@ namespace tools {
 namespace {
 
 constexpr std::size_t text_width = 76;
+constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view ignore_mark = "zolt-ignore";
 
 void print_indented(output& out, std::size_t indentation, std::string_view text) {
     for (std::size_t start = 0; start < text.size();) {
@@ -51,6 +53,18 @@ rule const* find_rule(rule_table rules, std::string_view name) {
     auto const found = std::lower_bound(rules.begin(), rules.end(), name,
                                         [](rule const& each, std::string_view text) { return each.name < text; });
     return found == rules.end() || found->name != name ? nullptr : &*found;
+}
+
+void append_ignored(std::string_view comment, std::vector<std::string_view>& words) {
+    std::size_t count = 0;
+    while (true) {
+        comment.remove_prefix(std::min(comment.size(), comment.find_first_not_of(blanks)));
+        auto const word = comment.substr(0, comment.find_first_of(" \t\r\n,:"));
+        if (word.empty() || (count == 0 && word != ignore_mark)) return;
+        if (count++ != 0) words.push_back(word);
+        if (comment.substr(word.size(), 1) == ":") return; // the reason follows
+        comment.remove_prefix(std::min(comment.size(), word.size() + 1));
+    }
 }
 
 void list_rules(session const& session, rule_table rules) {

@@ -9,6 +9,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace tools {
 
@@ -31,6 +32,9 @@ constexpr bool is_in_order(rule_table rules) {
 
 /// Null when there is none of this name.
 rule const* find_rule(rule_table rules, std::string_view name);
+
+/// Appends the words behind "zolt-ignore" in a comment, up to one that ends in a colon; no others.
+void append_ignored(std::string_view comment, std::vector<std::string_view>& words);
 
 /// --list-rules.
 void list_rules(session const& session, rule_table rules);
