@@ -8,6 +8,8 @@
 
 #include <zolt/config/file_item.hpp>
 
+#include <sys/stat.h>
+
 #include <map>
 
 namespace {
@@ -373,6 +375,7 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
         {"k = C:\\x\n", "set f k 'C:\\\\x y\\\\'", "k = \"C:\\x y\"\\\n"},
         // new keys
         {"", "set f a -- -2", "a = -2\n"},
+        {"k=\xFF\r1\n", "set f l \xFE", "k=\xFF\r1\nl=\xFE\n"},
         {"a=1", "set f b.c 2", "a=1\nb.c=2\n"},
         {"a=1\r\n# end", "set f b 2", "a=1\r\n# end\r\nb=2\r\n"},
         {"[s]\n  k = 1\n\n# t\n[t]\nk=1\n", "set f S/x.y 2", "[s]\n  k = 1\n  x.y = 2\n\n# t\n[t]\nk=1\n"},
@@ -521,6 +524,12 @@ TEST_F(ConfigChanges, AreWrittenWithCare) {
     EXPECT_EQ("zolt: \"new\" cannot be written: File too large\n", full.err);
     EXPECT_EQ("a = 1\nb = 2\n", content("new"));
     EXPECT_EQ(4, files());
+
+    // nothing waits for a writer, and a pipe stays one
+    ASSERT_EQ(0, ::mkfifo((directory + "/pipe").c_str(), 0600));
+    for (std::string const command : {"set pipe a 1", "unset pipe a", "check pipe"})
+        EXPECT_EQ("zolt: \"pipe\" cannot be read: Operation not supported\n", run("config " + command).err);
+    EXPECT_TRUE(fs::is_fifo(directory + "/pipe"));
 }
 
 } // namespace

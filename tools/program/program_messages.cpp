@@ -149,10 +149,10 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_check_notes, "config.check.notes",
      "For the application that reads it a file has no errors; the rules find what does not mean what it seems to "
      "mean. --list-rules explains each with an example, --ignore silences it, everywhere or for the KEY behind a "
-     "colon. So does a comment \"zolt-ignore RULE\" before a statement, for that one: # zolt-ignore blank-dropped: "
-     "the unit is to follow at once. A finding is written as file:line:column: error: text [rule] (or "
-     "warning).\nExit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when a file cannot be "
-     "read.\nExample: zolt config check --ignore=blank-dropped:net.limit tool.cfg"},
+     "colon. So does a comment \"zolt-ignore RULE\" before a statement, for that one. A finding is written as "
+     "file:line:column: error: text [rule] (or warning).\nExit status: 0 without findings as bad as --fail-on "
+     "says; 1 with such; 2 when a file cannot be read.\nExample: zolt config check "
+     "--ignore=blank-dropped:net.limit tool.cfg"},
     {phrase::inspect_about, "inspect.about", "Shows what a stored buffer holds"},
     {phrase::inspect_notes, "inspect.notes",
      "Every line starts with a position in bytes. Without an option, a labeled buffer is known by its whole "
