@@ -6,6 +6,7 @@
 #include "check_file_rules.hpp"
 #include "check_tree.hpp"
 #include "check_tree_rules.hpp"
+#include "message_json.hpp"
 #include "render_values.hpp"
 #include "tools/program/findings.hpp"
 #include "tools/program/json.hpp"
@@ -185,7 +186,7 @@ message_t const* find_message(session const& session, catalog_t const& catalog, 
     return nullptr;
 }
 
-void print_messages(session const& session, std::vector<message_t const*> const& messages) {
+void print_messages(session const& session, message_list const& messages) {
     bool has_notes = false;
     for (message_t const* const message : messages) has_notes = has_notes || !message->meta().empty();
 
@@ -203,31 +204,10 @@ void print_messages(session const& session, std::vector<message_t const*> const&
     table.print(session.out);
 }
 
-void print_messages_json(session const& session, ustring8 const& catalog,
-                         std::vector<message_t const*> const& messages) {
+void print_messages_json(session const& session, ustring8 const& catalog, message_list const& messages) {
     json_writer json;
     json.begin_object();
-    json.member("catalog", catalog);
-    json.begin_array("messages");
-    for (message_t const* const message : messages) {
-        json.begin_object();
-        json.member("name", message->name());
-        json.member("language", message->_orginal_locale());
-        if (!message->meta().empty()) json.member("note", message->meta());
-        json.member("text", notation(*message));
-        json.begin_array("placeholders");
-        for (message_item const& item : *message) {
-            if (item.type() == message_item::value) continue;
-            json.begin_object();
-            json.member("name", item.name());
-            json.member("type", type_keyword(item.type()));
-            json.end_object();
-        }
-        json.end_array();
-        json.end_object();
-        session.out.write(json.take());
-    }
-    json.end_array();
+    append_messages(json, session.out, catalog, messages);
     json.end_object();
     session.out.line(json.text());
 }
@@ -272,7 +252,7 @@ exit_status show_messages(session const& session, show_options const& options) {
     if (!load(session, catalogs, options.path, session.language())) return exit_failed;
     catalog_t const* const catalog = find_catalog(session, catalogs, options.path, options.catalog);
     if (!catalog) return exit_findings;
-    std::vector<message_t const*> messages;
+    message_list messages;
     if (options.message) {
         message_t const* const message = find_message(session, *catalog, *options.message);
         if (!message) return exit_findings;
