@@ -93,6 +93,9 @@ TEST(Languages, AreMadeUsable) {
     for (char const* const id : {"de_AT_UTF_8", "de", "_x"})
         for_each_base(id, [&](std::string_view base) { bases.append(base).append(" "); });
     EXPECT_EQ("de_AT_UTF de_AT de ", bases);
+    std::size_t sizes = 0; // of a long id no more than the library looks at
+    for_each_base(std::string(1000, '_'), [&](std::string_view base) { sizes += base.size(); });
+    EXPECT_EQ(63u * 64u / 2, sizes);
 }
 
 TEST(Terminal, MeasuresAndWraps) {

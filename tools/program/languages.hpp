@@ -6,6 +6,7 @@
 
 #include "library.hpp"
 
+#include <cstddef>
 #include <string_view>
 
 namespace tools {
@@ -22,11 +23,24 @@ ustring8 language_of_environment();
 /// character.
 ustring8 normalized_language(ustring8 id);
 
+/// Where the last shorter form of a normalized id ends, if there is one. Of an id only the first 64 parts count, as
+/// for the library.
+inline std::size_t end_of_longest_base(std::string_view id) {
+    std::size_t end = std::string_view::npos;
+    std::size_t next = id.find('_');
+    for (int parts = 0; parts != 64 && next != std::string_view::npos; ++parts) {
+        end = next;
+        next = id.find('_', next + 1);
+    }
+    return end;
+}
+
 /// Calls `visit` with every shorter form of a normalized id, the longest first: de_AT_x, then de_AT,
 /// then de for "de_AT_x_y".
 template <typename Visitor>
 void for_each_base(std::string_view id, Visitor visit) {
-    for (auto end = id.rfind('_'); end != std::string_view::npos && end != 0; end = id.rfind('_', end - 1)) {
+    for (auto end = end_of_longest_base(id); end != std::string_view::npos && end != 0;
+         end = id.rfind('_', end - 1)) {
         visit(id.substr(0, end));
     }
 }
