@@ -3,6 +3,7 @@
 #include "tools/catalog/catalog_texts.hpp"
 #include "tools/catalog/po_exchange.hpp"
 #include "tools/catalog/po_file.hpp"
+#include "tools/catalog/po_rules.hpp"
 #include "tools/run_program.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>
@@ -13,6 +14,7 @@
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <set>
 
 namespace {
 
@@ -71,6 +73,7 @@ constexpr po_row po_rows[] = {
     {"msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=ISO-8859-2\\n\"\nmsgid \"a\"\nmsgstr \"\xB1\"",
      "a:\xC4\x85 "},
     {"msgid \"\"\nmsgstr \"charset=Shift_JIS\\n\"\nmsgid \"\x95\\\"\nmsgstr \"b\"", "\xE8\xA1\xA8:b "},
+    {"\xEF\xBB\xBFmsgid \"\"\nmsgstr \"charset=ISO-8859-1\\n\"\nmsgid \"a\"\nmsgstr \"\xC3\xA4\"", "a:\xC3\xA4 "},
     {"# msgid\n\nmsgid \"charset=Shift_JIS\"\nmsgstr \"\xC3\xA4\"", "charset=Shift_JIS:\xC3\xA4 "},
     // faults
     {"msgid \"a\nmsgstr \"b\"", "1:7 0 "},
@@ -335,6 +338,68 @@ TEST_F(PoCommands, ExportWhatTheLibraryServes) {
     expect("catalog export-po --dir po " ZOLT_SOURCE_DIR "/tools/catalogs", 2, "",
            "zolt: \"po/en.po\" cannot be written: Is a directory\n");
     EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(directory + "/po"), {}));
+    // A directory is made, with those above it; it is gone again when a path becomes too long for a file.
+    expect("catalog export-po --lang en --dir new/po " ZOLT_SOURCE_DIR "/tools/catalogs", 0, "");
+    EXPECT_TRUE(std::filesystem::exists(directory + "/new/po/en.po"));
+    std::string deep = "deep";
+    while (deep.size() < 3900) deep += "/" + std::string(100, 'd');
+    deep += "/" + std::string(4090 - deep.size(), 'd');
+    EXPECT_EQ(2, run("catalog export-po --dir " + deep + " " ZOLT_SOURCE_DIR "/tools/catalogs").status);
+    EXPECT_FALSE(std::filesystem::exists(directory + "/deep"));
+}
+
+struct json_row {
+    char const* command;
+    char const* text; // of the file f
+    int status;
+    char const* json;
+};
+constexpr json_row json_rows[] = {
+    {"export-po --dir po f",
+     HEADER "<catalog name='a' lang='de-AT'><msg name='m'/></catalog><catalog name='a' lang='en'>"
+            "<msg name='m'>Hi <arg name='n' type='int'/></msg></catalog></xmc>",
+     0,
+     R"({"languages": [{"language": "de-AT","file": "po/de_AT.po","entries": [{"context": "a/m","id": "Hi {n}",)"
+     R"("text": "","fuzzy": false,"references": ["f:3"],"comments": ["{n} = n:int","zolt: empty"]}]},)"
+     R"({"language": "en","file": "po/en.po","entries": [{"context": "a/m","id": "Hi {n}","text": "Hi {n}",)"
+     R"("fuzzy": false,"references": ["f:3"],"comments": ["{n} = n:int"]}]}],)"},
+    {"export-po f",
+     HEADER "<catalog lang='de'><msg name='m'>a</msg></catalog><catalog lang='en'><msg name='m'>"
+            "<br/></msg></catalog></xmc>",
+     0,
+     R"({"languages": [{"language": "de","entries": [{"context": "/m","id": "\u000a","text": "a","fuzzy": true,)"
+     R"("references": ["f:3"],"comments": ["zolt: kept"]}]},{"language": "en","entries": [{"context": "/m",)"
+     R"("id": "\u000a","text": "\u000a","fuzzy": false,"references": ["f:3"],"comments": []}]}],"errors": 0,)"
+     R"("warnings": 1,"notes": 0,"findings": [{"file": "f","line": 3,"column": 1,"severity": "warning",)"
+     R"("rule": "po-fuzzy",)"},
+    {"export-po f", HEADER "<b/></xmc>", 1,
+     R"({"errors": 1,"warnings": 0,"notes": 0,"findings": [{"file": "f","line": 3,"column": 1,"severity": "error",)"
+     R"("rule": "load",)"},
+    {"import-po --lang de f",
+     "#. {c} = c:int\n#, python-brace-format\nmsgctxt \"a/b\"\nmsgid \"{c}\"\nmsgstr \"x{c}\"\n", 0,
+     R"({"languages": ["de"],"catalogs": [{"catalog": "a","messages": [{"name": "b","language": "de","text": )"
+     R"("x{c:int}","placeholders": [{"name": "c","type": "int"}]}]}],)"},
+    {"import-po --lang de f", "msgctxt \"a\"\nmsgid \"c\"\nmsgstr \"d\"\n", 1,
+     R"({"errors": 1,"warnings": 0,"notes": 0,"findings": [{"file": "f","line": 1,"column": 1,"severity": "error",)"
+     R"("rule": "po-context",)"},
+    {"import-po --lang de f", "", 1, "{"},
+};
+
+// With -o, too, since it is a report. Where a row tells of no finding there is none.
+TEST_F(PoCommands, WriteJson) {
+    for (auto const& [command, text, status, json] : json_rows) {
+        SCOPED_TRACE(json);
+        store(text);
+        program_run const shown = run(std::string("catalog ") + command + " --format=json -o r");
+        EXPECT_EQ(status, shown.status);
+        std::string const start = json;
+        std::string const written = compact(content("r"));
+        bool const has_finding = start.find("\"findings\"") != std::string::npos;
+        std::string const expected =
+            has_finding ? start : start + R"("errors": 0,"warnings": 0,"notes": 0,"findings": []})";
+        EXPECT_EQ(expected, has_finding ? written.substr(0, start.size()) : written);
+        EXPECT_EQ(start == "{" ? "zolt: there are no translations to import; nothing is written\n" : "", shown.err);
+    }
 }
 
 struct finding_row {
@@ -393,10 +458,34 @@ constexpr finding_row finding_rows[] = {
      "zolt: there are no translations to import; nothing is written\n"},
     {"import-po --lang de f", "msgid \"c\"\nmsgstr \"d\n", 1,
      "f:2:8: error: the string is not closed in its line [po-syntax]\n"},
+    {"import-po --lang de f", "#, python-brace-format\nmsgctxt \"a/b\"\nmsgid \"\"\nmsgstr \"{d}\"\n", 0, ""},
+    {"import-po --lang ../de f", "", 2, "zolt: a PO file cannot name the language \"../de\"\n"},
+    {"export-po --lang ../de --dir . f", HEADER "</xmc>", 2,
+     "zolt: a PO file cannot name the language \"../de\"\n"},
+    {"export-po --dir . -o g f", HEADER "</xmc>", 2,
+     "zolt: this command writes its own file; there is nothing for -o\n"},
+    {"export-po --dir . --ignore=load f", HEADER "<catalog/><b/></xmc>", 1,
+     "zolt: there are no messages to write\n"},
+    {"export-po --dir f/po f", HEADER "<catalog lang='en'><msg name='m'>a</msg></catalog></xmc>", 2,
+     "zolt: the directory \"f/po\" cannot be made: Not a directory\n"},
+    {"export-po --dir '' f", HEADER "<catalog lang='en'><msg name='m'>a</msg></catalog></xmc>", 2,
+     "zolt: the directory \"\" cannot be made: No such file or directory\n"},
+    {"import-po -v --lang de f", "msgctxt \"a/b\"\nmsgid \"c\"\nmsgstr \"d\"\n", 0,
+     "zolt: f: 1 message, 0 untranslated, 0 fuzzy\n"},
+    // --ignore by rule, catalog and message, and as far as there is one by msgctxt
+    {"import-po --lang de --ignore=placeholder-set:a%/x/y f",
+     "#, python-brace-format\nmsgctxt \"a%25/x/y\"\nmsgid \"{c}\"\nmsgstr \"d\"\n\n"
+     "#, python-brace-format\nmsgctxt \"a/x\"\nmsgid \"{c}\"\nmsgstr \"d\"\n",
+     0, "f:7:1: warning: the placeholders of msgstr are not those of msgid [placeholder-set]\n"},
+    {"import-po --lang de --ignore=po-context:a f",
+     "msgctxt \"a\"\nmsgid \"c\"\nmsgstr \"d\"\n\nmsgctxt \"a/b\"\nmsgid \"c\"\nmsgstr \"d\"\n", 0, ""},
+    {"import-po --lang de --catalog x --ignore=duplicate-message:x/c f",
+     "msgid \"c\"\nmsgstr \"d\"\n\nmsgid \"c\"\nmsgstr \"e\"\n", 0, ""},
     {"import-po --lang de g", "", 2, "zolt: \"g\" cannot be read: No such file or directory\n"},
 };
 
 TEST_F(PoCommands, FindFaults) {
+    std::set<std::string> found[2]; // by export and import
     for (auto const& [command, text, status, finding] : finding_rows) {
         SCOPED_TRACE(text);
         store(text);
@@ -405,6 +494,14 @@ TEST_F(PoCommands, FindFaults) {
         EXPECT_EQ(finding, shown.err);
         EXPECT_EQ(status == 0 && command[0] == 'i', !shown.out.empty());
         EXPECT_EQ(status == 0 && command[0] == 'e', std::filesystem::remove(directory + "/en.po"));
+        std::string const rule = shown.err.substr(shown.err.rfind('[') + 1);
+        if (rule.ends_with("]\n")) found[command[0] == 'i'].insert(rule.substr(0, rule.size() - 2));
+    }
+    found[0].insert({"load", "po-fuzzy", "po-reference"}); // in other tests
+    for (bool const is_import : {false, true}) {
+        std::set<std::string> listed;
+        for (rule const& each : is_import ? import_po_rules() : export_po_rules()) listed.emplace(each.name);
+        EXPECT_EQ(listed, found[is_import]);
     }
 }
 

@@ -12,6 +12,7 @@
 #include "catalog_stats.hpp"
 #include "check_rules.hpp"
 #include "po_commands.hpp"
+#include "po_rules.hpp"
 #include "tools/program/command_line.hpp"
 
 #include <cstddef>
@@ -85,7 +86,10 @@ void add_export_po(command const& catalog) {
         std::vector<std::string> paths;
         std::optional<std::string> directory;
     };
-    command const export_command = catalog.add("export-po", phrase::export_po_about, phrase::export_po_notes);
+    command const export_command = catalog.add("export-po", phrase::export_po_about, phrase::export_po_notes)
+                                       .with_json()
+                                       .with_report()
+                                       .with_rules(export_po_rules());
     values& given = export_command.keep<values>();
     export_command.argument("PATH", given.paths, phrase::paths_argument).required();
     export_command.option("--dir", given.directory, phrase::po_directory_option, "DIRECTORY");
@@ -102,7 +106,10 @@ void add_import_po(command const& catalog) {
         std::optional<std::string> catalog;
         bool use_fuzzy = false;
     };
-    command const import_command = catalog.add("import-po", phrase::import_po_about, phrase::import_po_notes);
+    command const import_command = catalog.add("import-po", phrase::import_po_about, phrase::import_po_notes)
+                                       .with_json()
+                                       .with_report()
+                                       .with_rules(import_po_rules());
     values& given = import_command.keep<values>();
     import_command.argument("FILE", given.files, phrase::po_files_argument).required();
     import_command.option("--catalog", given.catalog, phrase::po_catalog_option, "NAME");

@@ -115,7 +115,7 @@ bool catalog_tree::read(std::vector<ustring8> const& paths) {
         if (!m_session.options.is_quiet) progress.show(m_sources.done(), m_sources.total());
         read_file(*file, m_sources.done() > loaded);
     }
-    m_found.print();
+    m_own.print();
     if (!m_is_complete || m_is_refused) return false;
     m_is_served.resize(m_sources.done());
     for (std::size_t i = loaded; i-- != 0;) serve(m_sources.files()[i]);

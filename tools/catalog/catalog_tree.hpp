@@ -53,7 +53,12 @@ struct message_key {
 
 class catalog_tree {
 public:
-    explicit catalog_tree(session const& session) : m_session(session), m_found(session) {}
+    explicit catalog_tree(session const& session) : m_session(session), m_own(session), m_found(m_own) {}
+    /// Findings go there, and are printed by whom it belongs to.
+    catalog_tree(session const& session, finding_list& found)
+        : m_session(session), m_own(session), m_found(found) {}
+    catalog_tree(catalog_tree const&) = delete;
+    catalog_tree& operator=(catalog_tree const&) = delete;
 
     /// Once. False, with findings and complaints printed, when something cannot be read or loaded.
     bool read(std::vector<ustring8> const& paths);
@@ -72,7 +77,8 @@ private:
     void serve(source_file const& start);
 
     session const& m_session;
-    finding_list m_found;
+    finding_list m_own;
+    finding_list& m_found;
     catalog_sources m_sources;
     std::vector<catalog_message> m_messages; // of all files in turn, each in its order
     std::vector<std::size_t> m_first;        // of each file

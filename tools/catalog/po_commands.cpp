@@ -4,10 +4,13 @@
 
 #include "catalog_texts.hpp"
 #include "catalog_tree.hpp"
+#include "message_json.hpp"
 #include "po_exchange.hpp"
 #include "po_file.hpp"
+#include "po_rules.hpp"
 #include "tools/program/files.hpp"
 #include "tools/program/findings.hpp"
+#include "tools/program/json.hpp"
 #include "tools/program/languages.hpp"
 #include "tools/program/result_file.hpp"
 
@@ -15,8 +18,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <map>
+#include <set>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <tuple>
 #include <utility>
 
@@ -46,45 +53,123 @@ bool is_language_id(ustring8 const& id) {
                          normalized.find_first_not_of('_') != ustring8::npos);
 }
 
+// The findings alone, where there is no result.
+exit_status report(session const& session, finding_list& found) {
+    if (!session.is_json()) {
+        found.print();
+        return exit_findings;
+    }
+    json_writer json;
+    json.begin_object();
+    found.append_to(json);
+    json.end_object();
+    session.out.line(json.text());
+    return exit_findings;
+}
+
+/// A directory that is made, and those above it, when it is not there. What was made goes again unless it is kept.
+class new_directory {
+public:
+    explicit new_directory(ustring8 const& path) {
+        namespace fs = std::filesystem;
+        std::error_code error;
+        std::vector<fs::path> missing;
+        if (path.empty()) m_error = std::make_error_code(std::errc::no_such_file_or_directory);
+        for (fs::path each = path.c_str(); !each.empty() && !fs::exists(each, error); each = each.parent_path())
+            missing.push_back(each);
+        for (; !missing.empty() && !m_error; missing.pop_back()) {
+            if (fs::create_directory(missing.back(), m_error)) m_made.push_back(missing.back());
+        }
+    }
+    new_directory(new_directory const&) = delete;
+    new_directory& operator=(new_directory const&) = delete;
+    ~new_directory() {
+        std::error_code error;
+        for (; !m_made.empty(); m_made.pop_back()) std::filesystem::remove(m_made.back(), error);
+    }
+
+    /// Why it could not be made, or 0.
+    int error() const { return m_error.value(); }
+    void keep() { m_made.clear(); }
+
+private:
+    std::vector<std::filesystem::path> m_made;
+    std::error_code m_error;
+};
+
 //--------------------------------------------------------------------------------------------------
 // Export
 
+struct exported_language {
+    ustring8 language; // as first written
+    ustring8 path;     // empty: no file of its own
+    std::vector<po_entry> entries{};
+};
+
 class po_exporter {
 public:
-    explicit po_exporter(session const& session) : m_session(session), m_findings(session), m_tree(session) {}
+    po_exporter(session const& session, po_export_options const& options)
+        : m_session(session), m_options(options), m_findings(session), m_tree(session, m_findings) {}
 
-    exit_status run(po_export_options const& options) {
-        if (!options.directory && !m_session.options.language) return fail(phrase::po_one_language, {});
-        if (!m_tree.read(options.paths)) return m_tree.is_refused() ? exit_findings : exit_failed;
+    exit_status run() {
+        if (auto const fault = fault_of_options()) return fail(*fault);
+        if (!m_tree.read(m_options.paths)) return end_unread();
         make_tables();
         make_reference();
         if (auto const& language = m_session.options.language)
             m_tables.try_emplace(normalized_language(*language), language_table{*language, {}});
-        std::vector<std::pair<ustring8, ustring8>> files; // by language
+        std::vector<exported_language> languages;
         for (auto const& [language, table] : m_tables) {
-            if (is_wanted(language)) files.emplace_back(language, make_file(language, table));
+            if (is_wanted(language)) languages.push_back(make_entries(language, table));
         }
-        m_findings.print();
-        if (m_findings.status() != exit_good) return m_findings.status();
-        if (files.empty()) return fail(phrase::po_no_messages, {});
-        if (options.directory) return write_files(*options.directory, files);
-        m_session.out.write(files.front().second);
+        if (m_findings.status() != exit_good) return report(m_session, m_findings);
+        if (!m_session.is_json() || languages.empty()) m_findings.print();
+        if (languages.empty()) return fail(m_session.texts.get(phrase::po_no_messages));
+        if (m_options.directory) {
+            exit_status const status = write_files(*m_options.directory, languages);
+            if (status != exit_good) return status;
+        }
+        if (m_session.is_json()) {
+            write_json(languages);
+        } else if (!m_options.directory) {
+            m_session.out.write(file_text(languages.front()));
+        }
         return exit_good;
     }
 
 private:
-    exit_status fail(phrase id, zolt::generic::varg_list const& arguments) const {
-        m_session.complain(m_session.texts.get(id, arguments));
+    std::optional<ustring8> fault_of_options() const {
+        common_options const& common = m_session.options;
+        if (common.language && !is_language_id(*common.language))
+            return m_session.texts.get(phrase::po_language_refused, {{"lang", *common.language}});
+        if (m_session.is_json()) return std::nullopt;
+        if (!m_options.directory && !common.language) return m_session.texts.get(phrase::po_one_language);
+        if (m_options.directory && common.result_file != "-") return m_session.texts.get(phrase::no_result);
+        return std::nullopt;
+    }
+
+    exit_status fail(ustring8 const& text) const {
+        m_session.complain(text);
         return exit_failed;
     }
 
-    void find(catalog_message const& entry, severity level, std::string_view rule, phrase id) {
+    // What the library refuses is not exported, also when nobody wants to hear of it.
+    exit_status end_unread() {
+        if (m_tree.is_refused() && m_findings.status() == exit_findings) return report(m_session, m_findings);
+        m_findings.print();
+        if (!m_tree.is_refused()) return exit_failed;
+        m_session.complain(m_session.texts.get(phrase::po_no_messages));
+        return exit_findings;
+    }
+
+    void find(catalog_message const& entry, std::string_view rule, phrase id) {
         bool const is_ignored = std::any_of(entry.ignored.begin(), entry.ignored.end(),
                                             [rule](std::string_view ignored) { return ignored == rule; });
         if (is_ignored) return;
         ustring8 const text =
             m_session.texts.get(id, {{"message", entry.message.name()}, {"lang", entry.message._orginal_locale()}});
-        m_findings.add({path_of(entry), entry.line, 1, level, rule, text, scope_of(entry)});
+        m_findings.add({path_of(entry), entry.line, 1, find_rule(export_po_rules(), rule)->level, rule, text,
+                        scope_of(entry)});
     }
 
     ustring8 const& path_of(catalog_message const& entry) const { return m_tree.path_of(entry); }
@@ -107,11 +192,11 @@ private:
         for (catalog_message const* const entry : messages) {
             ustring8 const& language = entry->message._orginal_locale();
             if (!is_language_id(language)) {
-                find(*entry, severity::error, "po-language", phrase::po_bad_language);
+                find(*entry, "po-language", phrase::po_bad_language);
             } else if (!m_tree.is_served(*entry)) {
-                find(*entry, severity::warning, "duplicate-message", phrase::po_second_message);
+                find(*entry, "duplicate-message", phrase::po_second_message);
             } else if (!fits_po(entry->catalog, entry->message)) {
-                find(*entry, severity::error, "po-text", phrase::po_bad_text);
+                find(*entry, "po-text", phrase::po_bad_text);
             } else {
                 language_table& table = m_tables.try_emplace(normalized_language(language)).first->second;
                 if (table.language.empty()) table.language = language;
@@ -141,72 +226,119 @@ private:
     }
 
     // From a region only what it has itself is expected, and what its language lacks.
-    ustring8 make_file(ustring8 const& language, language_table const& table) {
+    exported_language make_entries(ustring8 const& language, language_table const& table) {
+        exported_language result{table.language, {}};
+        if (m_options.directory) {
+            result.path = *m_options.directory;
+            if (!std::string_view(result.path).ends_with('/')) result.path += '/';
+            result.path.append(language == "." ? "_" : language).append(".po");
+        }
         std::vector<message_table const*> bases;
         for_each_base(language, [&](std::string_view base) {
             auto const found = m_tables.find(ustring8(base));
             if (found != m_tables.end()) bases.push_back(&found->second.messages);
         });
-        ustring8 file;
-        append_po(file, po_header(table.language, m_session.options.reference));
         for (catalog_message const* const entry : m_in_order) {
             name_pair const key = names_of(*entry);
             auto const own = table.messages.find(key);
             if (own != table.messages.end()) {
-                append(file, entry, own->second);
+                append(result, entry, own->second);
                 continue;
             }
             bool const is_served = std::any_of(bases.begin(), bases.end(),
                                                [&](message_table const* base) { return base->count(key) != 0; });
             bool const is_everywhere = entry->message._orginal_locale() == "." || language == ".";
-            if (!is_served && !is_everywhere) append(file, entry, nullptr);
+            if (!is_served && !is_everywhere) append(result, entry, nullptr);
         }
         std::vector<catalog_message const*> others;
         for (auto const& [key, entry] : table.messages) {
             if (m_reference.count(key) == 0) others.push_back(entry);
         }
         sort(others);
-        for (catalog_message const* const entry : others) append(file, nullptr, entry);
+        for (catalog_message const* const entry : others) append(result, nullptr, entry);
+        return result;
+    }
+
+    void append(exported_language& result, catalog_message const* reference, catalog_message const* own) {
+        catalog_message const& last = own ? *own : *reference; // one of them is there
+        catalog_message const& place = reference ? *reference : last;
+        po_entry& entry = result.entries.emplace_back(
+            to_po_entry(place.catalog, reference ? &place.message : nullptr, own ? &last.message : nullptr));
+        entry.references.push_back(printable(path_of(place)) + ":" + std::to_string(place.line));
+        if (entry.is_fuzzy) find(*own, "po-fuzzy", phrase::po_refused_text);
+        if (!reference) find(*own, "po-reference", phrase::po_no_reference);
+    }
+
+    ustring8 file_text(exported_language const& language) const {
+        ustring8 const& reference = m_session.options.reference;
+        ustring8 file;
+        append_po(file, po_header(language.language, is_language_id(reference) ? reference : ustring8()));
+        for (po_entry const& entry : language.entries) append_po(file, entry);
         file.pop_back(); // the last empty line
         return file;
     }
 
-    void append(ustring8& file, catalog_message const* reference, catalog_message const* own) {
-        catalog_message const& last = own ? *own : *reference; // one of them is there
-        catalog_message const& place = reference ? *reference : last;
-        po_entry entry =
-            to_po_entry(place.catalog, reference ? &place.message : nullptr, own ? &last.message : nullptr);
-        // Names with blanks stand between these two marks.
-        ustring8 path = printable(path_of(place));
-        if (path.find(' ') != ustring8::npos) path = "\u2068" + path + "\u2069";
-        entry.references.push_back(path + ":" + std::to_string(place.line));
-        append_po(file, entry);
-        if (entry.is_fuzzy) find(*own, severity::warning, "po-fuzzy", phrase::po_refused_text);
-        if (!reference) find(*own, severity::note, "po-reference", phrase::po_no_reference);
-    }
-
     // Each takes its place when all are on the disk.
-    exit_status write_files(ustring8 const& directory,
-                            std::vector<std::pair<ustring8, ustring8>> const& files) const {
-        std::map<ustring8, result_file> results; // by path
-        for (auto const& [language, text] : files) {
-            ustring8 const path = directory + "/" + (language == "." ? ustring8("_") : language) + ".po";
-            result_file& file = results.try_emplace(path, path).first->second;
-            file.write(text);
-            if (int const error = file.finish()) return fail_to_write(path, error);
+    exit_status write_files(ustring8 const& path, std::vector<exported_language> const& languages) const {
+        new_directory directory(path);
+        if (directory.error() != 0) return fail_to_write(phrase::directory_not_made, path, directory.error());
+        std::map<ustring8, result_file> results; // by path; gone before the directory
+        for (exported_language const& each : languages) {
+            result_file& file = results.try_emplace(each.path, each.path).first->second;
+            file.write(file_text(each));
+            if (int const error = file.finish()) return fail_to_write(phrase::file_not_written, each.path, error);
         }
-        for (auto& [path, file] : results) {
-            if (int const error = file.commit()) return fail_to_write(path, error);
-            m_session.tell(path);
+        for (auto& [file_path, file] : results) {
+            if (int const error = file.commit()) return fail_to_write(phrase::file_not_written, file_path, error);
+            m_session.tell(file_path);
         }
+        directory.keep();
         return exit_good;
     }
 
-    exit_status fail_to_write(ustring8 const& path, int error) const {
-        return fail(phrase::file_not_written, {{"path", path}, {"reason", std::strerror(error)}});
+    exit_status fail_to_write(phrase id, ustring8 const& path, int error) const {
+        return fail(m_session.texts.get(id, {{"path", path}, {"reason", std::strerror(error)}}));
+    }
+
+    void write_json(std::vector<exported_language> const& languages) {
+        json_writer json;
+        json.begin_object();
+        json.begin_array("languages");
+        for (exported_language const& each : languages) {
+            json.begin_object();
+            json.member("language", each.language);
+            if (!each.path.empty()) json.member("file", each.path);
+            json.begin_array("entries");
+            for (po_entry const& entry : each.entries) {
+                append_entry(json, entry);
+                m_session.out.write(json.take());
+            }
+            json.end_array();
+            json.end_object();
+        }
+        json.end_array();
+        m_findings.append_to(json);
+        json.end_object();
+        m_session.out.line(json.text());
+    }
+
+    static void append_entry(json_writer& json, po_entry const& entry) {
+        json.begin_object();
+        json.member("context", *entry.context);
+        json.member("id", entry.id);
+        json.member("text", entry.texts.front());
+        json.member("fuzzy", entry.is_fuzzy);
+        json.begin_array("references");
+        for (ustring8 const& reference : entry.references) json.value(reference);
+        json.end_array();
+        json.begin_array("comments");
+        for (ustring8 const& note : entry.notes) json.value(note);
+        json.end_array();
+        json.end_object();
     }
 
     session const& m_session;
+    po_export_options const& m_options;
     finding_list m_findings;
     catalog_tree m_tree;
     std::map<ustring8, language_table> m_tables; // by normalized language
@@ -241,6 +373,11 @@ public:
         : m_session(session), m_options(options), m_findings(session) {}
 
     exit_status run() {
+        auto const& language = m_session.options.language;
+        if (language && !is_language_id(*language)) {
+            m_session.complain(m_session.texts.get(phrase::po_language_refused, {{"lang", *language}}));
+            return exit_failed;
+        }
         for (ustring8 const& path : m_options.paths) {
             ustring8 bytes;
             if (!load(path, bytes)) {
@@ -249,13 +386,14 @@ public:
             }
             take(path, read_po(bytes));
         }
-        m_findings.print();
-        if (m_findings.status() != exit_good) return m_findings.status();
-        if (!m_has_messages) { // the library refuses a file without catalogs
-            m_session.complain(m_session.texts.get(phrase::po_no_translations));
+        bool const is_good = m_findings.status() == exit_good;
+        if (!is_good || m_messages.empty()) {
+            report(m_session, m_findings);
+            // The library refuses a file without catalogs.
+            if (is_good) m_session.complain(m_session.texts.get(phrase::po_no_translations));
             return exit_findings;
         }
-        m_session.out.write(m_writer.text());
+        m_session.is_json() ? write_json() : write_catalogs();
         return exit_good;
     }
 
@@ -263,8 +401,9 @@ private:
     using result = po_importer::result;
 
     void find(ustring8 const& path, std::size_t line, std::size_t column, std::string_view rule, phrase id,
-              severity level = severity::error) {
-        m_findings.add({path, line, column, level, rule, m_session.texts.get(id)});
+              ustring8 const& scope = ustring8()) {
+        m_findings.add(
+            {path, line, column, find_rule(import_po_rules(), rule)->level, rule, m_session.texts.get(id), scope});
     }
 
     void take(ustring8 const& path, po_file const& file) {
@@ -274,36 +413,39 @@ private:
         ustring8 const language = m_session.options.language.value_or(file.field("Language"));
         if (!is_language_id(language)) return find(path, 1, 1, "po-language", phrase::po_no_language);
 
-        auto const importer = m_importers.try_emplace(normalized_language(language), language, m_options.catalog,
-                                                      m_options.use_fuzzy);
+        po_importer& importer =
+            m_importers.try_emplace(normalized_language(language), language, m_options.catalog, m_options.use_fuzzy)
+                .first->second;
         ustring8 const plural_rule = file.field("Plural-Forms");
-        std::vector<po_message> messages;
+        std::size_t const before = m_messages.size();
         std::size_t counts[result_count] = {};
         for (po_entry const& entry : file.entries) {
-            result const what = importer.first->second.add(entry, plural_rule, messages);
+            result const what = importer.add(entry, plural_rule, m_messages);
             ++counts[static_cast<std::size_t>(what)];
-            if (what == result::no_name) find(path, entry.line, 1, "po-context", phrase::po_no_name);
-            if (what == result::duplicate) find(path, entry.line, 1, "duplicate-message", phrase::po_duplicate);
-            if (what == result::imported) find_doubts(path, entry);
+            find_faults(path, importer, entry, what);
         }
-        m_has_messages = m_has_messages || !messages.empty();
-        for (po_message const& message : messages) m_writer.add(message.catalog, message.message);
-        m_session.tell(
-            m_session.texts.get(phrase::po_imported, {{"path", path},
-                                                      {"n", static_cast<long long>(messages.size())},
-                                                      {"untranslated", count(counts, result::untranslated)},
-                                                      {"fuzzy", count(counts, result::fuzzy)}}));
+        m_session.tell(m_session.texts.get(
+            phrase::po_imported,
+            {{"path", path},
+             {"messages", m_session.texts.counted(phrase::messages_one, m_messages.size() - before)},
+             {"untranslated", count(counts, result::untranslated)},
+             {"fuzzy", count(counts, result::fuzzy)}}));
     }
 
-    void find_doubts(ustring8 const& path, po_entry const& entry) {
+    void find_faults(ustring8 const& path, po_importer const& importer, po_entry const& entry, result what) {
+        auto const find_here = [&](std::string_view rule, phrase id) {
+            auto const names = importer.name_of(entry);
+            find(path, entry.line, 1, rule, id,
+                 names ? names->first + "/" + names->second : entry.context.value_or(""));
+        };
+        if (what == result::no_name) find_here("po-context", phrase::po_no_name);
+        if (what == result::duplicate) find_here("duplicate-message", phrase::po_duplicate);
+        if (what != result::imported) return;
+        bool const is_foreign = m_options.catalog.has_value(); // its notes may be anything
         for (po_doubt const doubt : doubts_about(entry)) {
-            bool const is_foreign = m_options.catalog.has_value(); // its notes may be anything
-            if (doubt == po_doubt::placeholders)
-                find(path, entry.line, 1, "placeholder-set", phrase::po_placeholders, severity::warning);
-            if (doubt == po_doubt::brace)
-                find(path, entry.line, 1, "po-brace", phrase::po_stray_brace, severity::warning);
-            if (doubt == po_doubt::note && !is_foreign)
-                find(path, entry.line, 1, "po-note", phrase::po_bad_note, severity::warning);
+            if (doubt == po_doubt::placeholders) find_here("placeholder-set", phrase::po_placeholders);
+            if (doubt == po_doubt::brace) find_here("po-brace", phrase::po_stray_brace);
+            if (doubt == po_doubt::note && !is_foreign) find_here("po-note", phrase::po_bad_note);
         }
     }
 
@@ -312,18 +454,42 @@ private:
         return static_cast<long long>(counts[static_cast<std::size_t>(what)]);
     }
 
+    void write_catalogs() {
+        m_findings.print();
+        catalog_writer writer;
+        for (po_message const& message : m_messages) writer.add(message.catalog, message.message);
+        m_session.out.write(writer.text());
+    }
+
+    void write_json() {
+        std::set<ustring8> languages;
+        std::map<ustring8, message_list> catalogs;
+        for (po_message const& each : m_messages) {
+            languages.insert(each.message._orginal_locale());
+            catalogs[each.catalog].push_back(&each.message);
+        }
+        json_writer json;
+        json.begin_object();
+        json.begin_array("languages");
+        for (ustring8 const& language : languages) json.value(language);
+        json.end_array();
+        append_catalogs(json, m_session.out, catalogs);
+        m_findings.append_to(json);
+        json.end_object();
+        m_session.out.line(json.text());
+    }
+
     session const& m_session;
     po_import_options const& m_options;
     finding_list m_findings;
-    catalog_writer m_writer;
-    bool m_has_messages = false;
+    std::vector<po_message> m_messages;
     std::map<ustring8, po_importer> m_importers; // by normalized language: several files may make one
 };
 
 } // namespace
 
 exit_status export_po(session const& session, po_export_options const& options) {
-    return po_exporter(session).run(options);
+    return po_exporter(session, options).run();
 }
 
 exit_status import_po(session const& session, po_import_options const& options) {

@@ -15,7 +15,8 @@ namespace tools {
 
 struct po_export_options {
     std::vector<ustring8> paths;
-    std::optional<ustring8> directory; ///< for LANGUAGE.po of every language; without it one goes to `out`
+    std::optional<ustring8>
+        directory; ///< for LANGUAGE.po of every language; without it one goes to `out`, or all as JSON
 };
 
 struct po_import_options {
@@ -24,7 +25,7 @@ struct po_import_options {
     bool use_fuzzy = false;
 };
 
-/// exit_findings, and no file is written, when a message cannot be in a PO file.
+/// exit_findings, and no file is written, when a message cannot be in a PO file. The directory is made.
 exit_status export_po(session const& session, po_export_options const& options);
 /// exit_findings, and nothing is written, when a file has a fault or no file has a translation.
 exit_status import_po(session const& session, po_import_options const& options);

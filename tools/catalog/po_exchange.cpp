@@ -419,7 +419,8 @@ std::vector<po_doubt> doubts_about(po_entry const& entry) {
                                          : expected == met);
         has_stray = has_stray || reader.has_stray_brace();
     }
-    if (!has_same && !is_kept(entry)) doubts.push_back(po_doubt::placeholders);
+    bool const is_compared = !entry.id.empty(); // gettext sees nothing to compare with in an empty one
+    if (is_compared && !has_same && !is_kept(entry)) doubts.push_back(po_doubt::placeholders);
     if (has_stray) doubts.push_back(po_doubt::brace);
     if (std::any_of(entry.notes.begin(), entry.notes.end(),
                     [](ustring8 const& note) { return is_like_definition(note) && !read_definition(note); }))

@@ -81,9 +81,10 @@ public:
     };
     /// The rule for plurals is the header field "Plural-Forms".
     result add(po_entry const& entry, ustring8 const& plural_rule, std::vector<po_message>& messages);
+    /// Catalog and message, before anything is added to the name.
+    std::optional<std::pair<ustring8, ustring8>> name_of(po_entry const& entry) const;
 
 private:
-    std::optional<std::pair<ustring8, ustring8>> name_of(po_entry const& entry) const;
     ustring8 unique(ustring8 const& catalog, ustring8 const& name);
 
     ustring8 m_language;

@@ -313,6 +313,15 @@ void append_escaped(ustring8& line, char c) {
     }
 }
 
+// The name of a file with blanks stands between two marks.
+void append_reference(ustring8& file, std::string_view reference) {
+    std::size_t const size = std::min(reference.size(), reference.rfind(':'));
+    std::string_view const name = reference.substr(0, size);
+    bool const has_blanks = name.find(' ') != std::string_view::npos;
+    file.append("#: ").append(has_blanks ? "\u2068" : "").append(name).append(has_blanks ? "\u2069" : "");
+    file.append(reference.substr(size)).append("\n");
+}
+
 // A text with line ends inside starts in a line of its own, as gettext writes it.
 void append_string(ustring8& file, std::string_view keyword, std::string_view text) {
     file.append(keyword).append(" ");
@@ -338,8 +347,8 @@ ustring8 po_file::field(std::string_view name) const {
 }
 
 po_file read_po(std::string_view bytes) {
-    take(bytes, "\xEF\xBB\xBF");
-    ustring8 const name = charset_of(bytes);
+    bool const has_mark = take(bytes, "\xEF\xBB\xBF"); // only UTF-8 has it, whatever the header says
+    ustring8 const name = has_mark ? ustring8() : charset_of(bytes);
     if (is_unicode(name)) return po_reader().read(bytes);
     bool const is_windows = name.starts_with("windows-");
     ustring8 const usual = is_windows ? ustring8("cp" + name.substr(8)) : name;
@@ -354,7 +363,7 @@ po_file read_po(std::string_view bytes) {
 
 void append_po(ustring8& file, po_entry const& entry) {
     for (ustring8 const& note : entry.notes) file.append("#. ").append(note).append("\n");
-    for (ustring8 const& reference : entry.references) file.append("#: ").append(reference).append("\n");
+    for (ustring8 const& reference : entry.references) append_reference(file, reference);
     if (entry.is_fuzzy || entry.is_brace_format) {
         file.append("#, ").append(entry.is_fuzzy ? "fuzzy" : "");
         file.append(entry.is_fuzzy && entry.is_brace_format ? ", " : "");

@@ -30,7 +30,7 @@ struct po_entry {
     std::optional<ustring8> plural_id{};
     std::vector<ustring8> texts{}; ///< one; with a plural one for each form
     std::vector<ustring8> notes{};
-    std::vector<ustring8> references{}; ///< written only, reading passes over them
+    std::vector<ustring8> references{}; ///< "file:line"; written only, reading passes over them
     bool is_fuzzy = false;
     bool is_brace_format = false;
 };

@@ -42,9 +42,7 @@ public:
         name(key);
         m_text += std::to_string(number);
     }
-
-    template <std::same_as<bool> Bool> // a literal is no truth
-    void member(std::string_view key, Bool is_true) {
+    void member(std::string_view key, std::same_as<bool> auto is_true) { // a literal is no truth
         name(key);
         m_text += is_true ? "true" : "false";
     }

@@ -320,7 +320,8 @@ constexpr program_messages::built_in texts[] = {
     {phrase::export_po_notes, "catalog.export_po.notes",
      "Every message is an entry with msgctxt \"catalog/message\" and the reference text as msgid. Placeholders are "
      "{{name}}, and \"#.\" tells their types and options. With --lang one language goes to the output, also one "
-     "that has no catalog yet.\nA translation that gettext would refuse is marked as fuzzy, but import-po keeps "
+     "that has no catalog yet. --dir makes its directory; all files are written or none. JSON holds the entries of "
+     "one language or of all.\nA translation that gettext would refuse is marked as fuzzy, but import-po keeps "
      "it. A text that a PO file cannot hold is an error, and nothing is written; with --ignore=po-text, "
      "or a comment \"zolt-ignore po-text\" before the message, it is left out.\nExit status: 0; 1 with findings; "
      "2 when a file cannot be read or written.\nExample: zolt catalog export-po --dir po/ catalogs/"},
@@ -329,7 +330,8 @@ constexpr program_messages::built_in texts[] = {
      "Entries need msgctxt \"catalog/message\"; for files of other programs give --catalog. The language is that "
      "of --lang, else that of the file. Untranslated, fuzzy and obsolete entries are left out. Each plural form "
      "becomes a message of its own: name[0], name[1] and so on, with the file's rule for plurals as meta "
-     "text.\nExit status: 0; 1 with findings; 2 when a file cannot be read or written.\nExample: zolt catalog "
+     "text. JSON holds the messages as \"catalog show\" writes them.\nExit status: 0; 1 with findings; 2 when a "
+     "file cannot be read or written.\nExample: zolt catalog "
      "import-po po/de.po -o catalogs/app.de.xmc"},
     {phrase::po_files_argument, "argument.po_files", "PO files"},
     {phrase::po_directory_option, "option.po_directory", "Write LANGUAGE.po of every language into this directory"},
@@ -366,7 +368,42 @@ constexpr program_messages::built_in texts[] = {
     {phrase::po_duplicate, "finding.po_duplicate", "there is such an entry already"},
     {phrase::po_placeholders, "finding.po_placeholders", "the placeholders of msgstr are not those of msgid"},
     {phrase::po_imported, "po.imported",
-     "{path:string}: {n:int} messages, {untranslated:int} untranslated, {fuzzy:int} fuzzy"},
+     "{path:string}: {messages:string}, {untranslated:int} untranslated, {fuzzy:int} fuzzy"},
+    {phrase::messages_one, "count.messages.one", "{n:int} message"},
+    {phrase::messages_other, "count.messages.other", "{n:int} messages"},
+    {phrase::po_language_refused, "error.po_language", "a PO file cannot name the language \"{lang:string}\""},
+    {phrase::directory_not_made, "error.directory_not_made",
+     "the directory \"{path:string}\" cannot be made: {reason:string}"},
+    {phrase::about_po_second_message, "rule.po_second_message",
+     "Of several messages of one name only the one that the library serves is written."},
+    {phrase::about_po_fuzzy, "rule.po_fuzzy",
+     "gettext refuses a translation whose placeholders, or line ends at its edges, are not those of the reference; "
+     "marked as fuzzy it passes, and import-po keeps it."},
+    {phrase::about_po_bad_language, "rule.po_bad_language",
+     "A PO file and its name can hold languages of up to 64 letters, digits and the characters . - _ @ only; a "
+     "message of another one is not written."},
+    {phrase::about_po_reference, "rule.po_reference",
+     "A message that the reference language lacks has its own text as msgid, which tells translators nothing."},
+    {phrase::about_po_text, "rule.po_text",
+     "NUL, U+0004 and bytes that are no UTF-8 cannot be in a PO file; a message with one of them is not written."},
+    {phrase::about_po_duplicate, "rule.po_duplicate",
+     "Of several entries with the same msgctxt, and with --catalog the same msgid, only the first becomes a "
+     "message."},
+    {phrase::about_po_placeholders, "rule.po_placeholders",
+     "A translation needs the same placeholders as msgid; a plural form may lack some."},
+    {phrase::about_po_brace, "rule.po_brace",
+     "Beside placeholders a brace is written twice; a single one becomes text, but other programs stumble over "
+     "it."},
+    {phrase::about_po_context, "rule.po_context",
+     "msgctxt names the catalog and the message, with \"/\" between; with --catalog it may be anything. Another "
+     "entry is not imported."},
+    {phrase::about_po_no_language, "rule.po_no_language",
+     "The header names the language of a file unless --lang does; without one the file is not imported."},
+    {phrase::about_po_note, "rule.po_note",
+     "A note tells what a placeholder stands for; when it cannot be read, or names a type that is none, the "
+     "placeholder becomes a string."},
+    {phrase::about_po_syntax, "rule.po_syntax",
+     "One fault in the form of a PO file, and nothing of the file is imported."},
     // Lists, edits and checks of configuration.
     {phrase::config_list_about, "config.list.about", "Lists settings with the places that they come from"},
     {phrase::config_list_notes, "config.list.notes",
