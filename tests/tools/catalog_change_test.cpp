@@ -146,6 +146,11 @@ constexpr layout_row layout_rows[] = {
      "    <b c=\"d\"> <i> x</i></b>\n    <msg name=\"m\"><br>\n</br><arg name=\"x\" type=\"int\"> <!-- "
      "--></arg></msg>\n"
      "  </catalog>\n</xmc>\n"},
+    // one kind of line end; in values it would be another value
+    {"<!--a\r\nb\rc--><xmc\r\nversion='1.1'>\r\n\r\n<!--'\r\n-->\r\rx\r\ny<catalog name='\"\r\n\r'>\r\n"
+     "<b\rc='\r'>\r<!--\r--></b></catalog></xmc>\r\n",
+     "<!--a\nb\nc-->\n<xmc version=\"1.1\">\n  <!--'\n-->\n\n  x\ny\n  <catalog name=\"&quot;&#13;\n&#13;\">\n"
+     "    <b c=\"&#13;\">\n<!--\n--></b>\n  </catalog>\n</xmc>\n"},
 };
 
 TEST(CatalogLayout, IsOne) {
@@ -198,13 +203,17 @@ void expect_same_meaning(ustring8 const& text) {
 
 TEST(CatalogLayout, KeepsEveryMeaning) {
     constexpr std::string_view in_message[] = {
-        " ", "\n", "a", "&#32;", "<br/>", "<!--c-->", "<arg name='x'></arg>"};
+        " ", "\n", "a", "&#32;", "<br/>", "<!--\r-->", "<arg name='x'></arg>"};
     for_each_row(in_message, 4, [](std::string const& row) {
         expect_same_meaning(in_english("<msg name='m'>" + row + "</msg>"));
     });
-    constexpr std::string_view in_file[] = {
-        " ",         "\n\n", "a", "<!--c\n-->", "<include file='\"'></include>", "<catalog lang='en'>\n</catalog>",
-        "<b>\n</b >"};
+    constexpr std::string_view in_file[] = {" ",
+                                            "\n\n",
+                                            "a",
+                                            "<!--c\r\n-->",
+                                            "<b>\r</b >",
+                                            "<include file='\"\r'></include>",
+                                            "<catalog lang='en'>\n</catalog>"};
     for_each_row(in_file, 3, [](std::string const& row) {
         expect_same_meaning(HEADER + row + "<catalog lang='en'>" + row.substr(0, row.find("<c")) +
                             "</catalog></xmc>\n");
@@ -251,6 +260,11 @@ TEST_F(CatalogFormat, RewritesFilesInPlace) {
     std::filesystem::create_symlink("d/3.xmc", directory + "/link"); // whose include is not beside it
     expect("catalog fmt d/1.xmc -o -", 0, after);
     expect("catalog fmt --check d/1.xmc d/3.xmc d/1.xmc", 1, "d/1.xmc\nd/3.xmc\n");
+    EXPECT_EQ(
+        R"({"files": [{"file": "d/1.xmc","changed": true}],"errors": 0,"warnings": 0,"notes": 0,"findings": []})",
+        compact(run("catalog fmt --check --json d/1.xmc").out));
+    for (char const* const options : {"--json", "--check"}) // what is told about a file does not take its place
+        EXPECT_EQ(2, run("catalog fmt d/1.xmc -o d/../d/1.xmc " + std::string(options)).status);
     expect("catalog fmt -o f d", 2, "", "zolt: -o takes the text of a single file, and here are several\n");
     expect("catalog fmt none d", 2, "", "zolt: there is no file or directory \"none\"\n");
     EXPECT_EQ(2, run("catalog fmt link").status);
@@ -263,6 +277,11 @@ TEST_F(CatalogFormat, RewritesFilesInPlace) {
     EXPECT_EQ(after, content("d/3.xmc"));
     expect("catalog fmt --check d/1.xmc d/3.xmc", 0, "");
     expect("catalog fmt d/1.xmc", 0, "");
+    std::string const report = compact(run("catalog fmt d --json").out);
+    EXPECT_EQ(0u,
+              report.find(R"({"files": [{"file": "d/1.xmc","changed": false},{"file": "d/2.xmc","changed": false},)"
+                          R"({"file": "d/3.xmc","changed": false}],"errors": 1,)"))
+        << report;
     EXPECT_EQ(4, std::distance(std::filesystem::directory_iterator(directory + "/d"), {}));
 }
 
@@ -345,7 +364,12 @@ TEST_F(CatalogPseudo, MakesALanguageOfTheReference) {
         EXPECT_LT(6u, count);
     }
     expect("catalog fmt --check f.xmc", 0, "");
+    store(in_english("<msg name='m'>a</msg>"));
+    EXPECT_EQ(R"({"language": "en_XC","catalogs": [{"catalog": "a","messages": [{"name": "m","language": "en_XC",)"
+              R"("text": "x","placeholders": []}]}],"errors": 0,"warnings": 0,"notes": 0,"findings": []})",
+              compact(run("catalog pseudo --style=xxx --json f").out));
     store("<?xml?><xmc version='1.1'><catalog name='a' lang='en'><msg name='m'>\n&#228;</msg></catalog></xmc>");
+    EXPECT_EQ(0u, run("catalog pseudo --json f").out.find("{\n  \"errors\": 1,"));
     expect("catalog pseudo f", 1, "",
            "f:1:1: error: Bytes that are no UTF-8 reach the user as they are. [invalid-utf8]\n");
     expect("catalog pseudo --ref fi " + source, 2, "", "zolt: there are no messages to write\n");

@@ -173,7 +173,8 @@ void add_fmt(command const& catalog) {
         std::vector<std::string> paths;
         bool is_check = false;
     };
-    command const fmt = catalog.add("fmt", phrase::fmt_about, phrase::fmt_notes).with_report().changes_input();
+    command const fmt =
+        catalog.add("fmt", phrase::fmt_about, phrase::fmt_notes).with_json().with_report().changes_input();
     values& given = fmt.keep<values>();
     fmt.argument("PATH", given.paths, phrase::paths_argument).required();
     fmt.flag("--check", given.is_check, phrase::fmt_check_option);

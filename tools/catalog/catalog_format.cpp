@@ -7,6 +7,7 @@
 #include "catalog_tree.hpp"
 #include "tools/program/files.hpp"
 #include "tools/program/findings.hpp"
+#include "tools/program/json.hpp"
 #include "tools/program/result_file.hpp"
 
 #include <zolt/i18n/message_catalogs.hpp>
@@ -16,9 +17,11 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 namespace tools {
 namespace {
@@ -31,9 +34,33 @@ using token = xml_token_stream::token;
 // Each is a load of both files; that all messages are the same is known without.
 constexpr std::size_t most_languages = 8;
 
+/// A text, parsed once.
+struct parsed_catalog {
+    xml_token_stream tokens{};
+    std::vector<catalog_message> messages{};
+};
+
+/// What the library makes of a file in each of some languages.
+using loaded_catalogs = std::deque<message_catalogs>;
+
 bool is_same(message_t const& left, message_t const& right) {
     return left.name() == right.name() && left._orginal_locale() == right._orginal_locale() &&
            has_same_content(left, right);
+}
+
+bool has_same_messages(std::vector<catalog_message> const& left, std::vector<catalog_message> const& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](catalog_message const& a, catalog_message const& b) {
+                          return a.catalog == b.catalog && is_same(a.message, b.message);
+                      });
+}
+
+bool has_same_messages(message_catalogs const& left, message_catalogs const& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](auto const& a, auto const& b) {
+        return a.first == b.first &&
+               std::equal(a.second->begin(), a.second->end(), b.second->begin(), b.second->end(),
+                          [](auto const& x, auto const& y) { return is_same(x.second, y.second); });
+    });
 }
 
 std::vector<ustring8> some_languages_of(source_file const& file) {
@@ -42,12 +69,14 @@ std::vector<ustring8> some_languages_of(source_file const& file) {
     return languages;
 }
 
+// Comments may differ in how their lines end.
+bool has_same_value(token const& left, token const& right) {
+    return left.value() == right.value() ||
+           (left.type() == token::comment && with_line_feeds(left.value()) == with_line_feeds(right.value()));
+}
+
 // All but the blanks between elements and words, and whether an empty element has an end tag.
-bool has_same_tokens(ustring8 const& before, ustring8 const& after) {
-    xml_token_stream left;
-    xml_token_stream right;
-    left.parse(before);
-    if (right.parse(after).kind != zolt::parser::xml_parser::parse_error::no_error) return false;
+bool has_same_tokens(xml_token_stream const& left, xml_token_stream const& right) {
     auto const skip_space = [](auto& at, auto const& end) {
         while (at != end && (at->type() == token::space || at->type() == token::start_tag_end)) ++at;
         return at != end;
@@ -58,23 +87,34 @@ bool has_same_tokens(ustring8 const& before, ustring8 const& after) {
         bool const has_left = skip_space(a, left.end());
         if (skip_space(b, right.end()) != has_left) return false;
         if (!has_left) return true;
-        if (a->type() != b->type() || a->value() != b->value()) return false;
+        if (a->type() != b->type() || !has_same_value(*a, *b)) return false;
     }
 }
 
-// What the library itself makes of two files side by side.
-bool loads_the_same(ustring8 const& before, ustring8 const& after, std::vector<ustring8> const& languages) {
+bool is_same_catalog(source_file const& file, parsed_catalog const& before, ustring8 const& text) {
+    parsed_catalog after;
+    return after.tokens.parse(text).kind == zolt::parser::xml_parser::parse_error::no_error &&
+           has_same_tokens(before.tokens, after.tokens) && read_messages(file, after.tokens, after.messages) == 0 &&
+           has_same_messages(before.messages, after.messages);
+}
+
+// False at the first language in which the library refuses the file; `refused` then names it.
+bool load_all(ustring8 const& path, std::vector<ustring8> const& languages, loaded_catalogs& loaded,
+              ustring8& refused) {
     for (ustring8 const& language : languages) {
-        message_catalogs left;
-        message_catalogs right;
-        if (left.load_file(before, language).code() != right.load_file(after, language).code()) return false;
-        bool const has_same_messages =
-            std::equal(left.begin(), left.end(), right.begin(), right.end(), [](auto const& a, auto const& b) {
-                return a.first == b.first &&
-                       std::equal(a.second->begin(), a.second->end(), b.second->begin(), b.second->end(),
-                                  [](auto const& x, auto const& y) { return is_same(x.second, y.second); });
-            });
-        if (!has_same_messages) return false;
+        if (loaded.emplace_back().load_file(path, language).code() == message_catalogs::no_error) continue;
+        refused = language;
+        return false;
+    }
+    return true;
+}
+
+// The file is the one that was laid out.
+bool loads_the_same(ustring8 const& path, std::vector<ustring8> const& languages, loaded_catalogs const& expected) {
+    for (std::size_t i = 0; i != languages.size(); ++i) {
+        message_catalogs loaded;
+        bool const is_loaded = loaded.load_file(path, languages[i]).code() == message_catalogs::no_error;
+        if (!is_loaded || !has_same_messages(expected[i], loaded)) return false;
     }
     return true;
 }
@@ -86,15 +126,17 @@ public:
 
     exit_status run() {
         std::optional<std::vector<ustring8>> const files = files_to_read(m_session, m_options.paths);
-        if (!files) return exit_failed;
-        m_has_result_file = m_session.options.has_result_file && !m_options.is_check;
-        if (m_has_result_file && files->size() != 1) return fail(phrase::fmt_one_file, {}), exit_failed;
+        if (!files || !is_result_file_fit(*files)) return exit_failed;
         progress_bar progress(m_session.err);
         for (std::size_t i = 0; i != files->size(); ++i) {
             if (!m_session.options.is_quiet) progress.show(i, files->size());
-            format((*files)[i]);
+            bool const has_changed = format((*files)[i]);
+            if (m_session.is_json()) m_report.emplace_back((*files)[i], has_changed);
+            m_has_changes = m_has_changes || has_changed;
         }
-        m_found.print();
+        bool const is_report_lost = m_has_failed && m_session.options.has_result_file; // -o is for good ends
+        if (m_session.is_json()) print_report();
+        if (!m_session.is_json() || is_report_lost) m_found.print();
         if (m_has_failed) return exit_failed;
         return m_options.is_check && m_has_changes ? exit_findings : exit_good;
     }
@@ -105,57 +147,98 @@ private:
         m_has_failed = true;
     }
 
-    void format(ustring8 const& path) {
-        catalog_sources sources;
-        sources.add(path);
-        source_file const& file = *sources.read_next();
-        ustring8 text;
-        if (!file.is_readable || !load(path, text)) return fail(phrase::not_readable, why_unreadable(path));
-        if (!is_valid(file)) return void(m_has_failed = true);
-        ustring8 const laid_out = lay_out_catalog(text);
-        if (laid_out != text && !is_same_catalog(file, text, laid_out)) return refuse(path);
-        if (m_has_result_file) return m_session.out.write(laid_out);
-        if (laid_out == text) return;
-        m_has_changes = true;
-        if (m_options.is_check) return m_session.out.line(printable(path));
-        m_session.tell(path);
-        replace(file, laid_out);
+    // -o takes the text of one file, which may be its own place, or what is told about all of them.
+    bool is_result_file_fit(std::vector<ustring8> const& files) {
+        common_options const& given = m_session.options;
+        m_has_result_file = given.has_result_file && !m_options.is_check && !m_session.is_json();
+        if (m_has_result_file && files.size() != 1) return fail(phrase::fmt_one_file, {}), false;
+        if (m_has_result_file || !given.has_result_file || given.result_file == "-") return true;
+        ustring8 const result = real_path(given.result_file);
+        bool const is_input = std::any_of(files.begin(), files.end(),
+                                          [&](ustring8 const& file) { return real_path(file) == result; });
+        if (is_input) fail(phrase::result_is_input, {{"path", given.result_file}});
+        return !is_input;
     }
 
-    bool is_valid(source_file const& file) {
-        std::vector<catalog_message> messages;
-        unsigned const fault = file.is_well_formed ? read_messages(file, messages) : file.fault_line;
-        if (fault == 0) return !add_load_fault(m_found, file, some_languages_of(file));
-        add_element_fault(m_session, m_found, file, fault);
-        return false;
+    // True when the file has another layout than it should have, and nothing speaks against it.
+    bool format(ustring8 const& path) {
+        ustring8 text;
+        if (!load(path, text)) return fail(phrase::not_readable, why_unreadable(path)), false;
+        source_file file{.path = path, .is_readable = true};
+        parsed_catalog before;
+        read_elements(file, text, before.tokens);
+        loaded_catalogs loaded;
+        if (!is_valid(file, before, loaded)) return m_has_failed = true, false;
+        ustring8 const laid_out = lay_out_catalog(text);
+        bool const is_changed = laid_out != text;
+        if (is_changed && !is_same_catalog(file, before, laid_out)) return refuse(path);
+        if (m_has_result_file) return m_session.out.write(laid_out), is_changed;
+        if (is_changed && m_options.is_check && !m_session.is_json()) m_session.out.line(printable(path));
+        if (!is_changed || m_options.is_check) return is_changed;
+        m_session.tell(path);
+        return replace(file, text, laid_out, loaded);
+    }
+
+    bool is_valid(source_file const& file, parsed_catalog& content, loaded_catalogs& loaded) {
+        unsigned const fault =
+            file.is_well_formed ? read_messages(file, content.tokens, content.messages) : file.fault_line;
+        if (fault != 0) return add_element_fault(m_session, m_found, file, fault), false;
+        ustring8 refused;
+        return load_all(file.path, some_languages_of(file), loaded, refused) ||
+               !add_load_fault(m_found, file, {refused});
     }
 
     // The new file stands beside the old one, so that both include the same.
-    void replace(source_file const& file, ustring8 const& text) {
+    bool replace(source_file const& file, ustring8 const& before, ustring8 const& after, loaded_catalogs& loaded) {
         result_file target(file.path);
-        std::error_code no_path;
-        ustring8 const old_file = std::filesystem::canonical(file.path.c_str(), no_path).native();
+        std::vector<ustring8> const languages = some_languages_of(file);
+        ustring8 refused;
         if (target.stream()) {
-            target.write(text);
+            target.write(after);
             (void)std::fflush(target.stream());
-            bool const is_whole = std::ferror(target.stream()) == 0;
-            if (is_whole && !target.temporary().empty() &&
-                !loads_the_same(old_file, target.temporary(), some_languages_of(file)))
-                return refuse(file.path);
+            bool const is_whole = std::ferror(target.stream()) == 0 && !target.temporary().empty();
+            std::error_code no_link;
+            if (is_whole && std::filesystem::is_symlink(file.path.c_str(), no_link)) {
+                loaded.clear();
+                if (!load_all(real_path(file.path), languages, loaded, refused)) return refuse(file.path);
+            }
+            if (is_whole && !loads_the_same(target.temporary(), languages, loaded)) return refuse(file.path);
         }
+        // Nobody else's change is to be lost.
+        ustring8 now;
+        if (target.stream() && (!load(file.path, now) || now != before)) return refuse(file.path);
         int const error = target.commit();
         if (error != 0) fail(phrase::file_not_written, {{"path", file.path}, {"reason", std::strerror(error)}});
+        return error == 0;
     }
 
-    void refuse(ustring8 const& path) {
+    bool refuse(ustring8 const& path) {
         m_found.add({path, 1, 1, severity::error, "layout", m_session.texts.get(phrase::fmt_not_same)});
         m_has_failed = true;
+        return false;
+    }
+
+    void print_report() {
+        json_writer json;
+        json.begin_object();
+        json.begin_array("files");
+        for (auto const& [path, has_changed] : m_report) {
+            json.begin_object();
+            json.member("file", path);
+            json.member("changed", has_changed);
+            json.end_object();
+        }
+        json.end_array();
+        m_found.append_to(json);
+        json.end_object();
+        m_session.out.line(json.text());
     }
 
     session const& m_session;
     format_options const& m_options;
     finding_list m_found;
-    bool m_has_result_file = false;
+    std::vector<std::pair<ustring8, bool>> m_report;
+    bool m_has_result_file = false; // for the text of a file
     bool m_has_changes = false;
     bool m_has_failed = false;
 };
@@ -167,14 +250,9 @@ exit_status format_catalogs(session const& session, format_options const& option
 }
 
 bool is_same_catalog(source_file const& file, ustring8 const& before, ustring8 const& after) {
-    if (!has_same_tokens(before, after)) return false;
-    std::vector<catalog_message> left;
-    std::vector<catalog_message> right;
-    if (read_messages(file, before, left) != read_messages(file, after, right)) return false;
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](catalog_message const& a, catalog_message const& b) {
-                          return a.catalog == b.catalog && is_same(a.message, b.message);
-                      });
+    parsed_catalog content;
+    return content.tokens.parse(before).kind == zolt::parser::xml_parser::parse_error::no_error &&
+           read_messages(file, content.tokens, content.messages) == 0 && is_same_catalog(file, content, after);
 }
 
 } // namespace tools

@@ -4,6 +4,8 @@
 // A message is a row of words with blanks between them, each of which means no more than "here is a blank", so
 // that any may be a line end. Not so at the edges of the message and beside br, where a line end is taken for
 // layout by whoever reads the file and for a blank by the library: there the blank stays one.
+//
+// Line ends are made line feeds before anything else, as what means nothing.
 #include "catalog_layout.hpp"
 
 #include "tools/program/terminal.hpp"
@@ -38,6 +40,7 @@ struct piece {
     std::vector<attribute> attributes{};
 
     bool starts_element() const { return kind == start_tag || kind == empty_tag; }
+    bool is_tag() const { return starts_element() || kind == end_tag; }
 };
 
 /// Goes through a well-formed text piece by piece.
@@ -341,8 +344,47 @@ private:
     bool m_is_first = false;      // nothing stands in the open catalog or root yet
 };
 
+// Appends a part of a text with other line ends as line feeds. In a value a carriage return means itself.
+void append_with_line_feeds(ustring8& out, std::string_view text, bool is_tag) {
+    char quote = '\0';
+    for (std::size_t i = 0; i != text.size(); ++i) {
+        char const c = text[i];
+        if (c == quote) {
+            quote = '\0';
+        } else if (is_tag && quote == '\0' && (c == '"' || c == '\'')) {
+            quote = c;
+        }
+        if (c != '\r') {
+            out += c;
+        } else if (quote != '\0') {
+            out += "&#13;";
+        } else if (text.substr(i + 1, 1) != "\n") {
+            out += '\n';
+        }
+    }
+}
+
+ustring8 catalog_with_line_feeds(std::string_view text) {
+    ustring8 result;
+    result.reserve(text.size());
+    piece_reader in(text);
+    append_with_line_feeds(result, in.take_header(), false);
+    while (in.next()) append_with_line_feeds(result, in.current().raw, in.current().is_tag());
+    return result;
+}
+
 } // namespace
 
-ustring8 lay_out_catalog(ustring8 const& text) { return catalog_layout(text).run(); }
+ustring8 lay_out_catalog(ustring8 const& text) {
+    if (text.find('\r') == ustring8::npos) return catalog_layout(text).run();
+    ustring8 const same = catalog_with_line_feeds(text);
+    return catalog_layout(same).run();
+}
+
+ustring8 with_line_feeds(std::string_view text) {
+    ustring8 result;
+    append_with_line_feeds(result, text, false);
+    return result;
+}
 
 } // namespace tools

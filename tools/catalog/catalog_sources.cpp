@@ -74,14 +74,8 @@ private:
 void read(source_file& file) {
     ustring8 text;
     file.is_readable = load(file.path, text);
-    if (!file.is_readable) return;
-    source_map const map(text);
-    xml_token_stream stream;
-    xml_parser::parse_error const fault = stream.parse(text);
-    element_reader reader(file, map);
-    for (token const& next : stream) reader.take(next);
-    file.is_well_formed = fault.kind == xml_parser::parse_error::no_error;
-    file.fault_line = map.fault_line(fault.line, reader.events());
+    xml_token_stream tokens;
+    if (file.is_readable) read_elements(file, text, tokens);
 }
 
 bool is_catalog(source_file const& file, element const& element) {
@@ -119,6 +113,15 @@ std::map<ustring8, ustring8> source_file::languages() const {
         if (!language.empty()) result.emplace(normalized_language(language), language);
     }
     return result;
+}
+
+void read_elements(source_file& file, ustring8 const& text, xml_token_stream& tokens) {
+    source_map const map(text);
+    xml_parser::parse_error const fault = tokens.parse(text);
+    element_reader reader(file, map);
+    for (token const& next : tokens) reader.take(next);
+    file.is_well_formed = fault.kind == xml_parser::parse_error::no_error;
+    file.fault_line = map.fault_line(fault.line, reader.events());
 }
 
 std::size_t catalog_sources::add(ustring8 const& path) {

@@ -7,6 +7,8 @@
 
 #include "tools/program/library.hpp"
 
+#include <zolt/parser/xml_token_stream.hpp>
+
 #include <cstddef>
 #include <deque>
 #include <map>
@@ -47,6 +49,9 @@ struct source_file {
     /// The languages that catalogs of this file are written in: normalized, and as first written.
     std::map<ustring8, ustring8> languages() const;
 };
+
+/// Takes the elements from the text of a file, and leaves its tokens to those who look closer.
+void read_elements(source_file& file, ustring8 const& text, zolt::parser::xml_token_stream& tokens);
 
 class catalog_sources {
 public:

@@ -7,13 +7,13 @@
 #include "catalog_texts.hpp"
 
 #include "catalog_scan.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/notation.hpp"
 #include "tools/program/rules.hpp"
 
 #include <zolt/i18n/_private/xmc_file_loader.hpp>
 #include <zolt/parser/xml_token_stream.hpp>
 #include <zolt/strings/string_utility.hpp>
-#include <zolt/system/file_utility.hpp>
 
 #include <algorithm>
 #include <set>
@@ -328,14 +328,16 @@ bool is_text(message_item const& item, bool is_after_text) {
 
 unsigned read_messages(source_file const& file, std::vector<catalog_message>& messages) {
     ustring8 text;
-    return zolt::system::load_file(file.path, text) == 0 ? read_messages(file, text, messages) : 1;
+    xml_token_stream tokens;
+    bool const is_read =
+        load(file.path, text) && tokens.parse(text).kind == zolt::parser::xml_parser::parse_error::no_error;
+    return is_read ? read_messages(file, tokens, messages) : 1;
 }
 
-unsigned read_messages(source_file const& file, ustring8 const& text, std::vector<catalog_message>& messages) {
-    xml_token_stream stream;
-    if (stream.parse(text).kind != zolt::parser::xml_parser::parse_error::no_error) return 1;
+unsigned read_messages(source_file const& file, xml_token_stream const& tokens,
+                       std::vector<catalog_message>& messages) {
     message_reader reader(file, messages);
-    for (token const& next : stream) {
+    for (token const& next : tokens) {
         if (!reader.take(next)) return reader.line();
     }
     return 0;

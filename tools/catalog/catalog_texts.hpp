@@ -30,8 +30,9 @@ struct catalog_message {
 /// the line of the first element that the library would refuse; then nothing behind it was read. An argument of
 /// type "value" is a value_argument.
 unsigned read_messages(source_file const& file, std::vector<catalog_message>& messages);
-/// The same from a text that has the elements of the file.
-unsigned read_messages(source_file const& file, ustring8 const& text, std::vector<catalog_message>& messages);
+/// The same from the tokens of a text that has the elements of the file.
+unsigned read_messages(source_file const& file, zolt::parser::xml_token_stream const& tokens,
+                       std::vector<catalog_message>& messages);
 
 /// The name of a placeholder's argument, then its options' keys and values in turn.
 std::vector<std::string_view> split_item_data(std::string_view data);
