@@ -297,12 +297,14 @@ constexpr pseudo_row pseudo_rows[] = {
     {"", "", "", ""},
     {" \n", " \n", " \n", " \n"},
     {"Save", "[Šåṽé öñ]", ">>[Save]|", "Xxxx"},
-    {"Size 42: ", "[Šîžé 42: öñé] ", ">>[Size 42:]| ", "Xxxx 42: "},
+    {"Size 42: ", "[Šîžé 42 öñé:] ", ">>[Size 42:]| ", "Xxxx 42: "},
     {"a {x:int base=hex} z", "[å {x:int base=hex} ž öñ]", ">>[a] {x:int base=hex} [z]|", "x {x:int base=hex} x"},
     {" {s:memory} {s:memory_unit}", " [{s:memory} {s:memory_unit} ö]", " >>{s:memory} {s:memory_unit}|",
      " {s:memory} {s:memory_unit}"},
-    {"One.\n\n {x:string}", "[Öñé. öñ]\n\n [{x:string}]", ">>[One.]|\n\n >>{x:string}|", "Xxx.\n\n {x:string}"},
-    {"„Ж“ ×\xFF", "[„Ж“ ×\xFF öñ]", ">>[„Ж“ ×\xFF]|", "„x“ ×\xFF"},
+    {"One.\n\n {x:string}", "[Öñé öñ.]\n\n [{x:string}]", ">>[One.]|\n\n >>{x:string}|", "Xxx.\n\n {x:string}"},
+    {"...\n{x}...", "[ö...]\n[{x:string} ö...]", ">>[...]|\n>>{x:string}[...]|", "...\n{x:string}..."},
+    {"ساعت؟", "[ساعت öñ؟]", ">>[ساعت؟]|", "xxxx؟"},
+    {"„Ж“ ×\xFF", "[„Ж öñ“ ×\xFF]", ">>[„Ж“ ×\xFF]|", "„x“ ×\xFF"},
 };
 
 std::string with_marks(std::string text) {
@@ -374,6 +376,23 @@ TEST_F(CatalogPseudo, MakesALanguageOfTheReference) {
            "f:1:1: error: Bytes that are no UTF-8 reach the user as they are. [invalid-utf8]\n");
     expect("catalog pseudo --ref fi " + source, 2, "", "zolt: there are no messages to write\n");
     EXPECT_EQ(2, run("catalog pseudo --style=none " + source).status);
+}
+
+// What is found with a test language is what is found without it.
+TEST_F(CatalogPseudo, PassesTheChecksOfTheReference) {
+    store(in_english("<msg name='m'>Really?)</msg><msg name='n'>Size:&#32;</msg><msg name='o'>a <br/>b...\"</msg>"
+                     "<msg name='p'>“<arg name='x'/>!”</msg><!-- zolt-ignore unknown-type why -->"
+                     "<msg name='q'><arg name='x' type='y'/></msg><msg name='r'>50 %!</msg><msg name='s'>.</msg>"),
+          "a.xmc");
+    for (std::string const tree : {"/examples", "/tools/catalogs", "/tests/tools/data/clean", ""}) {
+        std::string const path = tree.empty() ? "a.xmc" : ZOLT_SOURCE_DIR + tree;
+        program_run const expected = run("catalog check -q --fail-on=note " + path);
+        for (std::string const style : {"accent", "bidi", "xxx"}) {
+            SCOPED_TRACE(style);
+            expect("catalog pseudo -o p.xmc --style=" + style + " " + path, 0, "");
+            expect("catalog check -q --fail-on=note p.xmc " + path, expected.status, "", expected.err);
+        }
+    }
 }
 
 //--------------------------------------------------------------------------------------------------

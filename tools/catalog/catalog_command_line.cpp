@@ -188,7 +188,8 @@ void add_pseudo(command const& catalog) {
         std::vector<std::string> paths;
         std::string style = "accent";
     };
-    command const pseudo = catalog.add("pseudo", phrase::pseudo_about, phrase::pseudo_notes);
+    command const pseudo =
+        catalog.add("pseudo", phrase::pseudo_about, phrase::pseudo_notes).with_json().with_report();
     values& given = pseudo.keep<values>();
     pseudo.argument("PATH", given.paths, phrase::paths_argument).required();
     pseudo.option("--style", given.style, phrase::style_option, "accent|bidi|xxx");

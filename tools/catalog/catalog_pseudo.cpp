@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: BSL-1.0
 //
 // A message is taken apart into lines, and each line into texts and placeholders. Directions end with a line
-// and brackets show where one is cut off, so a line is what gets a start and an end.
+// and brackets show where one is cut off, so a line is what gets a start and an end. What is added to a line stands
+// before the punctuation at its end, which other programs compare with that of the reference.
 #include "catalog_pseudo.hpp"
 
 #include "catalog_layout.hpp"
 #include "catalog_tree.hpp"
+#include "check_rules.hpp"
+#include "message_json.hpp"
 #include "text_words.hpp"
 #include "tools/program/languages.hpp"
 #include "tools/program/notation.hpp"
@@ -60,19 +63,22 @@ std::size_t count_characters(std::string_view text) {
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
+// True when a text begins with a letter. `size` becomes that of the character, for a byte that is none 1.
+bool begins_with_letter(std::string_view text, unsigned long& size) {
+    unsigned long const character = zolt::strings::unichar(
+        text.data(), static_cast<unsigned long>(std::min<std::size_t>(text.size(), 4)), 0, size);
+    bool const is_text = size != zolt::strings::no_index;
+    if (!is_text) size = 1;
+    return is_text && is_letter(character);
+}
+
 void append_crossed_out(ustring8& line, std::string_view text) {
     while (!text.empty()) {
         unsigned long size = 0;
-        unsigned long const character = zolt::strings::unichar(
-            text.data(), static_cast<unsigned long>(std::min<std::size_t>(text.size(), 4)), 0, size);
-        bool const is_text = size != zolt::strings::no_index;
-        if (!is_text) size = 1;
-        if (is_capital(text.front())) {
-            line += 'X';
-        } else if (is_small(text.front()) || (is_text && character >= 0x80 && is_letter(character))) {
-            line += 'x';
-        } else {
+        if (!begins_with_letter(text, size)) {
             line.append(text.substr(0, size));
+        } else {
+            line += is_capital(text.front()) ? 'X' : 'x';
         }
         text.remove_prefix(size);
     }
@@ -97,6 +103,22 @@ std::string_view take_last_blanks(std::string_view& text) {
     std::string_view const blanks = text.substr(size);
     text = text.substr(0, size);
     return blanks;
+}
+
+// What stands behind the last letter or digit.
+std::string_view take_last_marks(std::string_view& text) {
+    std::size_t size = text.size();
+    while (size != 0) {
+        std::size_t start = size - 1;
+        while (start != 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+        bool const is_digit = text[start] >= '0' && text[start] <= '9';
+        unsigned long character_size = 0;
+        if (is_digit || begins_with_letter(text.substr(start, size - start), character_size)) break;
+        size = start;
+    }
+    std::string_view const marks = text.substr(size);
+    text = text.substr(0, size);
+    return marks;
 }
 
 class message_maker {
@@ -146,7 +168,12 @@ private:
 
     void write_line() {
         std::size_t characters = 0;
-        if (m_style == pseudo_style::accent) m_text += '[';
+        std::string_view marks;
+        if (m_style == pseudo_style::accent) {
+            m_text += '[';
+            marks = take_last_marks(m_line.back().text);
+            characters += count_characters(marks);
+        }
         if (m_style == pseudo_style::bidi) m_text += isolate_right_to_left;
         for (segment const& next : m_line) {
             if (next.placeholder) {
@@ -159,7 +186,7 @@ private:
         }
         if (m_style == pseudo_style::accent) {
             lengthen(characters);
-            m_text += ']';
+            m_text.append(marks) += ']';
         }
         if (m_style == pseudo_style::bidi) m_text += end_of_isolate;
     }
@@ -175,7 +202,8 @@ private:
 
     // By a third, with a blank before what is added.
     void lengthen(std::size_t characters) {
-        if (characters != 0) m_text += ' ';
+        bool const is_line_empty = !m_text.empty() && m_text.back() == '[';
+        if (characters != 0 && !is_line_empty) m_text += ' ';
         for (std::size_t left = (characters + 2) / 3; left != 0;) {
             std::string_view const part = padding.substr(0, left);
             append_accented(m_text, part);
@@ -199,6 +227,41 @@ bool is_utf8(catalog_message const& entry) {
            is_strict_utf8(entry.message.meta()) &&
            std::all_of(entry.message.begin(), entry.message.end(),
                        [](message_item const& item) { return is_strict_utf8(item.data()); });
+}
+
+// What was not to be found in the reference is not to be found in what is made of it.
+std::vector<ustring8> ignored_rules(catalog_message const& entry) {
+    std::vector<ustring8> rules = entry.ignored;
+    std::erase_if(rules, [](ustring8 const& rule) { return rule_set_of(rule) == 0; });
+    return rules;
+}
+
+struct made_message {
+    catalog_message const* reference;
+    message_t message;
+};
+
+void print_catalog(session const& session, std::vector<made_message> const& made) {
+    catalog_writer writer;
+    for (auto const& [reference, message] : made)
+        writer.add(reference->catalog, message, ignored_rules(*reference));
+    session.out.write(lay_out_catalog(writer.text()));
+}
+
+// With findings the messages are left out.
+void print_json(session const& session, ustring8 const& language, std::vector<made_message> const& made,
+                finding_list& found) {
+    json_writer json;
+    json.begin_object();
+    if (found.status() == exit_good) {
+        std::map<ustring8, message_list> catalogs;
+        for (auto const& [reference, message] : made) catalogs[reference->catalog].push_back(&message);
+        json.member("language", language);
+        append_catalogs(json, session.out, catalogs);
+    }
+    found.append_to(json);
+    json.end_object();
+    session.out.line(json.text());
 }
 
 } // namespace
@@ -234,20 +297,23 @@ exit_status make_pseudo_catalogs(session const& session, pseudo_options const& o
         return exit_failed;
     }
     finding_list found(session);
-    catalog_writer writer;
+    std::vector<made_message> made;
+    made.reserve(chosen.size());
     for (auto const& [key, entry] : chosen) {
         if (!is_utf8(*entry))
             found.add({tree.path_of(*entry), entry->line, 1, severity::error, "invalid-utf8",
                        session.texts.get(phrase::about_invalid_utf8),
                        entry->catalog + "/" + entry->message.name()});
-        message_t message = pseudo_message(entry->message, options.style);
-        message._orginal_locale(language);
-        writer.add(entry->catalog, message);
+        made.push_back({entry, pseudo_message(entry->message, options.style)});
+        made.back().message._orginal_locale(language);
     }
-    found.print();
-    if (found.status() != exit_good) return found.status();
-    session.out.write(lay_out_catalog(writer.text()));
-    return exit_good;
+    if (session.is_json()) {
+        print_json(session, language, made, found);
+    } else {
+        found.print();
+        if (found.status() == exit_good) print_catalog(session, made);
+    }
+    return found.status();
 }
 
 } // namespace tools

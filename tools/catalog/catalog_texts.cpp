@@ -343,7 +343,7 @@ unsigned read_messages(source_file const& file, xml_token_stream const& tokens,
     return 0;
 }
 
-void catalog_writer::add(ustring8 const& catalog, message_t const& message) {
+void catalog_writer::add(ustring8 const& catalog, message_t const& message, std::vector<ustring8> const& ignored) {
     auto const [known, is_new] = m_known.try_emplace({catalog, message._orginal_locale()}, m_catalogs.size());
     if (is_new) {
         ustring8& start = m_catalogs.emplace_back("  <catalog");
@@ -352,6 +352,9 @@ void catalog_writer::add(ustring8 const& catalog, message_t const& message) {
         start += ">\n";
     }
     ustring8& text = m_catalogs[known->second];
+    if (!ignored.empty()) text += "    <!-- zolt-ignore";
+    for (ustring8 const& rule : ignored) text.append(" ").append(rule);
+    if (!ignored.empty()) text += " -->\n";
     text += "    <msg";
     append_attribute(text, "name", message.name());
     if (!message.meta().empty()) append_attribute(text, "meta", message.meta());

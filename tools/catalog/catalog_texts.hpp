@@ -43,8 +43,9 @@ bool is_text(zolt::i18n::message_item const& item, bool is_after_text);
 /// A catalog file. Catalogs stand in the order in which their first message came.
 class catalog_writer {
 public:
-    /// The message's language is the catalog's.
-    void add(ustring8 const& catalog, zolt::i18n::message_t const& message);
+    /// The message's language is the catalog's. Rules to be ignored are named in a comment before it.
+    void add(ustring8 const& catalog, zolt::i18n::message_t const& message,
+             std::vector<ustring8> const& ignored = {});
     ustring8 text() const;
 
 private:

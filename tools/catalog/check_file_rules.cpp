@@ -36,6 +36,12 @@ rule_set set_of(std::vector<std::string_view> const& words) {
     return result;
 }
 
+bool ends_in_blank_reference(std::string_view text) {
+    constexpr std::string_view references[] = {"&#32;", "&#x20;", "&nbsp;"};
+    return std::any_of(std::begin(references), std::end(references),
+                       [text](std::string_view reference) { return text.ends_with(reference); });
+}
+
 // Bytes that are plain text wherever they stand.
 constexpr std::array<bool, 256> make_plain_bytes() {
     std::array<bool, 256> plain{};
@@ -198,7 +204,8 @@ void file_rules::include(scanned_element const& include) {
 void file_rules::message(scanned_message const& message) {
     report_bytes_before(message.offset);
     if (m_language == none) return;
-    bool const ends_in_blank = message.space_at_end != no_offset && !has_line_end(message.space_at_end);
+    bool const ends_in_blank = message.space_at_end == no_offset ? ends_in_blank_reference(message.last_text)
+                                                                 : !has_line_end(message.space_at_end);
     checked_message kept{.name = message.value_of("name"),
                          .file = m_file,
                          .catalog = m_catalog,

@@ -28,9 +28,11 @@ struct ending {
     std::string_view meaning;
 };
 
-// What closes a text behind its punctuation, or is a blank.
-constexpr std::string_view closing[] = {"\"", "'",  ")",  "]",  "}",      "“",      "”",      "’",      "»",
-                                        "«",  "」", "』", "）", "&quot;", "&apos;", "&nbsp;", "\u00A0", "\u202F"};
+// What closes a text behind its punctuation, or a direction, or is a blank.
+constexpr std::string_view closing[] = {"\"",     "'",      ")",      "]",      "}",      "“",
+                                        "”",      "’",      "»",      "«",      "」",     "』",
+                                        "）",     "&quot;", "&apos;", "&#32;",  "&#x20;", "&nbsp;",
+                                        "\u00A0", "\u202F", "\u200E", "\u200F", "\u202C", "\u2069"};
 constexpr ending endings[] = {{"...", "..."}, {"…", "..."}, {"。", "."}, {"।", "."},  {"．", "."}, {"۔", "."},
                               {".", "."},     {"!", "!"},   {"！", "!"}, {"?", "?"},  {"？", "?"}, {"؟", "?"},
                               {":", ":"},     {"：", ":"},  {",", ","},  {"，", ","}, {"、", ","}};
