@@ -450,7 +450,9 @@ TEST_F(CatalogSchema, SortsTheGoodFromTheBad) {
     if (std::system("xmllint --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "xmllint is not installed";
     expect("catalog schema --rng -o relaxng", 0, "");
     expect("catalog schema --xsd -o schema", 0, "");
-    expect("catalog schema", 2, "", "zolt: one of --rng, --xsd is required\n");
+    expect("catalog schema --json", 2, "", "zolt: one of --rng, --xsd is required\n");
+    EXPECT_EQ(0u, run("catalog schema --json --xsd")
+                      .out.find("{\n  \"kind\": \"xml-schema\",\n  \"schema\": \"<?xml version=\\\"1.0\\\""));
     std::string files;
     std::size_t count = 0;
     for (char const* const place : {"/examples", "/tools/catalogs", "/tests/tools/data/clean"}) {

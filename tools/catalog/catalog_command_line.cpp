@@ -203,13 +203,12 @@ void add_schema(command const& catalog) {
         bool is_relax_ng = false;
         bool is_xml_schema = false; // the one or the other
     };
-    command const schema = catalog.add("schema", phrase::schema_about, phrase::schema_notes);
+    command const schema = catalog.add("schema", phrase::schema_about, phrase::schema_notes).with_json();
     values& given = schema.keep<values>();
     schema.needs_one_of({schema.flag("--rng", given.is_relax_ng, phrase::rng_option),
                          schema.flag("--xsd", given.is_xml_schema, phrase::xsd_option)});
     schema.runs([&given](session const& session) {
-        session.out.write(given.is_relax_ng ? relax_ng_schema() : xml_schema());
-        return exit_good;
+        return print_schema(session, given.is_relax_ng ? schema_kind::relax_ng : schema_kind::xml_schema);
     });
 }
 

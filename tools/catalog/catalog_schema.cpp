@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "catalog_schema.hpp"
 
+#include "tools/program/json.hpp"
+
+#include <string_view>
+
 namespace tools {
 namespace {
 
@@ -307,8 +311,17 @@ constexpr std::string_view xsd = R"(<?xml version="1.0" encoding="UTF-8"?>
 
 } // namespace
 
-std::string_view relax_ng_schema() { return relax_ng; }
-
-std::string_view xml_schema() { return xsd; }
+exit_status print_schema(session const& session, schema_kind kind) {
+    bool const is_relax_ng = kind == schema_kind::relax_ng;
+    std::string_view const schema = is_relax_ng ? relax_ng : xsd;
+    if (!session.is_json()) return session.out.write(schema), exit_good;
+    json_writer json;
+    json.begin_object();
+    json.member("kind", is_relax_ng ? "relax-ng" : "xml-schema");
+    json.member("schema", schema);
+    json.end_object();
+    session.out.line(json.text());
+    return exit_good;
+}
 
 } // namespace tools

@@ -9,13 +9,16 @@
 // library loads, unless it is XML that the library does not read, such as CDATA sections, or includes are missing.
 #pragma once
 
-#include <string_view>
+#include "tools/program/session.hpp"
 
 namespace tools {
 
-/// In the XML syntax.
-std::string_view relax_ng_schema();
-/// W3C XML Schema 1.0, in which the options of an argument cannot depend on its type.
-std::string_view xml_schema();
+enum class schema_kind {
+    relax_ng,  ///< in the XML syntax
+    xml_schema ///< of W3C, version 1.0, in which the options of an argument cannot depend on its type
+};
+
+/// `zolt catalog schema`
+exit_status print_schema(session const& session, schema_kind kind);
 
 } // namespace tools

@@ -64,7 +64,6 @@ public:
         : m_session(session), m_options(options), m_texts(session) {}
 
     exit_status run() {
-        if (m_options.is_gettext && m_session.is_json()) return fail(phrase::no_json, {});
         exit_status const status = m_texts.read(m_options.paths);
         if (status != exit_good) return status;
         m_texts.found().print();
@@ -116,10 +115,10 @@ private:
 
     exit_status write_results() const {
         if (draws_on_output()) return exit_good;
-        if (m_options.is_gettext) {
-            print_sentences();
-        } else if (m_session.is_json()) {
+        if (m_session.is_json()) {
             print_json();
+        } else if (m_options.is_gettext) {
+            print_sentences();
         } else {
             print_table();
         }
@@ -168,6 +167,7 @@ private:
         for (std::size_t i = 0; i != m_counts.size(); ++i) {
             json.begin_object();
             json.member("language", m_texts.languages()[i].spelling);
+            if (m_options.is_gettext) json.member("sentence", gettext_sentence(m_counts[i].sum));
             append(json, m_counts[i].sum);
             json.begin_array("catalogs");
             for (auto const& [catalog, each] : m_counts[i].catalogs) {

@@ -5,6 +5,7 @@
 #include "completion_chart.hpp"
 
 #include "tools/program/terminal.hpp"
+#include "tools/program/utf8.hpp"
 
 #include <zolt/strings/unicode.hpp>
 
@@ -19,9 +20,9 @@ constexpr std::size_t margin = 16;
 constexpr std::size_t row_height = 26;
 constexpr std::size_t bar_height = 16;
 constexpr std::size_t bar_width = 400;
-constexpr std::size_t number_width = 150;
-constexpr std::size_t column_width = 8; // of the terminal's columns, a little more than letters take
-constexpr std::size_t most_columns = 24;
+constexpr std::size_t least_name_width = 32;
+constexpr std::size_t most_name_width = 192;
+constexpr std::string_view ellipsis = "…";
 
 constexpr std::string_view style = "<style>\n"
                                    "text { font: 13px system-ui, sans-serif; fill: #1f2328; }\n"
@@ -69,17 +70,50 @@ std::string xml_text(std::string_view text) {
     return result;
 }
 
+// The pixels that a character takes in the wider ones of the common fonts.
+std::size_t width_of_character(std::string_view character) {
+    constexpr std::string_view wide = "mwMW@%";
+    char const first = character.front();
+    if (character.size() > 1) return display_width(character) == 1 ? 11 : 8 * display_width(character);
+    if (wide.find(first) != std::string_view::npos) return 13;
+    return first >= 'A' && first <= 'Z' ? 10 : 8;
+}
+
+std::string_view first_character(std::string_view text) {
+    return text.substr(0, std::max<std::size_t>(1, utf8_size(text)));
+}
+
+std::size_t width_of(std::string_view text) {
+    std::size_t width = 0;
+    while (!text.empty()) {
+        std::string_view const next = first_character(text);
+        width += width_of_character(next);
+        text.remove_prefix(next.size());
+    }
+    return width;
+}
+
 // The first characters of a long name.
-std::string_view cut(std::string_view text) {
-    std::size_t end = std::min(text.size(), 4 * most_columns);
-    while (end != 0 && display_width(text.substr(0, end)) > most_columns) --end;
-    while (end != 0 && end != text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    return text.substr(0, end);
+std::string shown_name(std::string_view name) {
+    if (width_of(name) <= most_name_width) return std::string(name);
+    std::size_t size = 0;
+    std::size_t width = width_of(ellipsis);
+    for (;;) {
+        std::string_view const next = first_character(name.substr(size));
+        width += width_of_character(next);
+        if (width > most_name_width) return std::string(name.substr(0, size)).append(ellipsis);
+        size += next.size();
+    }
+}
+
+std::string numbers_of(completion_bar const& bar) {
+    return std::to_string(percent(bar.translated, bar.total)) + " % (" + std::to_string(bar.translated) + "/" +
+           std::to_string(bar.total) + ")";
 }
 
 // How much of the bar, and a trace of it for what is not nothing.
 std::size_t length_of(std::size_t part, std::size_t whole) {
-    if (part == 0 || whole == 0) return 0;
+    if (part == 0) return 0;
     auto const length = static_cast<std::size_t>(std::uint64_t(part) * bar_width / whole);
     return std::max<std::size_t>(1, length);
 }
@@ -119,16 +153,16 @@ private:
 
 void draw_bar(drawing& picture, completion_bar const& bar, std::size_t left, std::size_t y) {
     std::size_t const base = y + bar_height - 4;
-    std::size_t const translated = length_of(bar.translated, bar.total);
+    std::size_t const translated = bar.total == 0 ? bar_width : length_of(bar.translated, bar.total);
     std::size_t const copies = std::min(length_of(bar.copies, bar.total), translated);
+    std::string const name = shown_name(bar.language);
     picture.line("<g>");
-    picture.text("language", left - margin / 2, base, cut(bar.language));
+    if (name != bar.language) picture.element("title", bar.language);
+    picture.text("language", left - margin / 2, base, name);
     picture.rectangle("translated", left, y, translated - copies, bar_height);
     picture.rectangle("copies", left + translated - copies, y, copies, bar_height);
     picture.rectangle("missing", left + translated, y, bar_width - translated, bar_height);
-    picture.text("number", left + bar_width + margin / 2, base,
-                 std::to_string(percent(bar.translated, bar.total)) + " % (" + std::to_string(bar.translated) +
-                     "/" + std::to_string(bar.total) + ")");
+    picture.text("number", left + bar_width + margin / 2, base, numbers_of(bar));
     picture.line("</g>");
 }
 
@@ -139,10 +173,14 @@ std::size_t percent(std::size_t part, std::size_t whole) {
 }
 
 std::string completion_chart(std::vector<completion_bar> const& bars, chart_legend const& legend) {
-    std::size_t columns = 4;
-    for (completion_bar const& bar : bars) columns = std::max(columns, display_width(cut(bar.language)));
-    std::size_t const left = margin + columns * column_width + margin / 2;
-    std::string const width = std::to_string(left + bar_width + number_width);
+    std::size_t name_width = least_name_width;
+    std::size_t number_width = 0;
+    for (completion_bar const& bar : bars) {
+        name_width = std::max(name_width, width_of(shown_name(bar.language)));
+        number_width = std::max(number_width, width_of(numbers_of(bar)));
+    }
+    std::size_t const left = margin + name_width + margin / 2;
+    std::string const width = std::to_string(left + bar_width + margin / 2 + number_width + margin);
     std::string const height = std::to_string(2 * margin + (bars.size() + 2) * row_height);
 
     drawing picture;
@@ -162,7 +200,7 @@ std::string completion_chart(std::vector<completion_bar> const& bars, chart_lege
     for (auto const& [kind, name] : colours) {
         picture.rectangle(kind, x, y + 4, 12, 12);
         picture.text("number", x + 18, y + bar_height - 1, name);
-        x += 18 + margin + display_width(name) * column_width;
+        x += 18 + margin + width_of(name);
     }
     picture.line("</svg>");
     return picture.take();

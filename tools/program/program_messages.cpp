@@ -464,17 +464,15 @@ constexpr program_messages::built_in texts[] = {
      "Example: zolt catalog missing --lang de --allow-missing=5 texts"},
     {phrase::stats_about, "catalog.stats.about", "Counts how far each language is translated"},
     {phrase::stats_notes, "catalog.stats.notes",
-     "A row for each catalog of a language, and one for all of them: messages of the reference language "
-     "(--ref) in all, those that are translated or missing, messages that the reference does not have, texts "
-     "that are still those of the reference, and the words of the reference in what is translated. What "
-     "counts as which is told by \"zolt catalog missing --help\". The per cent are rounded down, so that 100 "
-     "means all.\n"
-     "--gettext writes for each language the sentence of msgfmt --statistics: fuzzy are texts with other "
-     "placeholders, or other line ends at their edges, than the reference; empty texts are untranslated. "
-     "--svg draws a bar for each language.\n"
-     "Exit status: 0; 1 when a file is faulty, and 2 when one cannot be read or written; then nothing is "
-     "written.\n"
-     "Example: zolt catalog stats --svg languages.svg texts"},
+     "A row for each catalog of a language, and one for all of them: messages of the reference language (--ref) "
+     "in all, those that are translated or missing, messages that the reference does not have, texts that are "
+     "still those of the reference, and the words of the reference in what is translated. What counts as which is "
+     "told by \"zolt catalog missing --help\". The per cent are rounded down, so that 100 means all; they are "
+     "100, too, where there is nothing to translate.\n--gettext writes for each language the sentence of msgfmt "
+     "--statistics: fuzzy are texts with other placeholders, or other line ends at their edges, than the "
+     "reference; empty texts are untranslated. --svg draws a bar for each language.\nExit status: 0; 1 when a "
+     "file is faulty, and 2 when one cannot be read or written; then nothing is written.\nExample: zolt catalog "
+     "stats --svg languages.svg texts"},
     {phrase::allow_missing_option, "option.allow_missing",
      "Up to N missing messages of a language are warnings, no errors"},
     {phrase::gettext_option, "option.gettext", "Write the sentence of msgfmt --statistics for each language"},
@@ -568,12 +566,14 @@ constexpr program_messages::built_in texts[] = {
     {phrase::new_argument, "argument.new", "Catalog file or directory after it"},
     {phrase::fmt_about, "catalog.fmt.about", "Rewrites catalog files in one layout"},
     {phrase::fmt_notes, "catalog.fmt.notes",
-     "Every catalog, message and include begins a line, two blanks further in than what it stands in; lines "
-     "have up to 116 columns, values stand in double quotes. Comments, the order and every text stay: the new "
-     "file is loaded and compared with the old one before it takes its place. With -o the text of one file "
-     "goes there, with \"-o -\" to standard output, and the file itself stays. A file that cannot be loaded is "
-     "reported and left alone, and the others go on.\nExample: zolt catalog fmt --check catalogs/\nExit "
-     "status: 0; 1 with --check when files would change; 2 when a file cannot be loaded or written."},
+     "Every catalog, message and include begins a line, two blanks further in than what it stands in; lines have "
+     "up to 116 columns and end in a line feed, values stand in double quotes. Comments, the order and every text "
+     "stay: the new file is loaded and compared with the old one before it takes its place. With -o the text of "
+     "one file goes there, with \"-o -\" to standard output, and the file itself stays. A file that cannot be "
+     "loaded is reported and left alone, and the others go on. --format=json tells of each file whether it has "
+     "changed or, with --check, would change; -o is for this report then.\nExample: zolt catalog fmt --check "
+     "catalogs/\nExit status: 0; 1 with --check when files would change; 2 when a file cannot be loaded or "
+     "written."},
     {phrase::fmt_check_option, "option.fmt_check", "Write nothing, but list the files that would change"},
     {phrase::fmt_one_file, "error.fmt_one_file", "-o takes the text of a single file, and here are several"},
     {phrase::fmt_not_same, "finding.fmt_not_same",
@@ -581,14 +581,15 @@ constexpr program_messages::built_in texts[] = {
     {phrase::pseudo_about, "catalog.pseudo.about", "Makes a test language of the reference"},
     {phrase::pseudo_notes, "catalog.pseudo.notes",
      "With it a program shows before there are translations what is not ready for them. accent puts accents on "
-     "ASCII letters, brackets around each line and a third more text between them: what has no accents comes "
-     "from no catalog, and where a bracket is missing there is too little room. bidi writes every line from "
-     "right to left. xxx writes x for letters and keeps digits. Placeholders, line ends and blanks at the "
-     "edges of lines stay.\nThe messages are those of --ref; one catalog file of them goes to the output. Its "
-     "language is that of --lang, otherwise the reference's with a region that no country has, so that what it "
-     "lacks is shown in the reference: en_XA for accent, en_XB for bidi and en_XC for xxx.\nExample: zolt "
-     "catalog pseudo --style=accent -o catalogs/en_XA.xmc catalogs/\nExit status: 0; 2 when something cannot "
-     "be loaded or there are no messages."},
+     "ASCII letters, brackets around each line and a third more text between them: what has no accents comes from "
+     "no catalog, and where a bracket is missing there is too little room. bidi writes every line from right to "
+     "left. xxx writes x for letters and keeps digits. Placeholders, line ends, punctuation and blanks at the "
+     "edges of lines stay, and zolt-ignore comments.\nThe messages are those of --ref; one catalog file of them "
+     "goes to the output, or with --format=json the messages as \"zolt catalog show\" writes them. The language "
+     "is that of --lang, otherwise the reference's with a region that no country has, so that what it lacks is "
+     "shown in the reference: en_XA for accent, en_XB for bidi and en_XC for xxx.\nExample: zolt catalog pseudo "
+     "--style=accent -o catalogs/en_XA.xmc catalogs/\nExit status: 0; 1 when a text is no UTF-8; 2 when something "
+     "cannot be loaded or there are no messages."},
     {phrase::style_option, "option.style", "How texts change, by default accent"},
     {phrase::schema_about, "catalog.schema.about", "Prints a schema for catalog files"},
     {phrase::schema_notes, "catalog.schema.notes",
