@@ -455,10 +455,13 @@ TEST_F(CatalogSchema, SortsTheGoodFromTheBad) {
                       .out.find("{\n  \"kind\": \"xml-schema\",\n  \"schema\": \"<?xml version=\\\"1.0\\\""));
     std::string files;
     std::size_t count = 0;
-    for (char const* const place : {"/examples", "/tools/catalogs", "/tests/tools/data/clean"}) {
+    for (char const* const place : {"/examples", "/tools/catalogs", "/tests/tools/data"}) {
         for (auto const& entry :
              std::filesystem::recursive_directory_iterator(ZOLT_SOURCE_DIR + std::string(place))) {
-            if (entry.path().extension() != ".xmc") continue;
+            // What has no language is loaded and never read.
+            if (entry.path().extension() != ".xmc" || entry.path().filename() == "no_language.xmc") continue;
+            program_run const check = run("catalog check " + entry.path().string());
+            if (check.err.find("[load]") != std::string::npos) continue;
             files += " '" + entry.path().string() + "'";
             ++count;
         }

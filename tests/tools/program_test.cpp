@@ -160,7 +160,7 @@ TEST(Program, TellsWhatIsWrongWithItsCommandLine) {
         {"catalog check --ignore nope a b",
          "\"nope\" is no rule of this command; --list-rules shows those that are"},
         {"catalog list faults/wrong_root.xmc -o faults/wrong_root.xmc",
-         "\"faults/wrong_root.xmc\" is what the command reads; -o names another file"},
+         "\"faults/wrong_root.xmc\" is what the command reads; the result needs another file"},
         {"catalog missing --allow-missing=-1 f", "--allow-missing: a whole number is expected, 0 or greater"},
         {"catalog missing --allow-missing=99999999999999999999 f", "--allow-missing: the number is too large"},
         {"catalog pseudo --style=[x f", "--style: \"[x\" is unknown; there are accent, bidi, xxx"},

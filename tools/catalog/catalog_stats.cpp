@@ -3,11 +3,14 @@
 #include "catalog_stats.hpp"
 
 #include "completion_chart.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/json.hpp"
 #include "tools/program/result_file.hpp"
 #include "translations.hpp"
 
+#include <algorithm>
 #include <cstring>
+#include <deque>
 #include <map>
 #include <string>
 #include <utility>
@@ -69,6 +72,8 @@ public:
         m_texts.found().print();
         if (!m_texts.is_complete()) return exit_failed;
         if (m_texts.found().status() != exit_good) return m_texts.found().status();
+        if (m_options.chart && is_input(*m_options.chart))
+            return fail(phrase::result_is_input, {{"path", *m_options.chart}});
         if (!count()) return exit_failed;
         return write_chart() ? write_results() : exit_failed;
     }
@@ -77,6 +82,13 @@ private:
     exit_status fail(phrase text, zolt::generic::varg_list const& arguments) const {
         m_session.complain(m_session.texts.get(text, arguments));
         return exit_failed;
+    }
+
+    bool is_input(ustring8 const& path) {
+        std::deque<checked_file> const& files = m_texts.tree().files;
+        return std::any_of(files.begin(), files.end(), [real = real_path(path)](checked_file const& file) {
+            return real_path(file.path) == real;
+        });
     }
 
     // A row for each catalog and language: also a catalog that nobody has begun to translate.

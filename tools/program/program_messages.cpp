@@ -623,7 +623,7 @@ constexpr program_messages::built_in texts[] = {
      "this command writes its own file; -o takes only what --format=json tells"},
     {phrase::not_a_number, "error.not_a_number", "a whole number is expected, 0 or greater"},
     {phrase::result_is_input, "error.result_is_input",
-     "\"{path:string}\" is what the command reads; -o names another file"},
+     "\"{path:string}\" is what the command reads; the result needs another file"},
     // Doubts about PO files.
     {phrase::po_stray_brace, "finding.po_stray_brace",
      "a brace in msgstr becomes text: it belongs to no placeholder and is not doubled"},
