@@ -380,9 +380,10 @@ TEST_F(CatalogPseudo, MakesALanguageOfTheReference) {
 
 // What is found with a test language is what is found without it.
 TEST_F(CatalogPseudo, PassesTheChecksOfTheReference) {
-    store(in_english("<msg name='m'>Really?)</msg><msg name='n'>Size:&#32;</msg><msg name='o'>a <br/>b...\"</msg>"
-                     "<msg name='p'>“<arg name='x'/>!”</msg><!-- zolt-ignore unknown-type why -->"
-                     "<msg name='q'><arg name='x' type='y'/></msg><msg name='r'>50 %!</msg><msg name='s'>.</msg>"),
+    store(in_english(
+              "<msg name='m'>Really?)</msg><msg name='n'>Size:&#32;</msg><msg name='o'>a <br/>b...\"</msg>"
+              "<msg name='p'>“<arg name='x'/>!”</msg><!-- zolt-ignore unknown-type why -->"
+              "<msg name='q'><arg name='x' type='y'/></msg><msg name='r'>50 %!\n&#32;</msg><msg name='s'>.</msg>"),
           "a.xmc");
     for (std::string const tree : {"/examples", "/tools/catalogs", "/tests/tools/data/clean", ""}) {
         std::string const path = tree.empty() ? "a.xmc" : ZOLT_SOURCE_DIR + tree;

@@ -27,7 +27,7 @@ constexpr std::string_view ellipsis = "…";
 constexpr std::string_view style = "<style>\n"
                                    "text { font: 13px system-ui, sans-serif; fill: #1f2328; }\n"
                                    ".title { font-weight: bold; }\n"
-                                   ".language { text-anchor: end; }\n"
+                                   ".language { text-anchor: end; unicode-bidi: plaintext; }\n"
                                    ".missing { fill: #d0d7de; }\n"
                                    ".translated { fill: #1a7f37; }\n"
                                    ".copies { fill: #bf8700; }\n"
