@@ -463,7 +463,7 @@ constexpr finding_row finding_rows[] = {
     {"export-po --lang ../de --dir . f", HEADER "</xmc>", 2,
      "zolt: a PO file cannot name the language \"../de\"\n"},
     {"export-po --dir . -o g f", HEADER "</xmc>", 2,
-     "zolt: this command writes its own file; there is nothing for -o\n"},
+     "zolt: this command writes its own file; -o takes only what --format=json tells\n"},
     {"export-po --dir . --ignore=load f", HEADER "<catalog/><b/></xmc>", 1,
      "zolt: there are no messages to write\n"},
     {"export-po --dir f/po f", HEADER "<catalog lang='en'><msg name='m'>a</msg></catalog></xmc>", 2,

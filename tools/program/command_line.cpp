@@ -362,6 +362,10 @@ ustring8 command_line::describe_unexpected(std::string const& argument) const {
     return m_texts.get(is_option ? phrase::unexpected_argument : phrase::unexpected_word, {{"argument", argument}});
 }
 
+ustring8 command_line::describe_missing_value(char const* option, char const* type) const {
+    return m_texts.get(phrase::value_required, {{"option", ustring8(option)}, {"other", ustring8(type)}});
+}
+
 void command_line::set_up(CLI::App& app, phrase about) const {
     app.description(describe(about));
     app.set_help_flag("-h,--help", describe(phrase::help_option))->disable_flag_override();
@@ -373,7 +377,7 @@ void command_line::add_common_options(CLI::App& app) {
     std::string const group = m_texts.get(phrase::common_options_heading);
     auto const add = [&](CLI::Option* option, char const* type = "") {
         option->group(group);
-        *type ? option->type_name(type) : option->disable_flag_override();
+        *type ? option->type_name(type)->take_last() : option->disable_flag_override();
         return option;
     };
     auto const add_choice = [&](CLI::Option* option, char const* type) {
@@ -391,6 +395,7 @@ void command_line::add_common_options(CLI::App& app) {
     add_choice(app.add_option("--fail-on", m_given.fail_on, describe(phrase::fail_on_option)),
                "error|warning|note");
     add(app.add_option("--ignore", m_given.ignored, describe(phrase::ignore_option)), "RULE[:SCOPE]")
+        ->take_all()
         ->allow_extra_args(false);
 }
 
@@ -413,6 +418,11 @@ std::optional<ustring8> command_line::fault_of_options() const {
     auto const found = m_traits.find(m_chosen);
     command_traits const traits = found == m_traits.end() ? command_traits() : found->second;
     if (m_options.format == output_format::json && !traits.has_json) return m_texts.get(phrase::no_json);
+    auto const is_empty = [](std::string const& value) { return value.empty() || value.ends_with(':'); };
+    if (m_options.language && m_given.language.empty()) return describe_missing_value("--lang", "LANGUAGE");
+    if (m_given.reference.empty()) return describe_missing_value("--ref", "LANGUAGE");
+    if (std::any_of(m_given.ignored.begin(), m_given.ignored.end(), is_empty))
+        return describe_missing_value("--ignore", "RULE[:SCOPE]");
     if (m_options.result_file != "-") {
         if (!traits.has_result && m_options.format != output_format::json) return m_texts.get(phrase::no_result);
         if (!traits.changes_input && is_input(m_options.result_file))

@@ -127,6 +127,7 @@ private:
     void set_headings() const;
     ustring8 describe_fault(std::string const& words) const;
     ustring8 describe_unexpected(std::string const& argument) const;
+    ustring8 describe_missing_value(char const* option, char const* type) const;
     template <typename Target>
     void keep_whole(Target& target);
     void add_common_options(CLI::App& app);

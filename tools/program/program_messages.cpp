@@ -59,7 +59,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::values_argument, "argument.values",
      "Values for the placeholders: name=value for a text, or name:type=value with one of the types int, uint, "
      "double, bool and string"},
-    {phrase::lang_option, "option.lang", "Language, such as de_AT; by default that of the environment"},
+    {phrase::lang_option, "option.lang", "Language of messages, such as de_AT; by default that of the environment, or all"},
     {phrase::json_option, "option.json", "Short for --format=json"},
 
     {phrase::catalog_heading, "heading.catalog", "Catalog"},
