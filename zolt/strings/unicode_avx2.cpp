@@ -4,7 +4,7 @@
 // The conversions' cores for processors with AVX2. They follow the idea of those for AVX-512, told there:
 // all lanes are computed as if each held the longest form, then corrected, and what is not wanted is
 // squeezed out, here by one byte shuffle for each 16 bytes, whose control comes from a table. Pairs on the
-// way to and from UTF-32 and the ends of UTF-16 and UTF-32 texts are left to the portable cores.
+// way from UTF-32 and the ends of UTF-16 and UTF-32 texts are left to the portable cores.
 #include <zolt/strings/unicode_private.hpp>
 
 #include <algorithm>
@@ -379,18 +379,55 @@ ZOLT_AVX2 from_16_to_8 utf16_to_utf8_core(from_16_to_8 at, unsigned short const*
 // ------------------------------------------------------------------------------------------------
 // Between UTF-16 and UTF-32, and from UTF-32 to UTF-8
 
+// The numbers of those of eight lanes that an index selects, a byte for each, in front.
+alignas(64) constexpr auto selected_lanes = [] {
+    std::array<uint64_t, 256> table{};
+    for (unsigned int index = 0; index < 256; ++index) {
+        for (uint64_t lane = 0, place = 0; lane < 8; ++lane) {
+            if (index >> lane & 1) table[index] |= lane << 8 * place++;
+        }
+    }
+    return table;
+}();
+
+// Eight codes without the lanes that `lows` has a bit for, in which the second half of a pair stands.
+ZOLT_AVX2_INLINE wchar_t* put_codes(__m256i codes, uint32_t lows, wchar_t* to) {
+    void const* const lanes = &selected_lanes[~lows & 0xFF];
+    __m256i const order = _mm256_cvtepu8_epi32(_mm_loadl_epi64(static_cast<__m128i const*>(lanes)));
+    store(to, _mm256_permutevar8x32_epi32(codes, order));
+    return to + 8 - std::popcount(lows & 0xFF);
+}
+
 ZOLT_AVX2 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short const* stop,
                                             unsigned short const* end) {
-    while (at.from < stop && at.left(end) >= 16) {
+    while (at.from < stop && at.left(end) > 16) {
         __m256i const units = load(at.from);
-        if (all_zero(find_surrogates(units))) {
+        __m256i const found = find_surrogates(units);
+        if (all_zero(found)) {
             store(at.to, _mm256_cvtepu16_epi32(low_half(units)));
             store(at.to + 8, _mm256_cvtepu16_epi32(high_half(units)));
             at.from += 16;
             at.to += 16;
-        } else {
-            at = portable_cores.utf16_to_utf32(at, at.from + 16, end);
-            if (!at.to) return at;
+            continue;
+        }
+        __m256i const low = _mm256_and_si256(found, _mm256_cmpgt_epi16(units, all16(0xDBFF)));
+        __m256i const high = _mm256_andnot_si256(low, found);
+        uint32_t const highs = mask8(high), lows = mask16(low);
+        if (mask8(low) != highs << 2) return stuck<unsigned short, wchar_t>;
+
+        // The lower and the upper half of each code; a pair's stands in the lane of its first unit.
+        __m256i const last_ten = _mm256_and_si256(load(at.from + 1), all16(0x3FF));
+        __m256i const lower =
+            _mm256_blendv_epi8(units, _mm256_or_si256(_mm256_slli_epi16(units, 10), last_ten), high);
+        __m256i const first_four = _mm256_srli_epi16(_mm256_and_si256(units, all16(0x3FF)), 6);
+        __m256i const upper = _mm256_and_si256(_mm256_add_epi16(first_four, all16(1)), high);
+        __m256i const l = _mm256_permute4x64_epi64(lower, 0xD8), u = _mm256_permute4x64_epi64(upper, 0xD8);
+        at.to = put_codes(_mm256_unpacklo_epi16(l, u), lows, at.to);
+        at.to = put_codes(_mm256_unpackhi_epi16(l, u), lows >> 8, at.to);
+        at.from += 16;
+        if (highs >> 31) { // the pair that the window cuts comes next; a branch: the next load need not wait
+            --at.from;
+            --at.to;
         }
     }
     return at.from < stop ? portable_cores.utf16_to_utf32(at, stop, end) : at;
