@@ -3,8 +3,8 @@
 //
 // The conversions' cores for processors with AVX2. They follow the idea of those for AVX-512, told there:
 // all lanes are computed as if each held the longest form, then corrected, and what is not wanted is
-// squeezed out, here by one byte shuffle for each 16 bytes, whose control comes from a table. Pairs on the
-// way from UTF-32 and the ends of UTF-16 and UTF-32 texts are left to the portable cores.
+// squeezed out, here by one byte shuffle for each 16 bytes, whose control comes from a table. What is not
+// Unicode in UTF-32, and the ends of UTF-16 and UTF-32 texts, are left to the portable cores.
 #include <zolt/strings/unicode_private.hpp>
 
 #include <algorithm>
@@ -56,6 +56,13 @@ alignas(64) constexpr auto one_or_two_bytes = make_shuffles([](unsigned int inde
 alignas(64) constexpr auto one_to_three_bytes = make_shuffles([](unsigned int index, unsigned int byte) {
     unsigned int const lane = byte / 4, place = byte % 4;
     return place == 3 || (place == 2 && (index >> (4 + lane) & 1)) || (place == 1 && (index >> lane & 1));
+});
+
+// Four lanes of four bytes: the last 1 to 4 of each, as many as the lane's lower bit and twice its upper bit say
+// besides the last.
+alignas(64) constexpr auto one_to_four_bytes = make_shuffles([](unsigned int index, unsigned int byte) {
+    unsigned int const lane = byte / 4, place = byte % 4;
+    return place + (index >> lane & 1) + 2 * (index >> (4 + lane) & 1) >= 3;
 });
 
 ZOLT_AVX2_INLINE __m128i squeeze(__m128i x, std::array<shuffle, 256> const& shuffles, uint32_t index) {
@@ -433,6 +440,69 @@ ZOLT_AVX2 from_16_to_32 utf16_to_utf32_core(from_16_to_32 at, unsigned short con
     return at.from < stop ? portable_cores.utf16_to_utf32(at, stop, end) : at;
 }
 
+ZOLT_AVX2_INLINE __m256i is_above(__m256i codes, uint32_t limit) { return _mm256_cmpgt_epi32(codes, all32(limit)); }
+
+ZOLT_AVX2_INLINE uint32_t mask32(__m256i x) {
+    return static_cast<uint32_t>(_mm256_movemask_ps(_mm256_castsi256_ps(x)));
+}
+
+// Neither surrogates nor values beyond Unicode.
+ZOLT_AVX2_INLINE bool are_characters(__m256i codes) {
+    __m256i const surrogates = _mm256_cmpeq_epi32(_mm256_and_si256(codes, all32(0xFFFFF800)), all32(0xD800));
+    __m256i const beyond =
+        _mm256_or_si256(is_above(codes, 0x10FFFF), _mm256_cmpgt_epi32(_mm256_setzero_si256(), codes));
+    return all_zero(_mm256_or_si256(surrogates, beyond));
+}
+
+ZOLT_AVX2_INLINE char* put_four_codes(__m128i x, uint32_t once, uint32_t twice, char* to) {
+    store(to, squeeze(x, one_to_four_bytes, once | twice << 4));
+    return to + 4 + std::popcount(once) + 2 * std::popcount(twice);
+}
+
+// Eight characters of any length; each one's bytes stand at the end of its lane.
+ZOLT_AVX2_INLINE char* put_codes(__m256i codes, char* to) {
+    __m256i const two = is_above(codes, 0x7F), three = is_above(codes, 0x7FF), four = is_above(codes, 0xFFFF);
+    __m256i const last = _mm256_slli_epi32(codes, 24);
+    __m256i const fields =
+        _mm256_or_si256(_mm256_or_si256(_mm256_and_si256(last, all32(0x3F000000)),
+                                        _mm256_and_si256(_mm256_slli_epi32(codes, 10), all32(0x003F0000))),
+                        _mm256_or_si256(_mm256_and_si256(_mm256_srli_epi32(codes, 4), all32(0x00003F00)),
+                                        _mm256_srli_epi32(codes, 18)));
+    __m256i const marks = _mm256_blendv_epi8(_mm256_blendv_epi8(all32(0x80C00000), all32(0x8080E000), three),
+                                             all32(0x808080F0), four);
+    __m256i const x = _mm256_blendv_epi8(last, _mm256_or_si256(fields, marks), two);
+    uint32_t const once = mask32(_mm256_xor_si256(_mm256_xor_si256(two, three), four)), twice = mask32(three);
+    to = put_four_codes(low_half(x), once & 0xF, twice & 0xF, to);
+    return put_four_codes(high_half(x), once >> 4, twice >> 4, to);
+}
+
+// Eight characters, those from U+FFFF on as pairs, whose first unit is what 0xD800 and the code's upper bits give.
+ZOLT_AVX2_INLINE unsigned short* put_codes(__m256i codes, unsigned short* to) {
+    __m256i const is_pair = is_above(codes, 0xFFFE);
+    __m256i const first = _mm256_add_epi32(_mm256_srli_epi32(codes, 10), all32(0xD800));
+    __m256i const second =
+        _mm256_or_si256(_mm256_slli_epi32(_mm256_and_si256(codes, all32(0x3FF)), 16), all32(0xDC000000));
+    __m256i const units = _mm256_blendv_epi8(codes, _mm256_or_si256(first, second), is_pair);
+    uint32_t const kept = mask16(_mm256_or_si256(is_pair, all32(0xFFFF)));
+    store(to, squeeze(low_half(units), selected_units, kept & 0xFF));
+    to += std::popcount(kept & 0xFF);
+    store(to, squeeze(high_half(units), selected_units, kept >> 8));
+    return to + std::popcount(kept >> 8);
+}
+
+// The next eight codes, at least one of which is above what the directions' short forms take.
+template <typename Out>
+ZOLT_AVX2_INLINE bool put_long_codes(cursor<wchar_t, Out>& at, wchar_t const* end, core<wchar_t, Out> portable) {
+    __m256i const codes = load(at.from);
+    if (are_characters(codes)) {
+        at.to = put_codes(codes, at.to);
+        at.from += 8;
+        return true;
+    }
+    at = portable(at, at.from + 8, end);
+    return at.to != nullptr;
+}
+
 // 16 codes as units of UTF-16; false when one is above U+FFFF.
 ZOLT_AVX2_INLINE bool narrow(wchar_t const* from, __m256i& units) {
     __m256i const first = load(from), second = load(from + 8);
@@ -445,8 +515,7 @@ ZOLT_AVX2 from_32_to_8 utf32_to_utf8_core(from_32_to_8 at, wchar_t const* stop, 
     while (at.from < stop && at.left(end) >= 16) {
         __m256i units;
         if (!narrow(at.from, units)) {
-            at = portable_cores.utf32_to_utf8(at, at.from + 16, end);
-            if (!at.to) return at;
+            if (!put_long_codes(at, end, portable_cores.utf32_to_utf8)) return at;
             continue;
         }
         unit_classes const c = classify(units);
@@ -473,9 +542,8 @@ ZOLT_AVX2 from_32_to_16 utf32_to_utf16_core(from_32_to_16 at, wchar_t const* sto
             store(at.to, units);
             at.from += 16;
             at.to += 16;
-        } else {
-            at = portable_cores.utf32_to_utf16(at, at.from + 16, end);
-            if (!at.to) return at;
+        } else if (!put_long_codes(at, end, portable_cores.utf32_to_utf16)) {
+            return at;
         }
     }
     return at.from < stop ? portable_cores.utf32_to_utf16(at, stop, end) : at;
