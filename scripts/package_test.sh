@@ -45,10 +45,11 @@ files=()
 for package in "${packages[@]}"; do files+=("$work/$package"_*.deb); done
 "${root[@]}" dpkg --install "${files[@]}" >/dev/null
 [ "$(zolt --version)" = "zolt $(dpkg-query -W -f '${Version}' zolt-tools)" ] || fail 'zolt --version'
+installed=$(dpkg-query -L "${packages[@]}")
 for file in man/man1/zolt.1.gz man/man1/zolt-catalog-check.1.gz bash-completion/completions/zolt \
     zsh/vendor-completions/_zolt fish/vendor_completions.d/zolt.fish \
     doc/zolt-2.18/zolt.spdx doc/libzolt-2.18-doc/html/index.html; do
-    dpkg-query -L "${packages[@]}" | grep -qx "/usr/share/$file" || fail "$file is not installed"
+    grep -qx "/usr/share/$file" <<<"$installed" || fail "$file is not installed"
 done
 mkdir "$work/autopkgtest"
 (cd "$work/zolt" && AUTOPKGTEST_TMP=$work/autopkgtest sh debian/tests/build-an-example) || fail 'build-an-example'
