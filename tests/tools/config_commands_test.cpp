@@ -390,7 +390,11 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
         {"l[] = 1, # one\n  2, // two\n  3 # three\n", "set f l 4 5", "l[] = 4, # one\n  5 # three\n"},
         {"l[] = 1, \"\" # two\nm=1", "set f l 4 5 6", "l[] = 1, \"\" # two\nm=1\nl[]=4, 5, 6\n"},
         {"l[]=1 # x", "set f l 1 2,3", "l[]=1, \"2,3\" # x"},
-        {"l[]=1,2,3\nl.x=4\nl.7=5\n", "set f l 6", "l=6\nl.x=4\nl.7=5\n"},
+        {"l[]=1,2,3\nl.x=4\nl.7=5\n", "set f l 6", "l=6\nl.x=4\n"},
+        {"l[]=1,2,3,4\nl=5\n", "set f l a b", "l[]=a, b\n"},
+        {"l[]=1,2\nl.5=x # y\nl.x=z\n", "set f l a b", "l[]=a,b\nl.x=z\n"},
+        {"l[]=a,b\nl.5.x=1\n", "set f l a b", "l[]=a,b\nl.5.x=1\n"},
+        {"l[]=1,2,3\nl=5\nl.1=6\n", "set f l 7", "l[]=1,2,3\nl=7\nl.1=6\n"},
         {"l = 1 # x\n", "set f l[] a,b", "l[] = \"a,b\" # x\n"},
         {"l[]=1,2,3\nl[] = 4\n", "set f l 5 6", "l[] = 5, 6\n"},
         {"l[]=1,,3 # x\n", "set f l.1 4", "l[]=1,4,3 # x\n"},
@@ -403,6 +407,7 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
         {"l[]=1, # x\n2,3\nl.1=4\nl.x=5\nm=1\n", "unset f l", "l.x=5\nm=1\n"},
         {"a=1\na.b=2\n[a]\n=3", "unset f a", "a.b=2\n[a]\n"},
         {"a=\na=1\n", "unset f a", "a=\n"},
+        {"l[]=1,2,3\nl=5\nl.1=6\nl.9=7\n", "unset f l", "l.1=6\nl.9=7\n"},
     };
     for (auto const& [before, command, after] : rows) change(before, command, after);
 }

@@ -41,18 +41,17 @@ public:
 
 void clear(config_tree& node) { node.set_entry(zolt::types::nil, 0); }
 
-/// Removes an entry, of an array the elements too up to a gap. Returns how many there were.
-std::size_t remove(config_tree& tree, ustring8 const& key) {
-    config_tree& node = tree.make_node(key);
-    bool const is_array = node.kind() == array_kind;
-    clear(node);
-    for (std::size_t i = 0; is_array; ++i) {
-        ustring8 const index = std::to_string(i);
-        config_tree const* const element = node.get_node(index);
-        if (!element || element->value() == zolt::types::nil || element->kind() == array_kind) return i;
-        clear(node.make_node(index));
+bool is_index(std::string_view name) { return name.find_first_not_of("0123456789") == name.npos && !name.empty(); }
+
+/// The names of what the library takes for elements of an array at the key.
+std::vector<ustring8> element_names(config_tree const& tree, ustring8 const& key) {
+    std::vector<ustring8> names;
+    config_tree const* const node = tree.get_node(key);
+    if (!node) return names;
+    for (auto const& [name, element] : *node) {
+        if (is_index(name) && element->value() != zolt::types::nil) names.push_back(name);
     }
-    return 0;
+    return names;
 }
 
 bool has_same_entry(config_tree const& left, config_tree const* right) {
@@ -115,12 +114,21 @@ std::vector<ustring8> config_edit::values(ustring8 const& key) const {
     config_tree::entry_list elements;
     m_item.get_array(key, elements);
     std::vector<ustring8> found;
-    for (auto const& element : elements) found.push_back(element.second.second.as_utf8());
+    for (auto const& [index, element] : elements) {
+        if (element.second != zolt::types::nil) found.push_back(element.second.as_utf8());
+    }
     return found;
 }
 
 void config_edit::expect(config_change& change) {
-    change.elements_before = remove(m_item.own_tree(), change.key);
+    config_tree& node = m_item.own_tree().make_node(change.key);
+    if (node.kind() == array_kind || change.is_array) {
+        change.elements = element_names(m_item.tree(), change.key);
+    } else if (change.values.empty()) {
+        change.elements = elements_from_arrays(m_text, change.key);
+    }
+    for (ustring8 const& name : change.elements) clear(node.make_node(name));
+    clear(node);
     if (change.values.empty()) return;
     if (!change.is_array) return m_item.set(change.key, change.values.front(), 0);
     zolt::generic::varg_list elements;

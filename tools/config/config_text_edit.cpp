@@ -5,6 +5,7 @@
 #include "config_statements.hpp"
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -184,9 +185,7 @@ statements_of_key::statements_of_key(ustring8 const& text, config_change const& 
     : m_text(text), m_steps(walk(m_tree, change.key)) {
     std::size_t const last = m_steps.size() - 1;
     for (std::size_t depth = 0; depth != last; ++depth) m_depths.emplace(m_steps[depth].node, depth);
-    for (std::size_t i = 0; i != change.elements_before; ++i) {
-        m_elements.insert(&m_steps[last].node->make_node(std::to_string(i)));
-    }
+    for (ustring8 const& name : change.elements) m_elements.insert(&m_steps[last].node->make_node(name));
     ustring8 const name = change.key.substr(m_steps[last - 1].rest);
     m_index = element_index(std::string_view(name).substr(0, name.find_first_of(separators)));
 
@@ -373,6 +372,28 @@ std::optional<phrase> why_unwritable(config_change const& change) {
     if (!std::all_of(change.values.begin(), change.values.end(), is_quotable)) return phrase::unwritable_quote;
     if (change.values.back().empty()) return change.is_array ? phrase::unwritable_last : phrase::unwritable_empty;
     return std::nullopt;
+}
+
+std::vector<ustring8> elements_from_arrays(ustring8 const& text, ustring8 const& key) {
+    config_tree tree;
+    config_places places(tree);
+    config_tree const* const target = &tree.make_node(key);
+    std::map<config_tree const*, std::size_t> indices;
+    config_statements statements(text);
+    while (statements.next()) {
+        config_statement const& statement = statements.current();
+        config_tree const* const place = places.find(statement);
+        if (!place || !statement.has_effect) continue;
+        indices.erase(place);
+        if (place != target || statement.kind != config_statement::array) continue;
+        config_tree& elements = places.elements(statement);
+        for (std::size_t i = 0; i != statement.values.size(); ++i) {
+            indices[&elements.make_node(std::to_string(i))] = i;
+        }
+    }
+    std::vector<ustring8> names;
+    for (auto const& [node, index] : indices) names.emplace_back(std::to_string(index));
+    return names;
 }
 
 ustring8 written_value(ustring8 const& text, bool is_element, bool in_quotes) {

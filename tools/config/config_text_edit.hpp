@@ -21,12 +21,15 @@ namespace tools {
 struct config_change {
     ustring8 key;
     bool is_array = false;
-    std::vector<ustring8> values;    ///< one unless it is an array; none to remove the key
-    std::size_t elements_before = 0; ///< of the array that the key has been
+    std::vector<ustring8> values;     ///< one unless it is an array; none to remove the key
+    std::vector<ustring8> elements{}; ///< below the key, that go: the names
 };
 
 /// Why no line of a file brings this back; nothing when one does.
 std::optional<phrase> why_unwritable(config_change const& change);
+
+/// The names of the key's elements that have their values from an array of the key.
+std::vector<ustring8> elements_from_arrays(ustring8 const& text, ustring8 const& key);
 
 /// The value or element as a file has it, between quotes where these matter.
 ustring8 written_value(ustring8 const& text, bool is_element, bool in_quotes = false);
