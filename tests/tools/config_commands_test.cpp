@@ -363,6 +363,8 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
         {"# x\n b=2 // y\na\t= 1\t# z", "set f A 'x y'", "# x\n b=2 // y\na\t= \"x y\"\t# z"},
         {"b = 2\na = 1\n", "set f a 1", "b = 2\na = 1\n"},
         {"k = \"1\"\r\nl = 2\r\n", "set f k 3", "k = \"3\"\r\nl = 2\r\n"},
+        {"k = \"two\n  lines \\\"x=1\\\"\" # x = 1\nl=1", "set f k 1", "k = \"1\" # x = 1\nl=1"},
+        {"k[] = 1, \"a\nb = 2\",\nc, \nd=3\n", "set f k.0 4", "k[] = 4, \"a\nb = 2\",\nc, \nd=3\n"},
         {"k = \"two\nlines\" # x\nl=1", "set f k //", "k = \"//\" # x\nl=1"},
         {"k =  # none\nl=", "set f k 1", "k = 1  # none\nl="},
         {"l=", "set f l 1", "l=1"},
@@ -413,6 +415,14 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
 }
 
 TEST_F(ConfigChanges, AreRefusedWithAReason) {
+    auto const refusal = [](std::string const& what, int line, int other, std::string const& rest) {
+        return "\"f\" is left as it is: the " + what + " that begins in line " + std::to_string(line) +
+               " swallows line " + std::to_string(other) + rest;
+    };
+    auto const in_string = [=](int line, int other) { return refusal("string", line, other, "; close it first"); };
+    auto const in_array = [=](int line, int other) {
+        return refusal("array", line, other, ", since a comma stands before it; remove that first");
+    };
     struct {
         std::string before;
         std::string command;
@@ -430,6 +440,14 @@ TEST_F(ConfigChanges, AreRefusedWithAReason) {
         {"a=1\n", "set f \"a 1", 2, "a key with a double quote cannot be written"},
         {"l[]=1,2\n", "unset f l.1", 1, "\"l.1\" is an element of the array in line 1; set the array anew"},
         {"a=1\n", "unset f a.b", 1, "there is no setting \"a.b\""},
+        {"p=80\nname = \"abc\n# note\n[db]\nhost=h\npw=x\n", "set f name abc", 1, in_string(2, 3)},
+        {"p=80\nname = \"abc\n\n [db]\nhost=h\npw=x\n", "unset f name", 1, in_string(2, 4)},
+        {"screen = 24\"\ncable = 10\"\nport = 80\n", "set f screen 27", 1, in_string(1, 2)},
+        {"k[] = 24\"\ncable=\\\"10\", \"x\n\"\n", "set f k a b", 1, in_string(1, 2)},
+        {"a=1\n\"w\n// x\" = 1\n", "unset f 'w\n// x'", 1, in_string(2, 3)},
+        {"hosts[] = a, b,\n[db]\npw=x\n", "set f hosts a b", 1, in_array(1, 2)},
+        {"\nhosts[] = a, # x\n b,\n\npw=x,\ny\n", "set f hosts a b c", 1, in_array(2, 5)},
+        {"hosts[] = a, b,\n[db]\npw=x\n", "unset f hosts", 1, in_array(1, 2)},
         {"a=1\nl[]=2,\n", "set f b 2", 1,
          "\"f\" is left as it is: its other statements do not let \"b\" alone be changed; \"zolt config check\" "
          "may tell why"},

@@ -152,9 +152,10 @@ exit_status config_edit::make(config_change change) {
     expect(change);
     for (edit_reach const reach : {edit_reach::one_statement, edit_reach::all_statements}) {
         config_text_edit const edit = edit_config_text(m_text, change, reach);
-        if (edit.array_line != 0) {
-            auto const line = static_cast<unsigned long long>(edit.array_line);
-            return refuse(phrase::key_in_array, {{"key", change.key}, {"line", line}});
+        if (edit.refusal) {
+            auto const line = static_cast<unsigned long long>(edit.line);
+            auto const other = static_cast<unsigned long long>(edit.other_line);
+            return refuse(*edit.refusal, {{"path", m_path}, {"key", change.key}, {"line", line}, {"other", other}});
         }
         result_file file(m_path);
         bool const is_written = write(file.stream(), edit.text);

@@ -64,7 +64,31 @@ bool has_escaped_end(std::string_view string) {
     return string.find("\\\"\n") != string.npos || string.find("\\\"\r\n") != string.npos;
 }
 
+/// Whether the line has a "=" that is in no string, when one that began before is left out of account.
+bool has_equals(std::string_view line) {
+    bool is_in_string = false;
+    return std::any_of(line.begin(), line.end(), [&](char c) {
+        if (c == '"') is_in_string = !is_in_string;
+        return c == '=' && !is_in_string;
+    });
+}
+
+bool seems_to_stand_alone(std::string_view line) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    bool const is_header = line.starts_with('[') && line.find(']') != line.npos;
+    return is_header || line.starts_with('#') || line.starts_with("//") || has_equals(line);
+}
+
 } // namespace
+
+std::size_t find_swallowed_line(std::string_view text, text_range string) {
+    for (std::size_t at = text.find('\n', string.begin); at < string.end; at = text.find('\n', at)) {
+        ++at;
+        bool const is_in_string = at < string.end;
+        if (is_in_string && seems_to_stand_alone(text.substr(at, text.find('\n', at) - at))) return at;
+    }
+    return text.npos;
+}
 
 config_statements::config_statements(ustring8 const& text) : m_text(text) {}
 
@@ -133,6 +157,8 @@ void config_statements::take(part& what) {
     }
     bool const is_inside = goes_on && !what.has_blank && m_text[what.bytes.begin] != '"';
     look_at_character();
+    if (m_token.kind == config_token::T_STRING && m_token.text.find('\n') != m_token.text.npos)
+        m_statement.strings.push_back({m_token.start, std::min<std::size_t>(m_token.end, m_text.size())});
     what.is_split = m_token.kind == config_token::T_STRING && look_at_string();
     if (what.is_split) what.string = token_place();
     if (what.is_split && is_inside) {

@@ -58,7 +58,12 @@ struct config_statement {
     /// As written: the value, or each element of an array, without the layout and comments around it. Where
     /// there is nothing the range is empty and stands behind the mark. None in an assignment without "=".
     std::vector<text_range> values;
+    std::vector<text_range> strings; ///< those of several lines, with their quotes
 };
+
+/// Where the first line begins in a string of several that seems to be no part of it, but a statement, a section's
+/// header or a comment; npos when there is none.
+std::size_t find_swallowed_line(std::string_view text, text_range string);
 
 class config_statements {
 public:

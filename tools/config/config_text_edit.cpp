@@ -276,17 +276,23 @@ public:
         }
     }
 
-    ustring8 result() {
+    config_text_edit result() {
         std::sort(m_replacements.begin(), m_replacements.end(), [](replacement const& a, replacement const& b) {
             return std::pair(a.bytes.begin, a.bytes.end) < std::pair(b.bytes.begin, b.bytes.end);
         });
+        for (auto const& assignment : m_statements.assignments()) {
+            if (auto const refused = refuse_to_lose_lines(assignment.statement)) return *refused;
+        }
+        config_statement const* const array = m_statements.array();
+        if (auto const refused = array ? refuse_to_lose_lines(*array) : std::nullopt) return *refused;
+        if (array && m_change.values.empty()) return {{}, phrase::key_in_array, array->place.line};
         ustring8 text;
         std::size_t at = 0;
         for (replacement const& each : m_replacements) {
             text.append(text_range{at, each.bytes.begin}.in(m_text)).append(each.text);
             at = each.bytes.end;
         }
-        return text.append(std::string_view(m_text).substr(at));
+        return {text.append(std::string_view(m_text).substr(at))};
     }
 
 private:
@@ -294,6 +300,38 @@ private:
         text_range bytes;
         ustring8 text;
     };
+
+    // The first replaced byte at or behind a place, npos when there is none.
+    std::size_t next_replaced(std::size_t at) const {
+        auto const found = std::partition_point(m_replacements.begin(), m_replacements.end(),
+                                                [=](replacement const& each) { return each.bytes.end <= at; });
+        return found == m_replacements.end() ? m_text.npos : std::max(at, found->bytes.begin);
+    }
+
+    // A string or an array may have gone on into lines that were not meant for it.
+    std::optional<config_text_edit> refuse_to_lose_lines(config_statement const& statement) const {
+        for (text_range const string : statement.strings) {
+            std::size_t const at = find_swallowed_line(m_text, string);
+            if (at == m_text.npos || next_replaced(at) != at) continue;
+            std::size_t const line = statement.place.line + lines_between(statement.bytes.begin, string.begin);
+            return config_text_edit{{}, phrase::edit_in_string, line, line + lines_between(string.begin, at)};
+        }
+        for (config_fault const& fault : statement.faults) {
+            if (fault.text != phrase::config_joined_array) continue;
+            std::size_t begin = statement.bytes.begin;
+            for (std::size_t line = statement.place.line; line != fault.place.line; ++line) {
+                begin = line_end(m_text, begin);
+            }
+            if (next_replaced(begin) < statement.bytes.end)
+                return config_text_edit{{}, phrase::edit_in_array, statement.place.line, fault.place.line};
+        }
+        return std::nullopt;
+    }
+
+    std::size_t lines_between(std::size_t begin, std::size_t end) const {
+        std::string_view const lines = text_range{begin, end}.in(m_text);
+        return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n'));
+    }
 
     char byte(std::size_t at) const { return at < m_text.size() ? m_text[at] : '\0'; }
 
@@ -405,10 +443,8 @@ ustring8 written_value(ustring8 const& text, bool is_element, bool in_quotes) {
 config_text_edit edit_config_text(ustring8 const& text, config_change const& change, edit_reach reach) {
     statements_of_key const statements(text, change);
     text_edit edit(text, change, statements);
-    bool const is_removal = change.values.empty();
-    is_removal ? edit.remove_all_but(nullptr) : edit.set(reach);
-    bool const is_kept = is_removal && statements.array();
-    return {edit.result(), is_kept ? statements.array()->place.line : 0};
+    change.values.empty() ? edit.remove_all_but(nullptr) : edit.set(reach);
+    return edit.result();
 }
 
 } // namespace tools

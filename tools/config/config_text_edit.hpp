@@ -36,8 +36,11 @@ ustring8 written_value(ustring8 const& text, bool is_element, bool in_quotes = f
 
 struct config_text_edit {
     ustring8 text;
-    /// The line of an array that has the key as an element and can do nothing but keep it; else 0.
-    std::size_t array_line = 0;
+    /// Why the text is not to be used, if so. The phrase has the arguments "path", "key", "line", which is that of
+    /// the statement in the way, and "other", which is a line that it takes in.
+    std::optional<phrase> refusal{};
+    std::size_t line = 0;
+    std::size_t other_line = 0;
 };
 
 enum class edit_reach {

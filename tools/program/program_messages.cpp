@@ -432,6 +432,12 @@ constexpr program_messages::built_in texts[] = {
     {phrase::edit_not_alone, "error.edit_not_alone",
      "\"{path:string}\" is left as it is: its other statements do not let \"{key:string}\" alone be changed; "
      "\"zolt config check\" may tell why"},
+    {phrase::edit_in_string, "error.edit_in_string",
+     "\"{path:string}\" is left as it is: the string that begins in line {line:int} swallows line {other:int}; close "
+     "it first"},
+    {phrase::edit_in_array, "error.edit_in_array",
+     "\"{path:string}\" is left as it is: the array that begins in line {line:int} swallows line {other:int}, since "
+     "a comma stands before it; remove that first"},
     {phrase::config_escaped_quote, "finding.config_escaped_quote",
      "the quote at a line's end has a backslash before it and does not close the string"},
     {phrase::config_split_string, "finding.config_split_string",

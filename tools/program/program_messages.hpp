@@ -262,6 +262,8 @@ enum class phrase : unsigned {
     unwritable_no_key,
     key_in_array,
     edit_not_alone,
+    edit_in_string,
+    edit_in_array,
     config_escaped_quote,
     config_split_string,
     config_blank,
