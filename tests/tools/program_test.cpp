@@ -157,7 +157,6 @@ TEST(Program, TellsWhatIsWrongWithItsCommandLine) {
         {"config set f k -x",
          "\"-x\" was not expected; what starts with \"-\" and is no option stands behind \"--\""},
         {"config set f k v --json -o ./f", "\"./f\" is what the command reads; the result needs another file"},
-        {"config set f k v -o f", "this command writes its own file; -o takes only what --format=json tells"},
         {"catalog list --format=xml f", "--format: \"xml\" is unknown; there are text, json"},
         {"catalog check --ignore nope a b",
          "\"nope\" is no rule of this command; --list-rules shows those that are"},

@@ -93,8 +93,7 @@ struct edit_values {
 };
 
 void add_set(command const& config) {
-    command const set =
-        config.add("set", phrase::config_set_about, phrase::config_set_notes).with_json().without_result();
+    command const set = config.add("set", phrase::config_set_about, phrase::config_set_notes).with_json();
     edit_values& given = set.keep<edit_values>();
     set.argument("FILE", given.file, phrase::config_file_argument).required();
     set.argument("KEY", given.key, phrase::key_argument).required();
@@ -105,8 +104,7 @@ void add_set(command const& config) {
 }
 
 void add_unset(command const& config) {
-    command const unset =
-        config.add("unset", phrase::config_unset_about, phrase::config_unset_notes).with_json().without_result();
+    command const unset = config.add("unset", phrase::config_unset_about, phrase::config_unset_notes).with_json();
     edit_values& given = unset.keep<edit_values>();
     unset.argument("FILE", given.file, phrase::config_file_argument).required();
     unset.argument("KEY", given.key, phrase::key_argument).required();

@@ -5,6 +5,7 @@
 // only when it gives all the old settings but for the one.
 #include "config_edit.hpp"
 
+#include "config_statements.hpp"
 #include "config_text_edit.hpp"
 #include "tools/program/files.hpp"
 #include "tools/program/json.hpp"
@@ -19,6 +20,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -58,21 +60,49 @@ bool has_same_entry(config_tree const& left, config_tree const* right) {
     return right && left.kind() == right->kind() && left.value().as_utf8() == right->value().as_utf8();
 }
 
-/// Whether all entries of a tree are in another one.
-bool holds_all(config_tree const& found, config_tree const& expected) {
+std::size_t line_at(config_tree const* lines) {
+    return lines && lines->has_entry() ? static_cast<std::size_t>(lines->value().as_uint64()) : 0;
+}
+
+/// The line of an entry that another tree does not have alike, 0 when that is not known; nothing when there is
+/// no such entry.
+std::optional<std::size_t> find_difference(config_tree const& expected, config_tree const& found,
+                                           config_tree const& lines) {
     static config_tree const nothing;
-    std::vector<std::pair<config_tree const*, config_tree const*>> pending{{&expected, &found}};
+    struct place {
+        config_tree const* expected;
+        config_tree const* found;
+        config_tree const* lines;
+    };
+    std::vector<place> pending{{&expected, &found, &lines}};
     while (!pending.empty()) {
-        auto const [left, right] = pending.back();
+        place const here = pending.back();
         pending.pop_back();
-        for (auto const& [name, node] : *left) {
-            config_tree const* const other = right->get_node(name);
-            if (node->has_entry() && !has_same_entry(*node, other)) return false;
-            pending.emplace_back(node.get(), other ? other : &nothing);
+        for (auto const& [name, node] : *here.expected) {
+            config_tree const* const other = here.found->get_node(name);
+            config_tree const* const line = here.lines->get_node(name);
+            if (node->has_entry() && !has_same_entry(*node, other)) return line_at(line);
+            pending.push_back({node.get(), other ? other : &nothing, line ? line : &nothing});
         }
     }
-    return true;
+    return std::nullopt;
 }
+
+/// A file that nobody else sees and that goes with this object.
+class scratch_file {
+public:
+    scratch_file() : m_stream(std::tmpfile()) {}
+    scratch_file(scratch_file const&) = delete;
+    scratch_file& operator=(scratch_file const&) = delete;
+    ~scratch_file() {
+        if (m_stream) std::fclose(m_stream);
+    }
+    std::FILE* stream() const { return m_stream; }
+    ustring8 path() const { return "/proc/self/fd/" + std::to_string(::fileno(m_stream)); }
+
+private:
+    std::FILE* m_stream;
+};
 
 class config_edit {
 public:
@@ -81,20 +111,25 @@ public:
     /// False, and a complaint, when the file cannot be read. One that is not there may count as empty.
     bool load(bool may_be_absent);
     file_item const& item() const { return m_item; }
+    /// What is in the file, or would be.
+    ustring8 const& text() const { return m_text; }
     /// Of a setting one, of an array its elements; none when there is no such key.
     std::vector<ustring8> values(ustring8 const& key) const;
-    exit_status make(config_change change);
+    exit_status make(config_change change, bool is_dry_run);
 
 private:
     void expect(config_change& change);
-    bool gives_what_is_expected(ustring8 const& file) const;
+    bool gives_what_is_expected(ustring8 const& file, config_tree const& lines);
+    std::optional<exit_status> replace_file(ustring8 const& text, config_tree const& lines);
+    std::optional<exit_status> try_out(ustring8 const& text, config_tree const& lines);
     exit_status refuse(phrase reason, zolt::generic::varg_list const& arguments) const;
     exit_status fail(int error) const;
 
     session const& m_session;
     ustring8 m_path;
     ustring8 m_text;
-    open_file m_item; ///< what is read from the file, then what should be
+    open_file m_item;                  ///< what is read from the file, then what should be
+    std::size_t m_difference_line = 0; ///< of what an edit would have changed, if known
 };
 
 bool config_edit::load(bool may_be_absent) {
@@ -136,9 +171,12 @@ void config_edit::expect(config_change& change) {
     m_item.set_array(change.key, elements, {});
 }
 
-bool config_edit::gives_what_is_expected(ustring8 const& file) const {
+bool config_edit::gives_what_is_expected(ustring8 const& file, config_tree const& lines) {
     file_item written(file);
-    return written.load() && holds_all(written.tree(), m_item.tree()) && holds_all(m_item.tree(), written.tree());
+    if (!written.load()) return false;
+    auto const lost = find_difference(m_item.tree(), written.tree(), lines);
+    if (lost) m_difference_line = *lost;
+    return !lost && !find_difference(written.tree(), m_item.tree(), lines);
 }
 
 /// False when something went wrong, which the file's end tells.
@@ -148,22 +186,43 @@ bool write(std::FILE* stream, ustring8 const& text) {
     return std::fflush(stream) == 0 && written == text.size();
 }
 
-exit_status config_edit::make(config_change change) {
+// Nothing when the text gives something else than it should.
+std::optional<exit_status> config_edit::replace_file(ustring8 const& text, config_tree const& lines) {
+    result_file file(m_path);
+    bool const is_written = write(file.stream(), text);
+    if (is_written && !gives_what_is_expected(file.temporary(), lines)) return std::nullopt;
+    int const error = file.commit();
+    return error == 0 ? exit_good : fail(error);
+}
+
+// The same without the file.
+std::optional<exit_status> config_edit::try_out(ustring8 const& text, config_tree const& lines) {
+    scratch_file file;
+    if (!write(file.stream(), text)) return fail(errno);
+    if (!gives_what_is_expected(file.path(), lines)) return std::nullopt;
+    return exit_good;
+}
+
+exit_status config_edit::make(config_change change, bool is_dry_run) {
+    config_tree lines;
+    find_config_lines(m_text, lines);
     expect(change);
-    for (edit_reach const reach : {edit_reach::one_statement, edit_reach::all_statements}) {
+    for (edit_reach const reach : {edit_reach::one_statement, edit_reach::all_statements, edit_reach::further_up}) {
         config_text_edit const edit = edit_config_text(m_text, change, reach);
         if (edit.refusal) {
             auto const line = static_cast<unsigned long long>(edit.line);
             auto const other = static_cast<unsigned long long>(edit.other_line);
             return refuse(*edit.refusal, {{"path", m_path}, {"key", change.key}, {"line", line}, {"other", other}});
         }
-        result_file file(m_path);
-        bool const is_written = write(file.stream(), edit.text);
-        if (is_written && !gives_what_is_expected(file.temporary())) continue;
-        int const error = file.commit();
-        return error == 0 ? exit_good : fail(error);
+        auto const status = is_dry_run ? try_out(edit.text, lines) : replace_file(edit.text, lines);
+        if (!status) continue;
+        m_text = edit.text;
+        return *status;
     }
-    return refuse(phrase::edit_not_alone, {{"key", change.key}, {"path", m_path}});
+    bool const is_other_line = m_difference_line != 0 && m_difference_line != line_at(lines.get_node(change.key));
+    return refuse(
+        is_other_line ? phrase::edit_changes_line : phrase::edit_not_alone,
+        {{"key", change.key}, {"path", m_path}, {"line", static_cast<unsigned long long>(m_difference_line)}});
 }
 
 exit_status config_edit::refuse(phrase reason, zolt::generic::varg_list const& arguments) const {
@@ -195,12 +254,46 @@ void append_values(json_writer& json, std::string_view name, std::vector<ustring
     json.end_array();
 }
 
+ustring8 shown_values(std::vector<ustring8> const& values) {
+    ustring8 text;
+    for (ustring8 const& value : values) {
+        text.append(&value == &values.front() ? "" : ", ");
+        text.append(value.empty() ? ustring8("\"\"") : written_value(value, values.size() > 1));
+    }
+    return text;
+}
+
+/// What the change has been, for --verbose. The text is the one with the setting.
+void tell(session const& session, ustring8 const& path, config_change const& change,
+          std::vector<ustring8> const& before, ustring8 const& text) {
+    config_tree lines;
+    find_config_lines(text, lines);
+    ustring8 const place = path + ":" + std::to_string(line_at(lines.get_node(change.key)));
+    ustring8 const key = change.key + (change.is_array ? "[]" : "");
+    phrase const what = change.values.empty()     ? phrase::setting_removed
+                        : before == change.values ? phrase::setting_unchanged
+                        : before.empty()          ? phrase::setting_added
+                                                  : phrase::setting_changed;
+    session.tell(session.texts.get(what, {{"place", place},
+                                          {"key", key},
+                                          {"setting", key + " = " + shown_values(change.values)},
+                                          {"old", shown_values(before)}}));
+}
+
 /// Makes the change unless there is nothing to do, and tells what has been done.
 exit_status make(session const& session, config_edit& edit, ustring8 const& path, config_change const& change) {
+    bool const is_dry_run = session.options.has_result_file && !session.is_json();
     bool const is_changed = change.values.empty() || !is_set(edit, change);
     std::vector<ustring8> const before = edit.values(change.key);
-    exit_status const status = is_changed ? edit.make(change) : exit_good;
-    if (status != exit_good || !session.is_json()) return status;
+    ustring8 const text_before = edit.text();
+    if (is_changed) {
+        exit_status const status = edit.make(change, is_dry_run);
+        if (status != exit_good) return status;
+    }
+    if (session.options.is_verbose)
+        tell(session, path, change, before, change.values.empty() ? text_before : edit.text());
+    if (is_dry_run) session.out.write(edit.text());
+    if (!session.is_json()) return exit_good;
     json_writer json;
     json.begin_object();
     json.member("file", path);
@@ -210,7 +303,7 @@ exit_status make(session const& session, config_edit& edit, ustring8 const& path
     append_values(json, "new", change.values);
     json.end_object();
     session.out.line(json.text());
-    return status;
+    return exit_good;
 }
 
 } // namespace

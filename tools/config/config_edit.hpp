@@ -24,7 +24,7 @@ struct config_unset_options {
 
 /// Both end with exit_findings when the file's other statements do not let the key alone be changed, and with
 /// exit_failed when the file cannot be read or written, or the new value has no written form. The file is as
-/// it was then.
+/// it was then. With -o it always is, and the new text goes there; but not with JSON, which tells what was done.
 exit_status set_config(session const& session, config_set_options const& options);
 /// exit_findings also when there is no such key.
 exit_status unset_config(session const& session, config_unset_options const& options);

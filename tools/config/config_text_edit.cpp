@@ -155,7 +155,7 @@ public:
         std::size_t rest = 0;                  ///< of the key, behind the section's name
         std::optional<text_range> neighbour{}; ///< the key of a statement whose layout is to be taken over
     };
-    slot const& place() const { return m_slot; }
+    slot const& place(edit_reach reach) const { return reach == edit_reach::further_up ? m_earlier_slot : m_slot; }
 
 private:
     void look_at_section(config_statement const& statement);
@@ -174,6 +174,7 @@ private:
     bool m_is_array_last = false;
 
     slot m_slot;
+    slot m_earlier_slot; ///< before the last statement
     std::size_t m_slot_depth = 0;
     bool m_is_in_slot = true;    ///< the current section is the one of the slot
     bool m_is_at_header = false; ///< the slot is right behind its section's header, in the same line
@@ -192,6 +193,10 @@ statements_of_key::statements_of_key(ustring8 const& text, config_change const& 
     config_statements statements(text);
     while (statements.next()) {
         config_statement const& statement = statements.current();
+        std::size_t const begin = statement.bytes.begin;
+        m_earlier_slot = m_slot;
+        if (m_slot.at == 0) m_earlier_slot.at = line_begin(m_text, begin);
+        if (m_is_at_header) m_earlier_slot.at = std::min(line_end(m_text, m_slot.at), begin);
         statement.kind == config_statement::section ? look_at_section(statement) : look_at_assignment(statement);
     }
     // Without sections it is the end, behind all comments.
@@ -239,8 +244,7 @@ config_statement const* statements_of_key::last() const {
         bool const is_better = statement.has_effect || !found || !found->has_effect;
         if (!is_element && !statement.values.empty() && is_better) found = &statement;
     }
-    // An array without effect may hold half of the file.
-    return found && !found->has_effect && found->kind == config_statement::array ? nullptr : found;
+    return found;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -257,7 +261,7 @@ public:
         if (is_in_array) {
             rewrite(m_statements.array()->values[m_statements.index()], m_change.values.front(), true);
         } else if (!last) {
-            insert(m_statements.place());
+            insert(m_statements.place(reach));
         } else if ((last->kind == config_statement::array) != m_change.is_array) {
             rewrite_assignment(*last);
         } else if (m_change.is_array) {
@@ -265,7 +269,7 @@ public:
         } else {
             rewrite(last->values.front(), m_change.values.front(), false);
         }
-        if (reach == edit_reach::all_statements && !is_in_array) remove_all_but(last);
+        if (reach != edit_reach::one_statement && !is_in_array) remove_all_but(last);
     }
 
     void remove_all_but(config_statement const* kept) {

@@ -45,7 +45,8 @@ struct config_text_edit {
 
 enum class edit_reach {
     one_statement,
-    all_statements ///< what else gives the key a value, or an element that goes, is removed
+    all_statements, ///< what else gives the key a value, or an element that goes, is removed
+    further_up      ///< and a new statement goes before the file's last one, which may not end
 };
 
 config_text_edit edit_config_text(ustring8 const& text, config_change const& change, edit_reach reach);

@@ -132,16 +132,19 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_set_notes, "config.set.notes",
      "KEY[] or several values make an array; a file that is not there is made. The statement that sets the key is "
      "changed where it stands, a new one goes to the end of its section; every other byte stays, comments "
-     "included. The file is replaced only when reading the new one gives all other settings as they were. The new "
-     "one has the mode of the old one, and its owner and group as far as you may set them; a hard link keeps the "
-     "old text. With --format=json \"old\" and \"new\" are lists of the values before and after, and \"changed\" "
-     "tells whether these differ; -o takes that alone.\nExit status: 0; 1 when other statements do not let the key "
-     "alone be changed; 2 when the file cannot be read or written, or no written form holds the value.\nExample: "
-     "zolt config set app.cfg net.port 8080"},
+     "included but for those in lines that go, of elements or of other statements for the key. The file is "
+     "replaced only when reading the new one gives all other settings as they were. The new one has the mode of "
+     "the old one, and its owner and group as far as you may set them; a hard link keeps the old text. Commands "
+     "at the same time wait for one another (flock).\nWith -o the new text goes there, \"-\" being standard "
+     "output, and FILE stays as it is. With --format=json FILE is changed, and what is told, to -o, has the lists "
+     "\"old\" and \"new\" of the values before and after; \"changed\" tells whether these differ. -v tells the line "
+     "and both values.\nExit status: 0; 1 when other statements do not let the key alone be changed; 2 when the "
+     "file cannot be read or written, or no written form holds the value.\nExample: zolt config set app.cfg "
+     "net.port 8080"},
     {phrase::config_unset_about, "config.unset.about", "Removes one key or array from a file"},
     {phrase::config_unset_notes, "config.unset.notes",
      "The lines that set the key are removed, with the comments in them; every other byte stays. The file is "
-     "replaced as \"zolt config set\" does it, and JSON has the same form.\nExit status: 0; 1 when there is no "
+     "replaced as \"zolt config set\" does it, with the same -o, -v and JSON.\nExit status: 0; 1 when there is no "
      "such key or the file was left as it is; 2 when it cannot be read or written.\nExample: zolt config unset "
      "app.cfg net.port"},
     {phrase::config_check_about, "config.check.about",
@@ -438,6 +441,12 @@ constexpr program_messages::built_in texts[] = {
     {phrase::edit_in_array, "error.edit_in_array",
      "\"{path:string}\" is left as it is: the array that begins in line {line:int} swallows line {other:int}, since "
      "a comma stands before it; remove that first"},
+    {phrase::edit_changes_line, "error.edit_changes_line",
+     "\"{path:string}\" is left as it is: to change \"{key:string}\" would change what line {line:int} sets"},
+    {phrase::setting_changed, "setting.changed", "{place:string}: {setting:string}, was {old:string}"},
+    {phrase::setting_added, "setting.added", "{place:string}: {setting:string}, was not set"},
+    {phrase::setting_removed, "setting.removed", "{place:string}: {key:string} is removed, was {old:string}"},
+    {phrase::setting_unchanged, "setting.unchanged", "{place:string}: {setting:string}, unchanged"},
     {phrase::config_escaped_quote, "finding.config_escaped_quote",
      "the quote at a line's end has a backslash before it and does not close the string"},
     {phrase::config_split_string, "finding.config_split_string",
