@@ -483,6 +483,18 @@ TEST_F(ConfigChanges, AreToldAsJson) {
     EXPECT_EQ("a = 1\n", content());
 }
 
+TEST_F(ConfigChanges, AreNotLostAtTheSameTime) {
+    store("a=1\n", "old");
+    std::string const loop = "for i in 1 2 3 4 5 6; do for f in old new; do " ZOLT_PROGRAM " config set $f k$i x & "
+                             "done; done; wait";
+    EXPECT_EQ(0, run("-c '" + loop + "'", {.program = "/bin/sh"}).status);
+    for (std::string const name : {"old", "new"}) {
+        std::string const text = content(name);
+        EXPECT_EQ(name == "old" ? 7 : 6, std::count(text.begin(), text.end(), '\n')) << text;
+    }
+    EXPECT_EQ(2, files());
+}
+
 // With -o, and what --verbose tells.
 TEST_F(ConfigChanges, AreTriedOut) {
     store("a=1\n[s]\nl[]=1,\"\"x\n");

@@ -14,7 +14,10 @@
 #include <zolt/config/file_item.hpp>
 #include <zolt/system/file_utility.hpp>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -104,10 +107,58 @@ private:
     std::FILE* m_stream;
 };
 
+/// A lock that all wait for who change the same file. It ends with this object, or the process. Where the system
+/// locks nothing this does not, either.
+class file_lock {
+public:
+    file_lock() = default;
+    file_lock(file_lock const&) = delete;
+    file_lock& operator=(file_lock const&) = delete;
+    ~file_lock() { release(); }
+
+    /// Locks the file, or while there is none its directory.
+    void acquire(ustring8 const& path);
+
+private:
+    bool is_held_on(ustring8 const& path) const;
+    void release() {
+        if (m_descriptor != -1) ::close(std::exchange(m_descriptor, -1));
+    }
+
+    int m_descriptor = -1;
+};
+
+// Another process may have put a new file in the place of the one that was opened, so it is looked for again.
+void file_lock::acquire(ustring8 const& path) {
+    do {
+        release();
+        struct stat status {};
+        bool const is_there = ::stat(path.c_str(), &status) == 0;
+        if (is_there && !S_ISREG(status.st_mode)) return; // to open a pipe would wake who waits for a reader
+        ustring8 const directory = path.substr(0, path.rfind('/') + 1) + "."; // npos + 1 is 0
+        m_descriptor = ::open((is_there ? path : directory).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        if (m_descriptor == -1 && is_there && errno == ENOENT) continue;
+        if (m_descriptor == -1) return;
+        while (::flock(m_descriptor, LOCK_EX) != 0) {
+            if (errno != EINTR) return;
+        }
+    } while (!is_held_on(path));
+}
+
+bool file_lock::is_held_on(ustring8 const& path) const {
+    struct stat held {};
+    struct stat named {};
+    if (m_descriptor == -1 || ::fstat(m_descriptor, &held) != 0) return false;
+    if (::stat(path.c_str(), &named) != 0) return S_ISDIR(held.st_mode);
+    return held.st_dev == named.st_dev && held.st_ino == named.st_ino;
+}
+
 class config_edit {
 public:
     config_edit(session const& session, ustring8 const& path) : m_session(session), m_path(path), m_item(path) {}
 
+    /// Lets no other command change the file until this object is gone.
+    void lock() { m_lock.acquire(m_path); }
     /// False, and a complaint, when the file cannot be read. One that is not there may count as empty.
     bool load(bool may_be_absent);
     file_item const& item() const { return m_item; }
@@ -127,6 +178,7 @@ private:
 
     session const& m_session;
     ustring8 m_path;
+    file_lock m_lock;
     ustring8 m_text;
     open_file m_item;                  ///< what is read from the file, then what should be
     std::size_t m_difference_line = 0; ///< of what an edit would have changed, if known
@@ -280,19 +332,21 @@ void tell(session const& session, ustring8 const& path, config_change const& cha
                                           {"old", shown_values(before)}}));
 }
 
+/// Whether the new text goes elsewhere.
+bool is_dry_run(session const& session) { return session.options.has_result_file && !session.is_json(); }
+
 /// Makes the change unless there is nothing to do, and tells what has been done.
 exit_status make(session const& session, config_edit& edit, ustring8 const& path, config_change const& change) {
-    bool const is_dry_run = session.options.has_result_file && !session.is_json();
     bool const is_changed = change.values.empty() || !is_set(edit, change);
     std::vector<ustring8> const before = edit.values(change.key);
     ustring8 const text_before = edit.text();
     if (is_changed) {
-        exit_status const status = edit.make(change, is_dry_run);
+        exit_status const status = edit.make(change, is_dry_run(session));
         if (status != exit_good) return status;
     }
     if (session.options.is_verbose)
         tell(session, path, change, before, change.values.empty() ? text_before : edit.text());
-    if (is_dry_run) session.out.write(edit.text());
+    if (is_dry_run(session)) session.out.write(edit.text());
     if (!session.is_json()) return exit_good;
     json_writer json;
     json.begin_object();
@@ -316,6 +370,7 @@ exit_status set_config(session const& session, config_set_options const& options
         return exit_failed;
     }
     config_edit edit(session, options.file);
+    if (!is_dry_run(session)) edit.lock();
     if (!edit.load(true)) return exit_failed;
     return make(session, edit, options.file, change);
 }
@@ -323,6 +378,7 @@ exit_status set_config(session const& session, config_set_options const& options
 exit_status unset_config(session const& session, config_unset_options const& options) {
     ustring8 const key = plain_key(options.key);
     config_edit edit(session, options.file);
+    if (!is_dry_run(session)) edit.lock();
     if (!edit.load(false)) return exit_failed;
     if (!edit.item().get_value(key)) {
         session.complain(session.texts.get(phrase::no_setting, {{"key", options.key}}));
