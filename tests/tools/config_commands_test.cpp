@@ -389,7 +389,12 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
         // arrays
         {"l[] = 1, # one\n  2, // two\n  3 # three\n", "set f l 4 5 6",
          "l[] = 4, # one\n  5, // two\n  6 # three\n"},
-        {"l[] = 1, # one\n  2, // two\n  3 # three\n", "set f l 4 5", "l[] = 4, # one\n  5 # three\n"},
+        {"l[] = 1, # one\n  2, // two\n  3 # three\n", "set f l 4 5", "l[] = 4, # one\n  5 // two\n"},
+        {"l[] = a, # first\n  b , # second\n  # between\n  c,\n\n  \"d\ne\", f, # last\n // g\n h // i\nk=1",
+         "set f l x y", "l[] = x, # first\n  y # second\n  # between\n // g\nk=1"},
+        {"l[] = 1 ,2, \"3\n\" ,,//a\r\n\r\n #b\r\n 4", "set f l 5", "l = 5 //a\r\n #b\r\n"},
+        {"l[] = \"1\",\n 2, \n3", "set f l[] 5", "l[] = \"5\"\n"},
+        {"l[]=1,2 # x", "set f l 5", "l=5 # x"},
         {"l[] = 1, \"\" # two\nm=1", "set f l 4 5 6", "l[] = 4, \"5\", 6 # two\nm=1"},
         {"l[]=1 # x", "set f l 1 2,3", "l[]=1, \"2,3\" # x"},
         {"l[]=1,2,3\nl.x=4\nl.7=5\n", "set f l 6", "l=6\nl.x=4\n"},

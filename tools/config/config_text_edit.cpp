@@ -265,7 +265,7 @@ public:
         } else if ((last->kind == config_statement::array) != m_change.is_array) {
             rewrite_assignment(*last);
         } else if (m_change.is_array) {
-            rewrite_elements(last->values);
+            rewrite_elements(*last);
         } else {
             rewrite(last->values.front(), m_change.values.front(), false);
         }
@@ -356,15 +356,51 @@ private:
     }
 
     // Element by element, for the sake of what is between them.
-    void rewrite_elements(std::vector<text_range> const& before) {
+    void rewrite_elements(config_statement const& array) {
+        std::vector<text_range> const& before = array.values;
         std::vector<ustring8> const& values = m_change.values;
         std::size_t const common = std::min(before.size(), values.size());
         for (std::size_t i = 0; i != common; ++i) rewrite(before[i], values[i], true);
-        text_range const rest{before[common - 1].end, before.back().end};
+        remove_elements(array, common);
         ustring8 more;
         for (std::size_t i = common; i != values.size(); ++i)
             more.append(", ").append(written_value(values[i], true));
-        if (!rest.empty() || !more.empty()) m_replacements.push_back({rest, more});
+        std::size_t const end = before.back().end;
+        if (!more.empty()) m_replacements.push_back({{end, end}, more});
+    }
+
+    // All but the first ones, with the lines that they have for themselves. Comments stay that are lines, and the
+    // one in the line of the last element that is kept.
+    void remove_elements(config_statement const& array, std::size_t kept) {
+        std::vector<text_range> const& elements = array.values;
+        if (kept == elements.size()) return;
+        std::size_t const begin = elements[kept - 1].end;
+        std::size_t at = begin; // where the line goes on behind its elements
+        std::size_t next = kept;
+        auto const pass_elements = [&] {
+            std::size_t end = line_end(m_text, at);
+            for (; next != elements.size() && elements[next].begin < end; ++next) {
+                at = elements[next].end;
+                end = line_end(m_text, at);
+            }
+            return end;
+        };
+        std::size_t end = pass_elements();
+        std::size_t const tail = std::min(m_text.find_first_not_of(" \t,", at), end);
+        bool const is_comment = tail < end && (m_text[tail] == '#' || m_text[tail] == '/');
+        bool const keeps_blank = is_comment && tail != begin && is_blank(m_text[tail - 1]);
+        at = tail;
+        while (keeps_blank && is_blank(m_text[at - 1])) --at;
+        m_replacements.push_back({{begin, at}, is_comment && !keeps_blank ? " " : ""});
+
+        while (end < array.bytes.end) {
+            std::size_t const line = at = end;
+            std::size_t const before = next;
+            end = pass_elements();
+            std::size_t const first = std::min(m_text.find_first_not_of(" \t", line), m_text.size() - 1);
+            bool const is_comment_line = next == before && (m_text[first] == '#' || m_text[first] == '/');
+            if (!is_comment_line) m_replacements.push_back({{line, end}, {}});
+        }
     }
 
     // From a value to an array or back.
@@ -376,6 +412,10 @@ private:
             key.resize(key.size() - array_mark.size());
         }
         m_replacements.push_back({statement.key, key});
+        if (!m_change.is_array) {
+            rewrite(statement.values.front(), m_change.values.front(), false);
+            return remove_elements(statement, 1);
+        }
         text_range const values{statement.values.front().begin, statement.values.back().end};
         m_replacements.push_back({values, blank_before(values) + written_values(m_change)});
     }
