@@ -11,16 +11,16 @@
 
 namespace {
 
-#define NOT_VALID "error: message_catalogs::result_type - XMC file is not valid: xmc_file_loader::load_error - "
+#define NOT_VALID "error: message_catalogs::result_type - XMC file is not valid; xmc_file_loader::load_error - "
 #define NOT_FORMED                                                                                                 \
-    "error: message_catalogs::result_type - XML parse error, XML file not well formed: "                           \
+    "error: message_catalogs::result_type - XML parse error, XML file not well formed; "                           \
     "xmc_file_loader::load_error - "
 
 // Files in data/faults that the library refuses, and the first line of output behind the name.
 constexpr std::pair<char const*, char const*> fault_rows[] = {
     // not well-formed: the line is the file's, not the parser's count
     {"no_header", ".xmc:1:1: " NOT_FORMED "Valid XML header not found"},
-    {"mismatched_end", ".xmc:10:5: " NOT_FORMED "Mismatched end element \"mgs\" was found"},
+    {"mismatched_end", ".xmc:10:12: " NOT_FORMED "Mismatched end element \"mgs\" was found"},
     {"unknown_entity", ".xmc:4:5: " NOT_FORMED "Unknown enity being parsed"},
     {"unterminated_comment", ".xmc:3:3: " NOT_FORMED "Unexpected end of file during XML parsing"},
     {"unclosed_element", ".xmc:4:3: " NOT_FORMED "Unexpected end of file during XML parsing"},
@@ -28,7 +28,7 @@ constexpr std::pair<char const*, char const*> fault_rows[] = {
     {"wrong_root", ".xmc:4:1: " NOT_VALID "Not XMC file, root element is not XMC but \"catalogs\""},
     {"wrong_version", ".xmc:3:1: " NOT_VALID "XMC version \"2.0\" is not supported"},
     {"no_catalog",
-     ".xmc:2:1: error: message_catalogs::result_type - No catalog was loaded: xmc_file_loader::load_error "
+     ".xmc:2:1: error: message_catalogs::result_type - No catalog was loaded; xmc_file_loader::load_error "
      "- No catalog was loaded in file: \"faults/no_catalog.xmc\""},
     {"bad_root_child", ".xmc:6:3: " NOT_VALID "Invalid element \"msg\""},
     {"bad_catalog_attribute", ".xmc:4:3: " NOT_VALID "Invalid attibute \"language\""},
@@ -59,27 +59,20 @@ TEST(CatalogCheck, FindsNothingInWhatIsRight) {
 }
 
 TEST(CatalogCheck, FollowsIncludesAndReportsTheirFaultsOnce) {
-    std::string const expected = "faults/sub/faulty.xmc:5:7: " NOT_VALID "Invalid element \"i\" [load]\n"
-                                 "    in message element: \"m\"\n"
-                                 "    in catalog element: \"sub\"\n"
-                                 "    in file: \"faults/sub/faulty.xmc\"\n";
+    std::string const expected = "faults/sub/faulty.xmc:5:7: " NOT_VALID "Invalid element \"i\" [load]\n";
     std::string const summary = "2 files, 1 catalog, 1 language: 1 error, 0 warnings, 0 notes\n";
     std::string const command = "catalog check faults/include_faulty.xmc";
     expect_run(command, 1, summary, expected);
     expect_run(command + " faults/sub/faulty.xmc ./faults/sub/../include_faulty.xmc", 1, summary, expected);
+    std::string const all = "[load]\n    in message element: \"m\"\n    in catalog element: \"sub\"\n";
+    EXPECT_NE(std::string::npos, run_program(command + " -v").err.find(all));
 }
 
 TEST(CatalogCheck, ExpectsFromARegionOnlyWhatItsLanguageLacks) {
     expect_run("catalog check faults/missing_message.xmc --fail-on=warning", 1,
-               "1 file, 1 catalog, 3 languages: 0 errors, 5 warnings, 0 notes\n",
-               "faults/missing_message.xmc:3:3: warning: catalog \"a\" has no message \"german\" in language "
-               "\"en\" [missing-message]\n"
-               "faults/missing_message.xmc:3:3: warning: catalog \"a\" has no message \"swiss\" in language \"en\" "
-               "[missing-message]\n"
+               "1 file, 1 catalog, 3 languages: 0 errors, 2 warnings, 0 notes\n",
                "faults/missing_message.xmc:7:3: warning: catalog \"a\" has no message \"english\" in language "
                "\"de\" [missing-message]\n"
-               "faults/missing_message.xmc:7:3: warning: catalog \"a\" has no message \"swiss\" in language \"de\" "
-               "[missing-message]\n"
                "faults/missing_message.xmc:11:3: warning: catalog \"a\" has no message \"english\" in language "
                "\"de_CH\" [missing-message]\n");
 }
@@ -155,15 +148,28 @@ rule_row const rule_rows[] = {
      "3:15: error: argument \"n\" shows as ?invalid? whatever its value: target_unit=kB",
      en("<arg name='n' type='memory' target_unit='KB'/>")},
     {"byte-reference", en("caf&#233;"),
-     "3:18: error: \"&#233;\" is one byte, octal with a leading zero; write the character itself",
+     "3:18: error: \"&#233;\" is the byte E9 and no character; write the character itself",
      en("café&#10;&#x41;&amp;")},
     {"byte-reference", en("a&#010;"),
-     "3:16: error: \"&#010;\" is one byte, octal with a leading zero; write the character itself", en("a&#x0A;")},
+     "3:16: error: \"&#010;\" is the byte 08 and no character; write the character itself", en("a&#x0A;")},
+    {"byte-reference", file(catalog("en", "<msg name='&#233;' meta='&#9;'>a</msg>")),
+     "3:12: error: \"&#233;\" is the byte E9 and no character; write the character itself",
+     file(catalog("en", "<msg name='&amp;' meta='&#9;'>a</msg>"))},
+    {"byte-reference", en("<arg name='a&#xE9;'/>"),
+     "3:27: error: \"&#xE9;\" is the byte E9 and no character; write the character itself", en("<arg name='é'/>")},
+    {"byte-reference", file("<catalog name='&#233;' lang='en'></catalog>\n"),
+     "2:16: error: \"&#233;\" is the byte E9 and no character; write the character itself",
+     file("<catalog name='&#65;' lang='en'></catalog>\n")},
     {"catalog-without-lang", file("<catalog name='a' lang=''></catalog>\n"),
      "2:1: warning: catalog \"a\" has no language and is never loaded", file(catalog(".", ""))},
     {"control-character", en("a\x07"), "3:16: warning: control character 07 in the text", en("a\tb")},
     {"control-character", en("a&#x1b;[m"), "3:16: warning: control character 1B in the text", en("&#9;")},
     {"control-character", en("\xC2\x9B"), "3:15: warning: control character 9B in the text", en("\xC2\xA0")},
+    {"control-character", en("a&#13;"), "3:16: warning: control character 0D in the text", en("a\r\nb&#10;")},
+    {"control-character", file(catalog("en", "<msg name='a&#10;b'>a</msg>")),
+     "3:6: warning: control character 0A in the name", file(catalog("en", "<msg name='a b' meta='&#10;'>a</msg>"))},
+    {"control-character", file("<catalog name='a\tb' lang='en'></catalog>\n"),
+     "2:10: warning: control character 09 in the name", file(catalog("en", ""))},
     {"duplicate-lang-spelling", file(catalog("de_AT", "") + catalog("de-AT", "")),
      "5:19: warning: language \"de-AT\" is written \"de_AT\" in f:2",
      file(catalog("de_AT", "") + catalog("de_AT", ""))},
@@ -182,7 +188,10 @@ rule_row const rule_rows[] = {
     {"edge-space", en("a\n "), "3:16: warning: the line end here is a blank of the text", en("a ")},
     {"edge-space", en("a<br/>\nb"), "3:21: warning: the line end here is a blank of the text", en("a<br/> b")},
     {"edge-space", en_de("a: ", "b:"),
-     "6:1: warning: message \"m\" ends in a blank in language \"en\", here it does not", en_de("a: ", "b: ")},
+     "6:1: warning: message \"m\" ends in a blank in language \"en\", here it does not", en_de("a: ", "b:&#32;")},
+    {"edge-space", en_de("&#32;a", "a"),
+     "6:1: warning: message \"m\" starts with a blank in language \"en\", here it does not",
+     en_de("&#32;a", "\n&#x20;\na")},
     {"empty-translation", en_de("a", " "), "6:1: warning: message \"m\" is empty, in language \"en\" it is not",
      en_de(" ", "")},
     {"include-absolute", file("<include file='" GERMAN "'/>"),
@@ -201,7 +210,9 @@ rule_row const rule_rows[] = {
      file(catalog("en", "<msg name='m' meta='x'>a</msg>"))},
     {"missing-message", file(catalog("en", "<msg name='m'>a</msg>") + catalog("de", "")),
      "5:1: warning: catalog \"a\" has no message \"m\" in language \"de\"",
-     file(catalog("en", "<msg name='m'>a</msg>") + catalog("en_GB", ""))},
+     file(catalog("en", "<msg name='m'>a</msg>") + catalog("en_GB", "") +
+          catalog("de", "<msg name='m'>a</msg>"
+                        "<msg name='n'>a</msg>"))},
     {"nbsp-is-blank", en("10&nbsp;km"),
      "3:17: warning: \"&nbsp;\" is an ordinary blank here; write the character U+00A0 itself", en("10\xC2\xA0km")},
     // sets, not counts
@@ -220,6 +231,14 @@ rule_row const rule_rows[] = {
            "<arg name='x' type='mem' target_unit='MB'/> MB")},
     {"punctuation", en_de("Save?", "Sichern"), "6:1: note: message \"m\" ends in \"\", in language \"en\" in \"?\"",
      en_de("\"Save\": &quot;a.&quot;", "保存。")},
+    {"punctuation", en_de("Go.<br/>", "Geh<br/>"),
+     "6:1: note: message \"m\" ends in \"\", in language \"en\" in \".\"", en_de("Go.<br/><br/>", "Geh.<br/>")},
+    {"punctuation", en_de("Why?", "\u060C"), "6:1: note: message \"m\" ends in \",\", in language \"en\" in \"?\"",
+     en_de("Why?", "\u037E")},
+    {"punctuation", file(catalog("en", "<msg name='m'>Why?</msg>") + catalog("th", "<msg name='m'>a</msg>")),
+     "6:1: note: message \"m\" ends in \"\", in language \"en\" in \"?\"",
+     file(catalog("en", "<msg name='m'>Go.</msg>") + catalog("lo_LA", "<msg name='m'>a</msg>") +
+          catalog("hy", "<msg name='m'>a\u0589</msg>"))},
     {"unit-pair", en("<arg name='x' type='mem' precision='1'/><arg name='x' type='mem_unit'/>"),
      "3:55: warning: the unit of argument \"x\" has other options than its amount and may not fit it",
      en("<arg name='x' type='mem' precision='1'/><arg name='x' type='mem_unit' precision='1'/>"
@@ -228,6 +247,16 @@ rule_row const rule_rows[] = {
      "3:51: warning: the unit of argument \"x\" has other options than its amount and may not fit it",
      en("<arg name='x' type='mem' field='6' base_unit='KB' precision='1'/>"
         "<arg name='x' type='mem_unit' precision='1' base_unit='KB'/>")},
+    {"unit-pair", en("<arg name='x' type='mem' t='KB'/><arg name='x' type='mem_unit' target_unit='MB'/>"),
+     "3:48: warning: the unit of argument \"x\" has other options than its amount and may not fit it",
+     en("<arg name='x' type='mem' t='KB' precision='1'/><arg name='x' type='mem_unit' p='2' target_unit='KBit'/>"
+        "<arg name='y' type='mem' target_unit='any' base_unit='B'/><arg name='y' type='mem_unit'/>")},
+    {"unit-pair", en("<arg name='x' type='metric' t='a'/><arg name='x' type='metric_unit' t='any'/>"),
+     "3:50: warning: the unit of argument \"x\" has other options than its amount and may not fit it",
+     en("<arg name='x' type='metric' t='' precision='1'/><arg name='x' type='metric_unit' target='base'/>")},
+    {"unknown-rule", file("<!-- zolt-ignore edge-blank -->" + catalog("en", "")),
+     "2:18: warning: \"edge-blank\" is no rule of this command; --list-rules shows those that are",
+     file("<!-- zolt-ignore edge-space, po-text obsolete-message: a reason -->" + catalog("en", ""))},
     {"unknown-type", en("<arg name='x' type='integer'/>"),
      "3:29: warning: argument \"x\" has the unknown type \"integer\" and is shown as text",
      en("<arg name='x' type='INT'/>")},
@@ -238,7 +267,10 @@ rule_row const rule_rows[] = {
 
 class CatalogRules : public in_directory {
 protected:
-    CatalogRules() { store(file(catalog("en", "<msg name='g'>g</msg>")), "g"); }
+    CatalogRules() {
+        std::filesystem::create_directory(directory + "/d");
+        store(file(catalog("en", "<msg name='g'>g</msg>")), "g");
+    }
 };
 
 TEST_F(CatalogRules, FindAFaultAndPassItsCleanTwin) {
@@ -247,7 +279,7 @@ TEST_F(CatalogRules, FindAFaultAndPassItsCleanTwin) {
         SCOPED_TRACE(row.fault);
         rules.insert(row.rule);
         store(row.fault);
-        program_run const fault = run("catalog check f --fail-on=note");
+        program_run const fault = run("catalog check -q f --fail-on=note");
         std::string const found = fault.err.substr(0, fault.err.find('\n'));
         EXPECT_EQ("f:" + std::string(row.finding) + " [" + row.rule + "]", found);
         EXPECT_EQ(1, fault.status);
@@ -302,10 +334,36 @@ TEST_F(CatalogRules, TellWhichOfSeveralMessagesIsUsed) {
     };
     store(file("<include file='g'/>"), "i");
     store(file(own), "h");
+    store(file(own), "d/a.xmc");
+    store(file("<include file='a.xmc'/>"), "d/b.xmc");
+    store(file(own), "d/c.xmc");
+    store(file(catalog("de", "<msg name='g'>h</msg>")), "d/d.xmc");
+    EXPECT_EQ(lost("d/a.xmc:3:1", "d/c.xmc:3", "d"), run("catalog check -q d").err);
+    EXPECT_EQ("", run("catalog check -q d/a.xmc d/c.xmc").err);
     for (auto const& [text, found] : rows) {
         store(text);
         EXPECT_EQ(found, run("catalog check -q i h f g").err) << text;
     }
+}
+
+// What is named, what a directory has and what is included.
+TEST_F(CatalogRules, NeverWriteOverWhatIsRead) {
+    store(en("a"), "d/a.xmc");
+    store(file("<include file='a.xmc'/>"), "d/b.xmc");
+    for (char const* const line :
+         {"list -o d/a.xmc d/b.xmc", "show -o d/a.xmc d a", "render -o d/a.xmc d/b.xmc a m", "check -o d/a.xmc d",
+          "missing -o d/a.xmc d/b.xmc", "stats -o d/a.xmc d", "stats --svg d/a.xmc d/b.xmc",
+          "pseudo -o d/a.xmc d/b.xmc", "export-po --lang=en -o d/a.xmc d", "diff -o d/a.xmc g d",
+          "fmt -o d/a.xmc d/b.xmc", "fmt --check -o d/a.xmc d/a.xmc"}) {
+        expect("catalog " + std::string(line), 2, "",
+               "zolt: \"d/a.xmc\" is what the command reads; the result needs another file\n");
+        EXPECT_EQ(en("a"), content("d/a.xmc"));
+    }
+    expect("catalog stats d --svg x -o x", 2, "", "zolt: \"x\" is named by both --svg and -o\n");
+    expect("catalog pseudo -o d/en_XA.xmc d", 0, ""); // and what it has made itself it leaves out
+    std::string const made = content("d/en_XA.xmc");
+    expect("catalog pseudo -o d/en_XA.xmc d", 0, "");
+    EXPECT_EQ(made, content("d/en_XA.xmc"));
 }
 
 // At one place not by their texts, which are in the user's language.
@@ -322,6 +380,18 @@ TEST_F(CatalogRules, CompareWithTheReference) {
     store(en_de("Save?", "Sichern"));
     EXPECT_EQ("f:3:1: note: message \"m\" ends in \"?\", in language \"de\" in \"\" [punctuation]\n",
               run("catalog check -q f --ref=de").err);
+    program_run const absent = run("catalog check f --ref=fr");
+    EXPECT_EQ(2, absent.status);
+    EXPECT_EQ("zolt: there is no catalog in the reference language \"fr\"; --ref names another\n", absent.err);
+    EXPECT_EQ(run("catalog check -q f").err, run("catalog check -q f --ref=en_GB").err);
+    std::string const german = catalog("de", "<msg name='m'>a?</msg>");
+    store(file(german + catalog("fr", "<msg name='m'></msg>")));
+    expect("catalog check f", 0, "1 file, 1 catalog, 2 languages: 0 errors, 0 warnings, 0 notes\n",
+           "zolt: there is no catalog in the reference language \"en\": languages are not compared; --ref names "
+           "another\n");
+    expect("catalog check -q f", 0, "", "");
+    store(file(german));
+    expect("catalog check f", 0, "1 file, 1 catalog, 1 language: 0 errors, 0 warnings, 0 notes\n", "");
     std::string messages;
     for (int i = 0; i != 25; ++i) messages += "<msg name='" + std::to_string(i) + "'>a</msg>";
     store(file(catalog("en", messages) + catalog("de", "")));

@@ -31,6 +31,7 @@ public:
     exit_status run(std::vector<ustring8> const& paths);
 
 private:
+    bool tell_lack_of_reference() const;
     std::size_t count_catalogs() const;
     void print_summary();
     void print_json();
@@ -50,6 +51,7 @@ exit_status check_run::run(std::vector<ustring8> const& paths) {
     m_input.read();
     tree_rules rules(m_tree, m_report, normalized_language(m_session.options.reference), m_wanted);
     rules.check_messages();
+    bool const has_reference = rules.has_reference() || tell_lack_of_reference();
     m_input.load(rules.check_includes());
     if (m_session.is_json()) {
         print_json();
@@ -57,7 +59,18 @@ exit_status check_run::run(std::vector<ustring8> const& paths) {
         m_found.print();
         if (!m_session.options.is_quiet) print_summary();
     }
-    return m_input.is_complete() ? m_found.status() : exit_failed;
+    return m_input.is_complete() && has_reference ? m_found.status() : exit_failed;
+}
+
+// False when the user has asked for one.
+bool check_run::tell_lack_of_reference() const {
+    common_options const& options = m_session.options;
+    std::size_t const languages = languages_of(m_tree).size();
+    if (languages == 0 || (languages == 1 && !options.has_reference)) return true;
+    if (options.has_reference || !options.is_quiet)
+        m_session.complain(m_session.texts.get(options.has_reference ? phrase::no_reference : phrase::no_comparison,
+                                               {{"language", options.reference}}));
+    return !options.has_reference;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 #include "catalog_commands.hpp"
 
 #include "catalog_paths.hpp"
+#include "catalog_sources.hpp"
 #include "check_file_rules.hpp"
 #include "check_tree.hpp"
 #include "check_tree_rules.hpp"
@@ -36,6 +37,17 @@ bool load(session const& session, message_catalogs& catalogs, ustring8 const& pa
     auto const result = catalogs.load(path, language);
     if (result.code() == message_catalogs::no_error) return true;
     session.complain(result.message());
+    return false;
+}
+
+// A directory or an include may have the file of -o.
+bool reads_target(session const& session, ustring8 const& path) {
+    if (!zolt::system::io::is_file(session.options.result_file)) return false;
+    catalog_sources sources;
+    sources.add(path);
+    while (source_file const* const file = sources.read_next()) {
+        if (is_target(session, file->path)) return true;
+    }
     return false;
 }
 
@@ -239,6 +251,7 @@ void print_rendered_json(session const& session, ustring8 const& text, std::vect
 
 exit_status list_catalogs(session const& session, ustring8 const& path) {
     std::optional<ustring8> const& language = session.options.language;
+    if (reads_target(session, path)) return exit_failed;
     std::vector<catalog_counts> counts;
     bool const is_counted =
         language ? count_loaded(session, path, *language, counts) : count_all(session, path, counts);
@@ -249,7 +262,8 @@ exit_status list_catalogs(session const& session, ustring8 const& path) {
 
 exit_status show_messages(session const& session, show_options const& options) {
     message_catalogs catalogs;
-    if (!load(session, catalogs, options.path, session.language())) return exit_failed;
+    if (reads_target(session, options.path) || !load(session, catalogs, options.path, session.language()))
+        return exit_failed;
     catalog_t const* const catalog = find_catalog(session, catalogs, options.path, options.catalog);
     if (!catalog) return exit_findings;
     message_list messages;
@@ -268,7 +282,8 @@ exit_status render_message(session const& session, render_options const& options
     zolt::generic::varg_list arguments;
     if (!read_values(session, options.values, arguments)) return exit_failed;
     message_catalogs catalogs;
-    if (!load(session, catalogs, options.path, session.language())) return exit_failed;
+    if (reads_target(session, options.path) || !load(session, catalogs, options.path, session.language()))
+        return exit_failed;
     catalog_t const* const catalog = find_catalog(session, catalogs, options.path, options.catalog);
     message_t const* const message = catalog ? find_message(session, *catalog, options.message) : nullptr;
     if (!message) return exit_findings;

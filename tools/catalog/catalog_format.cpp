@@ -3,6 +3,7 @@
 #include "catalog_format.hpp"
 
 #include "catalog_layout.hpp"
+#include "catalog_paths.hpp"
 #include "catalog_texts.hpp"
 #include "catalog_tree.hpp"
 #include "tools/program/files.hpp"
@@ -152,18 +153,28 @@ private:
         common_options const& given = m_session.options;
         m_has_result_file = given.has_result_file && !m_options.is_check && !m_session.is_json();
         if (m_has_result_file && files.size() != 1) return fail(phrase::fmt_one_file, {}), false;
-        if (m_has_result_file || !given.has_result_file || given.result_file == "-") return true;
-        ustring8 const result = real_path(given.result_file);
-        bool const is_input = std::any_of(files.begin(), files.end(),
-                                          [&](ustring8 const& file) { return real_path(file) == result; });
-        if (is_input) fail(phrase::result_is_input, {{"path", given.result_file}});
-        return !is_input;
+        return m_has_result_file || std::none_of(files.begin(), files.end(), [this](ustring8 const& file) {
+                   return is_target(m_session, file);
+               });
+    }
+
+    // The text may take the place of the file itself, not of one that it includes.
+    bool includes_target(ustring8 const& path) const {
+        if (m_session.options.result_file == "-") return false;
+        catalog_sources sources;
+        sources.add(path);
+        sources.read_next();
+        while (source_file const* const included = sources.read_next()) {
+            if (is_target(m_session, included->path)) return true;
+        }
+        return false;
     }
 
     // True when the file has another layout than it should have, and nothing speaks against it.
     bool format(ustring8 const& path) {
         ustring8 text;
         if (!load(path, text)) return fail(phrase::not_readable, why_unreadable(path)), false;
+        if (includes_target(path)) return m_has_failed = true, false;
         source_file file{.path = path, .is_readable = true};
         parsed_catalog before;
         read_elements(file, text, before.tokens);
@@ -185,7 +196,7 @@ private:
         if (fault != 0) return add_element_fault(m_session, m_found, file, fault), false;
         ustring8 refused;
         return load_all(file.path, some_languages_of(file), loaded, refused) ||
-               !add_load_fault(m_found, file, {refused});
+               !add_load_fault(m_session, m_found, file, {refused});
     }
 
     // The new file stands beside the old one, so that both include the same.

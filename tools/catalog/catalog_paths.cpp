@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace tools {
@@ -64,6 +66,13 @@ ustring8 included_path(ustring8 const& including, ustring8 const& included) {
     if (is_absolute_include(included)) return included;
     auto const slash = including.find_last_of("/\\");
     return slash == ustring8::npos ? included : ustring8(including.substr(0, slash + 1) + included);
+}
+
+bool is_target(session const& session, ustring8 const& target, ustring8 const& path) {
+    std::error_code none; // what is not there is not the same file
+    if (target == "-" || !std::filesystem::equivalent(target.c_str(), path.c_str(), none)) return false;
+    session.complain(session.texts.get(phrase::result_is_input, {{"path", target}}));
+    return true;
 }
 
 } // namespace tools

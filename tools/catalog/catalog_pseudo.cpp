@@ -278,7 +278,9 @@ message_t pseudo_message(message_t const& message, pseudo_style style) {
 
 exit_status make_pseudo_catalogs(session const& session, pseudo_options const& options) {
     catalog_tree tree(session);
-    if (!tree.read(options.paths)) return exit_failed;
+    // What was made before is nothing to make more of.
+    ustring8 const& own = session.options.result_file;
+    if (!tree.read(options.paths, own == "-" ? ustring8() : own)) return exit_failed;
     ustring8 const reference = normalized_language(session.options.reference);
     ustring8 const language =
         session.options.language.value_or(reference + ustring8(regions[static_cast<std::size_t>(options.style)]));

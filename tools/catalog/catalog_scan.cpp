@@ -142,6 +142,7 @@ private:
 
     tag read_attributes(scanned_element& element) {
         element.attributes.clear();
+        element.references.clear();
         element.ignored.clear();
         while (true) {
             skip_blanks();
@@ -180,14 +181,20 @@ private:
         }
         if (element.find(name)) return false;
         element.attributes.push_back({name, value, offset});
-        return value.find('&') == std::string_view::npos || decode(element.attributes.back().value);
+        return value.find('&') == std::string_view::npos || decode(element);
     }
 
-    bool decode(std::string_view& value) {
+    // The value of the last attribute.
+    bool decode(scanned_element& element) {
+        std::string_view& value = element.attributes.back().value;
         std::string& decoded = m_values.emplace_back();
         while (!value.empty()) {
             reference const found = value.front() == '&' ? read_reference(value) : reference{{}, value.front()};
-            if (value.front() == '&' && found.text.empty()) return false;
+            if (value.front() == '&') {
+                if (found.text.empty()) return false;
+                auto const offset = static_cast<std::size_t>(value.data() - m_text.data());
+                element.references.push_back({found.text, offset, found.value});
+            }
             decoded += found.value;
             value.remove_prefix(std::max<std::size_t>(1, found.text.size()));
         }
@@ -257,9 +264,10 @@ private:
         m_element = {};
         m_message.pieces.clear();
         m_message.argument_count = 0;
-        m_message.references.clear();
+        m_message.text_references.clear();
         m_message.spaces_after_br.clear();
         m_message.space_at_start = m_message.space_at_end = no_offset;
+        m_message.starts_with_blank = false;
         m_message.last_text = {};
         m_message.is_empty = true;
     }
@@ -273,6 +281,7 @@ private:
             m_message.pieces.push_back({scanned_piece::kind::line_break, {}});
         } else if (m_name == "arg" || m_name == "argument") {
             last = last_piece::argument;
+            m_message.last_text = {};
             m_message.pieces.push_back({scanned_piece::kind::argument, m_element.value_of("name")});
             if (m_message.argument_count == m_message.arguments.size()) m_message.arguments.emplace_back();
             std::swap(m_message.arguments[m_message.argument_count++], m_element);
@@ -280,7 +289,6 @@ private:
             be_unusual();
         }
         m_message.space_at_end = no_offset;
-        m_message.last_text = {};
         if (is_open && !is_at("</")) be_unusual();
     }
 
@@ -290,7 +298,7 @@ private:
         for (auto at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
             reference const found = read_reference(text.substr(at));
             if (found.text.empty()) return void(fail());
-            m_message.references.push_back({found.text, m_at + at});
+            m_message.text_references.push_back({found.text, m_at + at, found.value});
         }
         m_message.pieces.push_back({scanned_piece::kind::text, text});
         std::size_t const first = text.find_first_not_of(blanks);
@@ -302,6 +310,7 @@ private:
             if (last != last_piece::none && m_message.space_at_end == no_offset) m_message.space_at_end = m_at;
             return;
         }
+        if (last == last_piece::none) m_message.starts_with_blank = read_reference(text.substr(first)).value == ' ';
         std::size_t const end = text.find_last_not_of(blanks) + 1;
         m_message.space_at_end = end == text.size() ? no_offset : m_at + end;
         m_message.last_text = text.substr(first, end - first);

@@ -21,6 +21,13 @@ namespace tools {
 
 inline constexpr std::size_t no_offset = static_cast<std::size_t>(-1);
 
+/// A reference such as "&nbsp;", as it is written, and the byte that the library makes of it.
+struct scanned_reference {
+    std::string_view text;
+    std::size_t offset;
+    char value;
+};
+
 /// Places are offsets into the text; views are of the text, or of scan_texts where it holds references.
 struct scanned_attribute {
     std::string_view name;
@@ -31,16 +38,11 @@ struct scanned_attribute {
 struct scanned_element {
     std::size_t offset = 0; ///< of its "<"
     std::vector<scanned_attribute> attributes{};
-    std::vector<std::string_view> ignored{}; ///< words of the comment "zolt-ignore ..." before it
+    std::vector<scanned_reference> references{}; ///< in their values
+    std::vector<std::string_view> ignored{};     ///< words of the comment "zolt-ignore ..." before it
 
     scanned_attribute const* find(std::string_view name) const;
     std::string_view value_of(std::string_view name) const; ///< empty without it
-};
-
-/// A reference such as "&nbsp;" in the text of a message.
-struct scanned_reference {
-    std::string_view text;
-    std::size_t offset;
 };
 
 /// A part of a message: a run of text as it is written, a line break, or an argument by its name.
@@ -54,12 +56,13 @@ struct scanned_message : scanned_element {
     std::vector<scanned_piece> pieces{};
     std::deque<scanned_element> arguments{}; ///< reused; see argument_count
     std::size_t argument_count = 0;
-    std::vector<scanned_reference> references{};
+    std::vector<scanned_reference> text_references{};
     std::vector<std::size_t> spaces_after_br{};
     std::size_t space_at_start = no_offset;
     std::size_t space_at_end = no_offset;
-    std::string_view last_text{}; ///< the text that ends it; empty when an element does
-    bool is_empty = true;         ///< nothing but blanks
+    bool starts_with_blank = false; ///< by a reference: others are lost
+    std::string_view last_text{};   ///< the text that ends it, but for br; empty when an argument does
+    bool is_empty = true;           ///< nothing but blanks
 };
 
 class catalog_visitor {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "catalog_stats.hpp"
 
+#include "catalog_paths.hpp"
 #include "completion_chart.hpp"
-#include "tools/program/files.hpp"
 #include "tools/program/json.hpp"
 #include "tools/program/result_file.hpp"
 #include "translations.hpp"
@@ -11,8 +11,10 @@
 #include <algorithm>
 #include <cstring>
 #include <deque>
+#include <filesystem>
 #include <map>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace tools {
@@ -67,13 +69,13 @@ public:
         : m_session(session), m_options(options), m_texts(session) {}
 
     exit_status run() {
+        if (has_same_targets()) return fail(phrase::same_result, {{"path", *m_options.chart}});
         exit_status const status = m_texts.read(m_options.paths);
         if (status != exit_good) return status;
+        if (draws_over_input()) return exit_failed;
         m_texts.found().print();
         if (!m_texts.is_complete()) return exit_failed;
         if (m_texts.found().status() != exit_good) return m_texts.found().status();
-        if (m_options.chart && is_input(*m_options.chart))
-            return fail(phrase::result_is_input, {{"path", *m_options.chart}});
         if (!count()) return exit_failed;
         return write_chart() ? write_results() : exit_failed;
     }
@@ -82,13 +84,6 @@ private:
     exit_status fail(phrase text, zolt::generic::varg_list const& arguments) const {
         m_session.complain(m_session.texts.get(text, arguments));
         return exit_failed;
-    }
-
-    bool is_input(ustring8 const& path) {
-        std::deque<checked_file> const& files = m_texts.tree().files;
-        return std::any_of(files.begin(), files.end(), [real = real_path(path)](checked_file const& file) {
-            return real_path(file.path) == real;
-        });
     }
 
     // A row for each catalog and language: also a catalog that nobody has begun to translate.
@@ -207,6 +202,21 @@ private:
     }
 
     //----------------------------------------------------------------------------------------------
+
+    bool has_same_targets() const {
+        ustring8 const& result = m_session.options.result_file;
+        if (!m_options.chart || result == "-") return false;
+        std::error_code none;
+        return *m_options.chart == result ||
+               std::filesystem::equivalent(m_options.chart->c_str(), result.c_str(), none);
+    }
+
+    bool draws_over_input() {
+        std::deque<checked_file> const& files = m_texts.tree().files;
+        return m_options.chart && std::any_of(files.begin(), files.end(), [this](checked_file const& file) {
+                   return is_target(m_session, *m_options.chart, file.path);
+               });
+    }
 
     bool draws_on_output() const { return m_options.chart && *m_options.chart == "-"; }
 

@@ -82,7 +82,8 @@ bool has_same_content(message_t const& left, message_t const& right) {
                                                      });
 }
 
-bool add_load_fault(finding_list& found, source_file const& file, std::vector<ustring8> const& languages) {
+bool add_load_fault(session const& session, finding_list& found, source_file const& file,
+                    std::vector<ustring8> const& languages) {
     for (std::size_t i = 0; i != std::min(languages.size(), most_loads); ++i) {
         message_catalogs catalogs;
         auto const result = catalogs.load_file(file.path, languages[i]);
@@ -93,21 +94,25 @@ bool add_load_fault(finding_list& found, source_file const& file, std::vector<us
         }
         fault_location const at = locate_fault(result.message(), languages[i], sources.files().front(), sources);
         found.add({at.file->path, at.line, column_in(at.file->path, at.line), severity::error, fault_rule,
-                   result.message()});
+                   text_of_fault(session, result.message())});
         return true;
     }
     return false;
 }
 
 void add_element_fault(session const& session, finding_list& found, source_file const& file, unsigned line) {
-    if (!add_load_fault(found, file, languages_of(file)))
+    if (!add_load_fault(session, found, file, languages_of(file)))
         found.add({file.path, line, column_in(file.path, line), severity::error, fault_rule,
                    session.texts.get(phrase::po_faulty_catalog)});
 }
 
-bool catalog_tree::read(std::vector<ustring8> const& paths) {
-    std::optional<std::vector<ustring8>> const files = files_to_read(m_session, paths);
+bool catalog_tree::read(std::vector<ustring8> const& paths, ustring8 const& left_out) {
+    std::optional<std::vector<ustring8>> files = files_to_read(m_session, paths);
     if (!files) return m_is_complete = false;
+    if (!left_out.empty()) {
+        ustring8 const left = real_path(left_out);
+        std::erase_if(*files, [&left](ustring8 const& file) { return real_path(file) == left; });
+    }
     for (ustring8 const& file : *files) m_sources.add(file);
     std::size_t const loaded = m_sources.total();
     progress_bar progress(m_session.err);
@@ -125,6 +130,7 @@ bool catalog_tree::read(std::vector<ustring8> const& paths) {
 void catalog_tree::read_file(source_file const& file, bool is_included) {
     m_session.tell(file.path);
     m_first.push_back(m_messages.size());
+    if (is_target(m_session, file.path)) m_is_complete = false;
     if (!file.is_readable) {
         m_session.complain(m_session.texts.get(phrase::not_readable, why_unreadable(file.path)));
         m_is_complete = false;
@@ -133,7 +139,7 @@ void catalog_tree::read_file(source_file const& file, bool is_included) {
     unsigned const fault = file.is_well_formed ? read_messages(file, m_messages) : file.fault_line;
     if (fault != 0) add_element_fault(m_session, m_found, file, fault);
     // A file that is included is loaded with the one that includes it.
-    if (fault != 0 || (!is_included && add_load_fault(m_found, file, {"en"}))) m_is_refused = true;
+    if (fault != 0 || (!is_included && add_load_fault(m_session, m_found, file, {"en"}))) m_is_refused = true;
 }
 
 bool catalog_tree::is_served(catalog_message const& message) const {

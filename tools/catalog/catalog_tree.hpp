@@ -37,7 +37,8 @@ bool has_same_content(zolt::i18n::message_t const& left, zolt::i18n::message_t c
 
 /// Adds what the library says of a file that it refuses: its fault in one of the languages, with its line. False
 /// when it refuses none. More than a few languages are not tried.
-bool add_load_fault(finding_list& found, source_file const& file, std::vector<ustring8> const& languages);
+bool add_load_fault(session const& session, finding_list& found, source_file const& file,
+                    std::vector<ustring8> const& languages);
 /// The same for a file whose elements have a fault in this line.
 void add_element_fault(session const& session, finding_list& found, source_file const& file, unsigned line);
 
@@ -60,8 +61,9 @@ public:
     catalog_tree(catalog_tree const&) = delete;
     catalog_tree& operator=(catalog_tree const&) = delete;
 
-    /// Once. False, with findings and complaints printed, when something cannot be read or loaded.
-    bool read(std::vector<ustring8> const& paths);
+    /// Once. False, with findings and complaints printed, when something cannot be read or loaded, or is the file
+    /// of -o. One file may be left out of what directories have.
+    bool read(std::vector<ustring8> const& paths, ustring8 const& left_out = {});
     /// After that: everything could be read, but the library refuses something.
     bool is_refused() const { return m_is_refused && m_is_complete; }
 

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <array>
+#include <compare>
 #include <cstdlib>
 #include <iterator>
 #include <optional>
@@ -34,12 +35,6 @@ rule_set set_of(std::vector<std::string_view> const& words) {
     rule_set result = 0;
     for (std::string_view const word : words) result |= rule_set_of(word);
     return result;
-}
-
-bool ends_in_blank_reference(std::string_view text) {
-    constexpr std::string_view references[] = {"&#32;", "&#x20;", "&nbsp;"};
-    return std::any_of(std::begin(references), std::end(references),
-                       [text](std::string_view reference) { return text.ends_with(reference); });
 }
 
 // Bytes that are plain text wherever they stand.
@@ -78,20 +73,50 @@ bool fixes_unit(scanned_attribute const& option) {
     std::string_view const key = "target_unit";
     return key.substr(0, option.name.size()) == option.name && option.value != "any";
 }
-// Those that choose the unit, in any order: the width does not.
-ustring8 unit_options(std::string_view options) {
-    std::vector<std::string_view> pairs;
+// What chooses the unit, as the library understands it: keys and "any" may be cut short, the last one counts, and
+// "any" is what counts without one. The width does not matter, nor how many digits there are.
+struct unit_choice {
+    ustring8 target = "any";
+    ustring8 base{};
+    bool has_precision = false; // the amount of memory is a whole number without
+
+    friend auto operator<=>(unit_choice const&, unit_choice const&) = default;
+};
+
+ustring8 unit_meaning(std::string_view unit, bool is_metric) {
+    bool const is_memory_unit = unit.size() > 1 && unit[1] == 'B'; // of "KBytes" the rest is not looked at
+    if (is_metric && std::string_view("base").starts_with(unit)) return {};
+    if (!is_metric && is_memory_unit) unit = unit.substr(0, 2);
+    bool const is_any = std::string_view("any").starts_with(unit) && !(is_metric && unit == "a");
+    return is_any ? ustring8("any") : ustring8(std::string(unit));
+}
+
+unit_choice read_unit_choice(std::string_view options, bool is_metric) {
+    unit_choice result;
+    if (!is_metric) result.base = "B";
     while (!options.empty()) {
-        std::size_t const value = std::min(options.find(separator, 1), options.size());
-        std::string_view const pair = options.substr(0, options.find(separator, value + 1));
-        std::string_view const name = pair.substr(1, value - 1);
-        if (!std::string_view("fieldsize").starts_with(name)) pairs.push_back(pair);
-        options.remove_prefix(pair.size());
+        std::size_t const middle = std::min(options.find(separator, 1), options.size());
+        std::size_t const end = std::min(options.find(separator, middle + 1), options.size());
+        std::string_view const name = options.substr(1, middle - 1);
+        std::string_view const value = options.substr(std::min(middle + 1, end), end - std::min(middle + 1, end));
+        auto const is_key = [name](std::string_view key) { return key.starts_with(name); };
+        if (is_key("target_unit")) {
+            result.target = unit_meaning(value, is_metric);
+        } else if (is_key("base_unit")) {
+            result.base = is_metric ? unit_meaning(value, is_metric) : ustring8(std::string(value.substr(0, 2)));
+        } else if (is_key("precision")) {
+            result.has_precision = !is_metric;
+        }
+        options.remove_prefix(end);
     }
-    std::sort(pairs.begin(), pairs.end());
-    ustring8 result;
-    for (std::string_view const pair : pairs) result.append(pair);
     return result;
+}
+
+bool ends_in_blank_reference(scanned_message const& message) {
+    if (message.text_references.empty() || message.pieces.back().what != scanned_piece::kind::text) return false;
+    scanned_reference const& last = message.text_references.back();
+    std::string_view const text = message.pieces.back().text;
+    return last.value == ' ' && last.text.data() + last.text.size() == text.data() + text.size();
 }
 
 bool has_formatter(type_t type) { return type == message_item::int_ || type == message_item::double_ || type >= 7; }
@@ -135,6 +160,10 @@ void file_rules::start_catalog(scanned_element const& catalog) {
     ustring8 const language(std::string(catalog.value_of("lang")));
     rule_set const ignored = set_of(catalog.ignored);
     m_language = none;
+    reporter const add = [&](rule_id id, std::size_t offset, ustring8 const& text) {
+        m_report.add(id, m_file, offset, ignored, name, text);
+    };
+    if (m_has_rules) check_ignored(catalog, add);
     if (language.empty()) {
         if (!m_has_rules) return;
         m_report.add(rule_id::catalog_without_lang, m_file, catalog.offset, ignored, name,
@@ -144,7 +173,11 @@ void file_rules::start_catalog(scanned_element const& catalog) {
     m_catalog = catalog_of(name);
     m_language = language_of(language);
     m_is_checked = m_has_rules && (m_wanted.empty() || m_tree.languages[m_language].id == m_wanted);
-    if (m_is_checked) check_spelling(catalog, ignored, name);
+    if (m_is_checked) {
+        check_spelling(catalog, ignored, name);
+        check_name(catalog, add);
+        check_references(catalog.references, add);
+    }
     m_starts.push_back({m_catalog, {m_language, {m_file, catalog.offset, ignored, 0}}});
 }
 
@@ -184,10 +217,16 @@ void file_rules::include(scanned_element const& include) {
     rule_set const ignored = set_of(include.ignored);
     checked_file& file = m_tree.files[m_file];
     ustring8 const path = given.empty() ? given : included_path(file.path, given);
-    auto const add = [&](rule_id id, phrase text, ustring8 const& shown_path) {
-        m_report.add(id, m_file, attribute->offset, ignored, {},
-                     m_report.texts().get(text, {{"path", shown_path}}));
+    reporter const add_at = [&](rule_id id, std::size_t offset, ustring8 const& text) {
+        m_report.add(id, m_file, offset, ignored, {}, text);
     };
+    auto const add = [&](rule_id id, phrase text, ustring8 const& shown_path) {
+        add_at(id, attribute->offset, m_report.texts().get(text, {{"path", shown_path}}));
+    };
+    if (m_has_rules) {
+        check_ignored(include, add_at);
+        check_references(include.references, add_at);
+    }
     if (m_has_rules && !given.empty() && is_absolute_include(given))
         add(rule_id::include_absolute, phrase::absolute_include, given);
     bool const has_nul = given.find('\0') != ustring8::npos;
@@ -204,8 +243,7 @@ void file_rules::include(scanned_element const& include) {
 void file_rules::message(scanned_message const& message) {
     report_bytes_before(message.offset);
     if (m_language == none) return;
-    bool const ends_in_blank = message.space_at_end == no_offset ? ends_in_blank_reference(message.last_text)
-                                                                 : !has_line_end(message.space_at_end);
+    bool const has_space = message.space_at_end != no_offset && !has_line_end(message.space_at_end);
     checked_message kept{.name = message.value_of("name"),
                          .file = m_file,
                          .catalog = m_catalog,
@@ -218,13 +256,14 @@ void file_rules::message(scanned_message const& message) {
                          .last_text = message.last_text,
                          .ignored = message.ignored.empty() ? 0 : set_of(message.ignored),
                          .is_empty = message.is_empty,
-                         .ends_in_blank = ends_in_blank};
+                         .starts_with_blank = message.starts_with_blank,
+                         .ends_in_blank = has_space || ends_in_blank_reference(message)};
     m_arguments.clear();
     for (std::size_t i = 0; i != message.argument_count; ++i) check_argument(kept, message.arguments[i]);
     if (m_is_checked) {
         if (m_arguments.size() > 1) check_units(kept);
         check_bytes(kept, message);
-        check_references(kept, message);
+        check_names(kept, message);
         check_spaces(kept, message);
     }
     keep_arguments(kept);
@@ -319,19 +358,23 @@ void file_rules::check_units(checked_message const& kept) {
     bool const has_units = std::any_of(m_arguments.begin(), m_arguments.end(),
                                        [](argument const& each) { return is_unit(each.kept.type); });
     if (!has_units) return;
-    using key = std::tuple<std::string_view, unsigned, ustring8>;
+    auto const choice_of = [](argument const& each, type_t unit) {
+        return read_unit_choice(each.options, unit == message_item::metric_unit);
+    };
+    using key = std::tuple<std::string_view, unsigned, std::optional<unit_choice>>;
     std::set<key> amounts;
     for (argument const& each : m_arguments) {
         if (is_unit(each.kept.type)) continue;
-        amounts.insert({each.kept.name, unit_of(each.kept.type), unit_options(each.options)});
+        type_t const unit = unit_of(each.kept.type);
+        amounts.insert({each.kept.name, unit, choice_of(each, unit)});
     }
     for (argument const& each : m_arguments) {
-        if (!is_unit(each.kept.type)) continue;
-        unsigned const unit = each.kept.type;
-        auto const next = amounts.lower_bound({each.kept.name, unit, {}});
+        type_t const unit = each.kept.type;
+        if (!is_unit(unit)) continue;
+        auto const next = amounts.lower_bound({each.kept.name, unit, std::nullopt});
         bool const has_amount =
             next != amounts.end() && std::get<0>(*next) == each.kept.name && std::get<1>(*next) == unit;
-        if (!has_amount || amounts.count({each.kept.name, unit, unit_options(each.options)}) != 0) continue;
+        if (!has_amount || amounts.count({each.kept.name, unit, choice_of(each, unit)}) != 0) continue;
         m_report.add(rule_id::unit_pair, kept, each.kept.offset,
                      m_report.texts().get(phrase::unit_differs, {{"argument", shown(each.kept.name)}}));
     }
@@ -388,24 +431,55 @@ void file_rules::check_bytes(checked_message const& kept, scanned_message const&
 }
 
 // A number stands for one byte, and one with a leading zero is octal.
-void file_rules::check_references(checked_message const& kept, scanned_message const& message) {
-    for (scanned_reference const& each : message.references) {
-        if (each.text == "&nbsp;") {
-            m_report.add(rule_id::nbsp_is_blank, kept, each.offset, m_report.texts().get(phrase::nbsp_in_text));
-        }
+void file_rules::check_references(std::vector<scanned_reference> const& references, reporter const& add) {
+    for (scanned_reference const& each : references) {
+        if (each.text == "&nbsp;")
+            add(rule_id::nbsp_is_blank, each.offset, m_report.texts().get(phrase::nbsp_in_text));
         if (each.text[1] != '#') continue;
         bool const is_hexadecimal = each.text[2] == 'x';
         std::string const digits(each.text.substr(is_hexadecimal ? 3 : 2));
         unsigned long const value = std::strtoul(digits.c_str(), nullptr, is_hexadecimal ? 16 : 10);
         bool const is_octal = !is_hexadecimal && digits.size() > 2 && digits[0] == '0';
+        ustring8 const byte = hexadecimal(static_cast<unsigned char>(each.value));
         if (value >= 0x80 || is_octal) {
-            m_report.add(rule_id::byte_reference, kept, each.offset,
-                         m_report.texts().get(phrase::reference_is_byte, {{"reference", std::string(each.text)}}));
-        } else if (!plain_bytes[value]) {
-            m_report.add(rule_id::control_character, kept, each.offset,
-                         m_report.texts().get(phrase::control_in_text,
-                                              {{"byte", hexadecimal(static_cast<unsigned>(value))}}));
+            add(rule_id::byte_reference, each.offset,
+                m_report.texts().get(phrase::reference_is_byte, {{"reference", shown(each.text)}, {"byte", byte}}));
+        } else if (!plain_bytes[value] || value == '\r') {
+            add(rule_id::control_character, each.offset,
+                m_report.texts().get(phrase::control_in_text, {{"byte", byte}}));
         }
+    }
+}
+
+// Line ends and tabs, which are text elsewhere. Who looks for the name writes a blank at best.
+void file_rules::check_name(scanned_element const& element, reporter const& add) {
+    scanned_attribute const* const name = element.find("name");
+    std::size_t const at = name ? name->value.find_first_of("\t\n") : std::string_view::npos;
+    if (at == std::string_view::npos) return;
+    ustring8 const byte = hexadecimal(static_cast<unsigned char>(name->value[at]));
+    add(rule_id::control_character, name->offset, m_report.texts().get(phrase::control_in_name, {{"byte", byte}}));
+}
+
+void file_rules::check_names(checked_message const& kept, scanned_message const& message) {
+    reporter const add = [&](rule_id id, std::size_t offset, ustring8 const& text) {
+        m_report.add(id, kept, offset, text);
+    };
+    check_ignored(message, add);
+    check_name(message, add);
+    check_references(message.references, add);
+    check_references(message.text_references, add);
+    for (std::size_t i = 0; i != message.argument_count; ++i) {
+        check_name(message.arguments[i], add);
+        check_references(message.arguments[i].references, add);
+    }
+}
+
+// Words of a comment that name no rule. Those of PO files are known to export-po alone.
+void file_rules::check_ignored(scanned_element const& element, reporter const& add) {
+    for (std::string_view const word : element.ignored) {
+        if (rule_set_of(word) != 0 || word.starts_with("po-")) continue;
+        add(rule_id::unknown_rule, static_cast<std::size_t>(word.data() - m_text.data()),
+            m_report.texts().get(phrase::unknown_rule, {{"rule", shown(word)}}));
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -51,7 +52,11 @@ private:
     void find_byte_faults();
     void report_bytes_before(std::size_t offset);
     void check_bytes(checked_message const& kept, scanned_message const& message);
-    void check_references(checked_message const& kept, scanned_message const& message);
+    using reporter = std::function<void(rule_id, std::size_t offset, ustring8 const& text)>;
+    void check_references(std::vector<scanned_reference> const& references, reporter const& add);
+    void check_name(scanned_element const& element, reporter const& add);
+    void check_names(checked_message const& kept, scanned_message const& message);
+    void check_ignored(scanned_element const& element, reporter const& add);
     void check_spaces(checked_message const& kept, scanned_message const& message);
     zolt::i18n::message_item::type_t check_type(checked_message const& kept, scanned_element const& argument);
     ustring8 check_order(checked_message const& kept, scanned_element const& argument);

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
+#include <utility>
 
 namespace tools {
 namespace {
@@ -36,7 +37,9 @@ void check_input::add(ustring8 const& path) {
     phrase problem = zolt::system::io::exists(path) ? phrase::not_readable : phrase::no_path;
     if (!is_closed && (is_directory || zolt::system::io::is_file(path))) {
         std::vector<ustring8> const files = catalog_files(path);
-        for (ustring8 const& file : files) m_rules.plan(file);
+        std::vector<std::uint32_t> planned;
+        for (ustring8 const& file : files) planned.push_back(m_rules.plan(file));
+        if (is_directory) m_tree.directories.push_back({path, std::move(planned)});
         if (!files.empty()) return;
         problem = phrase::no_files;
     }
@@ -51,6 +54,7 @@ void check_input::read() {
         if (!m_session.options.is_quiet) progress.show(i, m_tree.files.size());
         m_session.tell(file.path);
         m_rules.check(i);
+        if (is_target(m_session, file.path)) m_is_complete = false;
         if (file.is_readable) continue;
         m_is_complete = false;
         m_session.complain(m_session.texts.get(phrase::not_readable, why_unreadable(file.path)));
@@ -82,7 +86,8 @@ void check_input::load(std::uint32_t index, bool has_limits) {
         bool const is_of_include = result.code() == message_catalogs::file_not_found ||
                                    result.code() == message_catalogs::unexpected_error;
         if (result.code() == message_catalogs::no_error || (is_of_include && !has_limits)) continue;
-        add_fault(locate_fault(result.message(), language, loaded, sources), result.message());
+        add_fault(locate_fault(result.message(), language, loaded, sources),
+                  text_of_fault(m_session, result.message()));
     }
 }
 

@@ -2,13 +2,15 @@
 // SPDX-License-Identifier: BSL-1.0
 //
 // Messages that several files of one load have: of a file and its includes, in their order, the library keeps the
-// first one. Across loads a later text may replace an earlier one on purpose.
+// first one, and of the files of a directory the last. Across loads a later text may replace an earlier one on
+// purpose.
 #pragma once
 
 #include "check_tree.hpp"
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace tools {
@@ -23,7 +25,7 @@ public:
     struct loss {
         std::uint32_t lost;
         std::uint32_t kept;
-        std::uint32_t loaded; ///< the file that has both below it, and is itself included by none
+        ustring8 const* loaded; ///< a file that has both below it and is included by none, else a directory
     };
     /// Each message that is lost in some load, once.
     std::vector<loss> find();
@@ -36,18 +38,23 @@ private:
     };
 
     void load(std::uint32_t root);
-    step enter(std::uint32_t file, std::uint32_t root);
+    void load(checked_directory const& directory);
+    step enter(std::uint32_t file);
     bool is_include_next(step const& at) const;
-    void take(std::uint32_t message, std::uint32_t root);
+    void take(std::uint32_t message);
+    void lose(std::uint32_t message, std::uint32_t kept, ustring8 const& loaded);
 
     check_tree const& m_tree;
     std::vector<std::uint32_t> m_slots; // of a message: its number among names that several files have
     std::uint32_t m_slot_count = 0;
     std::vector<std::uint32_t> m_shared; // messages with a slot, in the order of files and lines
-    std::vector<std::uint32_t> m_root;   // of a file: the last load that it was seen in
+    std::size_t m_load = 0;              // their number
+    std::vector<std::size_t> m_seen;     // of a file: the last load that it was seen in
     std::vector<std::uint32_t> m_kept;   // of a slot: the message
-    std::vector<std::uint32_t> m_loaded; // of a slot: the load in which it is the message
-    std::vector<bool> m_is_lost;         // messages that have been found
+    std::vector<std::size_t> m_loaded;   // of a slot: the load in which it is the message
+    std::vector<std::uint32_t> m_served; // the messages of this load
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> m_behind; // those lost in it, and what is kept
+    std::vector<bool> m_is_lost;                                   // messages that have been found
     std::vector<loss> m_found;
     std::size_t m_steps = 0;
 };

@@ -39,6 +39,7 @@ constexpr rule rules[] = {
     {"punctuation", note, phrase::about_punctuation, "en: Saved. de: Gespeichert"},
     {"unit-pair", warning, phrase::about_unit_pair,
      R"(<arg name="b" type="mem" precision="1"/> <arg name="b" type="mem_unit"/>)"},
+    {"unknown-rule", warning, phrase::about_unknown_rule, "<!-- zolt-ignore edge-blank -->"},
     {"unknown-type", warning, phrase::about_unknown_type, R"(<arg name="n" type="integer"/>)"},
     {"unrendered-type", error, phrase::about_unrendered_type, R"(<arg name="when" type="date"/>)"},
     // zolt catalog missing

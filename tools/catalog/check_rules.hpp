@@ -35,6 +35,7 @@ enum class rule_id : unsigned {
     placeholder_type,
     punctuation,
     unit_pair,
+    unknown_rule,
     unknown_type,
     unrendered_type,
     missing_translation,

@@ -83,6 +83,7 @@ struct checked_message {
     std::string_view last_text;
     rule_set ignored;
     bool is_empty;
+    bool starts_with_blank;
     bool ends_in_blank;
 };
 
@@ -92,8 +93,15 @@ struct message_group {
     std::uint32_t last;
 };
 
+/// A directory that is checked as a whole, with all files below it in the order in which they are loaded.
+struct checked_directory {
+    ustring8 path;
+    std::vector<std::uint32_t> files;
+};
+
 struct check_tree {
     std::deque<checked_file> files{};
+    std::vector<checked_directory> directories{};
     std::vector<checked_language> languages{};
     std::vector<checked_catalog> catalogs{};
     std::vector<checked_message> messages{};

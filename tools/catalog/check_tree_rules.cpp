@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <string>
 #include <utility>
 
@@ -33,9 +32,10 @@ constexpr std::string_view closing[] = {"\"",     "'",      ")",      "]",      
                                         "’",      "»",      "«",      "」",     "』",     "）",     "&quot;",
                                         "&apos;", "&#32;",  "&#x20;", "&nbsp;", "\u00A0", "\u202F", "\u200E",
                                         "\u200F", "\u202C", "\u2069", "\t",     "\r",     "\n"};
-constexpr ending endings[] = {{"...", "..."}, {"…", "..."}, {"。", "."}, {"।", "."},  {"．", "."}, {"۔", "."},
-                              {".", "."},     {"!", "!"},   {"！", "!"}, {"?", "?"},  {"？", "?"}, {"؟", "?"},
-                              {":", ":"},     {"：", ":"},  {",", ","},  {"，", ","}, {"、", ","}};
+constexpr ending endings[] = {{"...", "..."},  {"…", "..."}, {"。", "."}, {"।", "."},  {"．", "."}, {"۔", "."},
+                              {"\u0589", "."}, {"။", "."},   {"។", "."},  {"።", "."},  {".", "."},  {"!", "!"},
+                              {"！", "!"},     {"?", "?"},   {"？", "?"}, {"؟", "?"},  {"፧", "?"},  {"\u037E", "?"},
+                              {":", ":"},      {"：", ":"},  {",", ","},  {"，", ","}, {"、", ","}, {"،", ","}};
 
 bool remove_ending(std::string_view& text, std::string_view end) {
     if (text.size() < end.size() || text.substr(text.size() - end.size()) != end) return false;
@@ -56,6 +56,13 @@ std::string_view punctuation_of(std::string_view text, ustring8 const& language)
         if (remove_ending(text, known.text)) return known.meaning;
     }
     return {};
+}
+
+// Thai and Lao have no full stop.
+bool is_fitting(std::string_view mark, std::string_view expected, ustring8 const& language) {
+    if (mark == expected) return true;
+    std::string_view const base = std::string_view(language).substr(0, language.find('_'));
+    return mark.empty() && expected == "." && (base == "th" || base == "lo");
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -85,25 +92,20 @@ bool tree_rules::is_wanted(std::uint32_t language) const {
 
 void tree_rules::check_messages() {
     group_messages(m_tree);
-    rank_languages();
+    choose_reference();
     m_first.assign(m_tree.languages.size(), none);
     for (message_group const& group : m_tree.groups) check_group(group);
     count_missing();
     check_lost();
 }
 
-void tree_rules::rank_languages() {
-    std::vector<checked_language> const& languages = m_tree.languages;
-    std::map<std::string_view, std::uint32_t> ids;
+void tree_rules::choose_reference() {
     language_choice choice;
-    for (std::uint32_t i = 0; i != languages.size(); ++i) {
-        ids.emplace(languages[i].id, i);
-        choice.add(languages[i].id, i);
+    for (std::uint32_t const language : languages_of(m_tree)) choice.add(m_tree.languages[language].id, language);
+    for (serving_language const& each : choice.for_request(m_reference)) {
+        if (each.is_fitting) m_references.push_back(each.language);
     }
-    m_rank.resize(languages.size());
-    std::uint32_t rank = 1;
-    for (auto const& [id, language] : ids) m_rank[language] = id == m_reference ? 0 : rank++;
-    for (checked_language const& each : languages) m_serving.push_back(choice.for_request(each.id));
+    for (checked_language const& each : m_tree.languages) m_serving.push_back(choice.for_request(each.id));
 }
 
 void tree_rules::check_group(message_group const& group) {
@@ -114,17 +116,19 @@ void tree_rules::check_group(message_group const& group) {
         first = i;
         m_ids.push_back(i);
     }
-    auto const by_rank = [&](std::uint32_t a, std::uint32_t b) {
-        return m_rank[m_tree.messages[a].language] < m_rank[m_tree.messages[b].language];
-    };
-    checked_message const& reference = m_tree.messages[*std::min_element(m_ids.begin(), m_ids.end(), by_rank)];
+    auto const found = std::find_if(m_references.begin(), m_references.end(),
+                                    [&](std::uint32_t language) { return m_first[language] != none; });
+    if (found != m_references.end()) compare_all(m_tree.messages[m_first[*found]]);
+    for (std::uint32_t const i : m_ids) m_first[m_tree.messages[i].language] = none;
+    if (group.first != group.last) check_duplicates(group);
+}
+
+void tree_rules::compare_all(checked_message const& reference) {
     for (std::uint32_t const i : m_ids) {
         checked_message const& message = m_tree.messages[i];
         if (&message != &reference && is_wanted(message.language)) compare(message, reference);
     }
     check_missing(reference);
-    for (std::uint32_t const i : m_ids) m_first[m_tree.messages[i].language] = none;
-    if (group.first != group.last) check_duplicates(group);
 }
 
 // Within one file; those of several are kept for check_lost. Without name and text one gives way to the next.
@@ -164,7 +168,7 @@ void tree_rules::check_lost() {
                                           {{"message", shown(message.name)},
                                            {"language", shown(m_tree.languages[message.language].spelling)},
                                            {"place", place},
-                                           {"path", m_tree.files[each.loaded].path}}));
+                                           {"path", *each.loaded}}));
     }
 }
 
@@ -216,11 +220,16 @@ void tree_rules::compare(checked_message const& message, checked_message const& 
         return;
     }
     compare_arguments(message, reference);
+    if (message.starts_with_blank != reference.starts_with_blank)
+        add(rule_id::edge_space,
+            message.starts_with_blank ? phrase::space_is_added_at_start : phrase::space_is_missing_at_start);
     if (message.ends_in_blank != reference.ends_in_blank)
         add(rule_id::edge_space, message.ends_in_blank ? phrase::space_is_added : phrase::space_is_missing);
     auto const mark = punctuation_of(message.last_text, m_tree.languages[message.language].id);
     auto const expected = punctuation_of(reference.last_text, m_tree.languages[reference.language].id);
-    if (mark == expected) return;
+    if (is_fitting(mark, expected, m_tree.languages[message.language].id) ||
+        is_fitting(expected, mark, m_tree.languages[reference.language].id))
+        return;
     m_report.add(rule_id::punctuation, message, message.offset,
                  m_report.texts().get(phrase::punctuation_differs, {{"message", name},
                                                                     {"mark", std::string(mark)},

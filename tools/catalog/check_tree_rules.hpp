@@ -25,13 +25,16 @@ public:
         : m_tree(tree), m_report(report), m_reference(reference), m_wanted(language), m_lost(tree) {}
 
     void check_messages();
+    /// After that: there are messages to compare with.
+    bool has_reference() const { return !m_references.empty(); }
     /// Reports includes that close a circle. Returns the files at which such a chain of includes begins that
     /// the library does not follow it.
     std::vector<std::uint32_t> check_includes();
 
 private:
-    void rank_languages();
+    void choose_reference();
     void check_group(message_group const& group);
+    void compare_all(checked_message const& reference);
     void check_duplicates(message_group const& group);
     void check_lost();
     void compare(checked_message const& message, checked_message const& reference);
@@ -47,7 +50,7 @@ private:
     ustring8 m_reference;
     ustring8 m_wanted;
     lost_messages m_lost;
-    std::vector<std::uint32_t> m_rank;                    // of a language: the reference, then by id
+    std::vector<std::uint32_t> m_references;              // languages that serve the reference, the best first
     std::vector<std::vector<serving_language>> m_serving; // of a language
     std::vector<std::uint32_t> m_first;                   // of a language: its first message in the group
     std::vector<std::uint32_t> m_ids;                     // what one group has to be remembered by

@@ -205,6 +205,24 @@ fault_location locate_fault(ustring8 const& text, ustring8 const& language, sour
     return {&file, search({what, file, sources}, language).line()};
 }
 
+ustring8 text_of_fault(session const& session, ustring8 const& text) {
+    if (session.options.is_verbose) return text;
+    constexpr std::string_view places[] = {"in message element: \"", "in catalog element: \"", "in file: \"",
+                                           "at line: \""};
+    ustring8 result;
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(rest.size(), line.size() + 1));
+        line.remove_prefix(std::min(line.size(), line.find_first_not_of(' ')));
+        if (std::any_of(std::begin(places), std::end(places),
+                        [line](std::string_view place) { return line.starts_with(place); }))
+            break;
+        result.append(result.empty() ? "" : "; ").append(line);
+    }
+    return result;
+}
+
 std::size_t place_in_line(std::string_view text, std::size_t start) {
     std::size_t const end = std::min(text.find('\n', start), text.size());
     std::size_t const tag = text.find('<', start);

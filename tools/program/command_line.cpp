@@ -409,6 +409,7 @@ void command_line::take_common_options() {
     m_options.format = is_json ? output_format::json : output_format::text;
     if (m_chosen->get_option("--lang")->count() != 0) m_options.language = usable_language(m_given.language);
     m_options.reference = usable_language(m_given.reference);
+    m_options.has_reference = m_chosen->get_option("--ref")->count() != 0;
     m_options.fail_on = parse_severity(m_given.fail_on);
     for (std::string const& text : m_given.ignored) m_options.ignored.push_back(parse_ignored(text));
 }

@@ -242,7 +242,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::nbsp_in_text, "finding.nbsp_in_text",
      "\"&nbsp;\" is an ordinary blank here; write the character U+00A0 itself"},
     {phrase::reference_is_byte, "finding.reference_is_byte",
-     "\"{reference:string}\" is one byte, octal with a leading zero; write the character itself"},
+     "\"{reference:string}\" is the byte {byte:string} and no character; write the character itself"},
     {phrase::byte_is_no_text, "finding.byte_is_no_text", "byte {byte:string} is no UTF-8"},
     {phrase::control_in_text, "finding.control_in_text", "control character {byte:string} in the text"},
     {phrase::space_is_lost, "finding.space_is_lost", "the blank at the start of the message is lost"},
@@ -272,11 +272,12 @@ constexpr program_messages::built_in texts[] = {
     {phrase::about_catalog_without_lang, "rule.catalog_without_lang",
      "A catalog without a language is never loaded."},
     {phrase::about_control_character, "rule.control_character",
-     "Control characters in a text do on a terminal what nobody expects."},
+     "Control characters in a text do on a terminal what nobody expects; a name with a line end is seldom found."},
     {phrase::about_duplicate_lang_spelling, "rule.duplicate_lang_spelling",
      "In several spellings a language is not found as loaded, or not at all where upper and lower case differ."},
     {phrase::about_duplicate_message, "rule.duplicate_message",
-     "Of two messages of one name in a file and those that it includes the second is lost."},
+     "Of two messages of one name in a file and those that it includes the second is lost, of two in the files of "
+     "a directory the first."},
     {phrase::about_edge_space, "rule.edge_space",
      "Blanks at the start of a message are lost, a blank or line end at its end or behind br stays; both "
      "should be as in the reference."},
@@ -290,7 +291,7 @@ constexpr program_messages::built_in texts[] = {
     {phrase::about_invalid_utf8, "rule.invalid_utf8", "Bytes that are no UTF-8 reach the user as they are."},
     {phrase::about_load, "rule.load", "What the library refuses: one fault, and nothing of the file is loaded."},
     {phrase::about_missing_message, "rule.missing_message",
-     "A message that a language and its base lack is shown in another language."},
+     "A message of the reference that a language and its base lack is shown in another language."},
     {phrase::about_nbsp_is_blank, "rule.nbsp_is_blank",
      "The reference for a no-break space gives an ordinary blank, at which lines may break."},
     {phrase::about_placeholder_set, "rule.placeholder_set",
@@ -658,6 +659,18 @@ constexpr program_messages::built_in texts[] = {
     {phrase::number_too_large, "error.number_too_large", "the number is too large"},
     {phrase::unexpected_word, "error.unexpected_word", "\"{argument:string}\" was not expected"},
     {phrase::choice_required, "error.choice_required", "one of {options:string} is required"},
+    // Catalog rules: the start of messages, names, references; and files that are written.
+    {phrase::space_is_added_at_start, "finding.space_is_added_at_start",
+     "message \"{message:string}\" starts with a blank, in language \"{language:string}\" it does not"},
+    {phrase::space_is_missing_at_start, "finding.space_is_missing_at_start",
+     "message \"{message:string}\" starts with a blank in language \"{language:string}\", here it does not"},
+    {phrase::control_in_name, "finding.control_in_name", "control character {byte:string} in the name"},
+    {phrase::about_unknown_rule, "rule.unknown_rule",
+     "What no rule is called cannot be silenced; the reason stands behind a colon."},
+    {phrase::no_comparison, "note.no_comparison",
+     "there is no catalog in the reference language \"{language:string}\": languages are not compared; --ref names "
+     "another"},
+    {phrase::same_result, "error.same_result", "\"{path:string}\" is named by both --svg and -o"},
     // What the commands of a group share.
     {phrase::catalog_notes, "catalog.notes",
      "What these commands share: PATH is a catalog file, or a directory, of which every .xmc and .xml file is "

@@ -373,6 +373,14 @@ enum class phrase : unsigned {
     unexpected_word,
     choice_required,
 
+    // Catalog rules: the start of messages, names, references; and files that are written.
+    space_is_added_at_start,
+    space_is_missing_at_start,
+    control_in_name,
+    about_unknown_rule,
+    no_comparison,
+    same_result,
+
     // What the commands of a group share.
     catalog_notes,
     config_notes,

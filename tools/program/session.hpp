@@ -41,6 +41,7 @@ struct common_options {
     severity fail_on = severity::error;
     std::vector<ignored_rule> ignored{};
     bool has_result_file = false; ///< -o was given, if only for standard output
+    bool has_reference = false;   ///< --ref was given
 };
 
 struct session {
