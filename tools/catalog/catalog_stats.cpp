@@ -203,12 +203,15 @@ private:
 
     //----------------------------------------------------------------------------------------------
 
+    // Neither needs to be there yet.
     bool has_same_targets() const {
         ustring8 const& result = m_session.options.result_file;
-        if (!m_options.chart || result == "-") return false;
-        std::error_code none;
-        return *m_options.chart == result ||
-               std::filesystem::equivalent(m_options.chart->c_str(), result.c_str(), none);
+        if (!m_options.chart || *m_options.chart == "-" || result == "-") return false;
+        auto const whole = [](ustring8 const& path) {
+            std::error_code none;
+            return std::filesystem::weakly_canonical(std::filesystem::absolute(path.c_str(), none), none);
+        };
+        return whole(*m_options.chart) == whole(result);
     }
 
     bool draws_over_input() {

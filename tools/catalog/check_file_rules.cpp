@@ -163,7 +163,6 @@ void file_rules::start_catalog(scanned_element const& catalog) {
     reporter const add = [&](rule_id id, std::size_t offset, ustring8 const& text) {
         m_report.add(id, m_file, offset, ignored, name, text);
     };
-    if (m_has_rules) check_ignored(catalog, add);
     if (language.empty()) {
         if (!m_has_rules) return;
         m_report.add(rule_id::catalog_without_lang, m_file, catalog.offset, ignored, name,
@@ -174,6 +173,7 @@ void file_rules::start_catalog(scanned_element const& catalog) {
     m_language = language_of(language);
     m_is_checked = m_has_rules && (m_wanted.empty() || m_tree.languages[m_language].id == m_wanted);
     if (m_is_checked) {
+        check_ignored(catalog, add);
         check_spelling(catalog, ignored, name);
         check_name(catalog, add);
         check_references(catalog.references, add);
@@ -474,13 +474,15 @@ void file_rules::check_names(checked_message const& kept, scanned_message const&
     }
 }
 
-// Words of a comment that name no rule. Those of PO files are known to export-po alone.
+// The first word of a comment that names no rule: more may follow of a sentence. Those of PO files are known to
+// export-po alone.
 void file_rules::check_ignored(scanned_element const& element, reporter const& add) {
-    for (std::string_view const word : element.ignored) {
-        if (rule_set_of(word) != 0 || word.starts_with("po-")) continue;
-        add(rule_id::unknown_rule, static_cast<std::size_t>(word.data() - m_text.data()),
-            m_report.texts().get(phrase::unknown_rule, {{"rule", shown(word)}}));
-    }
+    auto const word = std::find_if(element.ignored.begin(), element.ignored.end(), [](std::string_view each) {
+        return rule_set_of(each) == 0 && !each.starts_with("po-");
+    });
+    if (word == element.ignored.end()) return;
+    add(rule_id::unknown_rule, static_cast<std::size_t>(word->data() - m_text.data()),
+        m_report.texts().get(phrase::unknown_rule, {{"rule", shown(*word)}}));
 }
 
 bool file_rules::has_line_end(std::size_t offset) const {

@@ -48,10 +48,13 @@ void lost_messages::lose(std::uint32_t message, std::uint32_t kept, ustring8 con
 
 // Its files are loaded one by one. What an include has hidden already is not told again the other way round.
 void lost_messages::load(checked_directory const& directory) {
-    std::map<std::uint32_t, std::vector<std::uint32_t>> messages; // of a slot, one for each file
+    std::map<std::uint32_t, std::vector<std::uint32_t>> messages; // of a slot, in the order of files
     for (std::uint32_t const file : directory.files) {
         load(file);
-        for (std::uint32_t const message : m_served) messages[m_slots[message]].push_back(message);
+        for (std::uint32_t const message : m_served) {
+            std::vector<std::uint32_t>& served = messages[m_slots[message]];
+            if (served.empty() || served.back() != message) served.push_back(message);
+        }
     }
     for (auto const& [slot, served] : messages) {
         std::uint32_t const kept = served.back();
