@@ -263,7 +263,7 @@ void file_rules::message(scanned_message const& message) {
     if (m_is_checked) {
         if (m_arguments.size() > 1) check_units(kept);
         check_bytes(kept, message);
-        check_names(kept, message);
+        check_markup(kept, message);
         check_spaces(kept, message);
     }
     keep_arguments(kept);
@@ -460,7 +460,8 @@ void file_rules::check_name(scanned_element const& element, reporter const& add)
     add(rule_id::control_character, name->offset, m_report.texts().get(phrase::control_in_name, {{"byte", byte}}));
 }
 
-void file_rules::check_names(checked_message const& kept, scanned_message const& message) {
+// The comment before a message, its names and its references.
+void file_rules::check_markup(checked_message const& kept, scanned_message const& message) {
     reporter const add = [&](rule_id id, std::size_t offset, ustring8 const& text) {
         m_report.add(id, kept, offset, text);
     };

@@ -55,7 +55,7 @@ private:
     using reporter = std::function<void(rule_id, std::size_t offset, ustring8 const& text)>;
     void check_references(std::vector<scanned_reference> const& references, reporter const& add);
     void check_name(scanned_element const& element, reporter const& add);
-    void check_names(checked_message const& kept, scanned_message const& message);
+    void check_markup(checked_message const& kept, scanned_message const& message);
     void check_ignored(scanned_element const& element, reporter const& add);
     void check_spaces(checked_message const& kept, scanned_message const& message);
     zolt::i18n::message_item::type_t check_type(checked_message const& kept, scanned_element const& argument);

@@ -48,10 +48,15 @@ constexpr program_messages::built_in texts[] = {
     {phrase::check_about, "check.about", "Checks catalog files and reports faults and gaps"},
     {phrase::check_notes, "check.notes",
      "Files are checked together with those that they include; --list-rules explains what is looked for. With "
-     "--lang only catalogs in that language are looked at. --ignore silences a rule, and so does a comment "
-     "\"zolt-ignore RULE\" before a message. A finding is written as file:line:column: error: text [rule] (or "
-     "warning, or note).\nExit status: 0 without findings as bad as --fail-on says; 1 with such; 2 when something "
-     "could not be read.\nExample: zolt catalog check --fail-on=warning --ignore=punctuation catalogs/"},
+     "--lang only catalogs in that language are looked at. Messages are compared with those of --ref, by default "
+     "English, as far as there are any. --ignore silences a rule, and so does a comment \"zolt-ignore RULE\" "
+     "before "
+     "a message. A finding is written as file:line:column: error: text [rule] (or warning, or note).\nExit status: "
+     "0 "
+     "without findings as bad as --fail-on says; 1 with such; 2 when something could not be read, or there is "
+     "nothing "
+     "in the language that --ref names.\nExample: zolt catalog check --fail-on=warning --ignore=punctuation "
+     "catalogs/"},
     {phrase::path_argument, "argument.path", "Catalog file, or directory of .xmc and .xml files"},
     {phrase::paths_argument, "argument.paths", "Catalog files, or directories of .xmc and .xml files"},
     {phrase::catalog_argument, "argument.catalog", "Name of the catalog"},
