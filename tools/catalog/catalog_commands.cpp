@@ -3,7 +3,6 @@
 #include "catalog_commands.hpp"
 
 #include "catalog_paths.hpp"
-#include "catalog_sources.hpp"
 #include "check_file_rules.hpp"
 #include "check_tree.hpp"
 #include "check_tree_rules.hpp"
@@ -43,10 +42,14 @@ bool load(session const& session, message_catalogs& catalogs, ustring8 const& pa
 // A directory or an include may have the file of -o.
 bool reads_target(session const& session, ustring8 const& path) {
     if (!zolt::system::io::is_file(session.options.result_file)) return false;
-    catalog_sources sources;
-    sources.add(path);
-    while (source_file const* const file = sources.read_next()) {
-        if (is_target(session, file->path)) return true;
+    check_tree tree;
+    finding_list found(session);
+    rule_report const report(session, tree, found);
+    file_rules files(tree, report);
+    for (ustring8 const& file : catalog_files(path)) files.plan(file);
+    for (std::uint32_t i = 0; i != tree.files.size(); ++i) { // includes come in
+        if (is_target(session, tree.files[i].path)) return true;
+        files.check(i);
     }
     return false;
 }
