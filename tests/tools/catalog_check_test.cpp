@@ -208,6 +208,7 @@ rule_row const rule_rows[] = {
      "\xEF\xBB\xBF" + en("\xE0\xA0\x80\xF0\x90\x80\x80")},
     {"load", file(catalog("en", "<msg name='m' note='x'>a</msg>")), "3:1: " NOT_VALID "Invalid attibute \"note\"",
      file(catalog("en", "<msg name='m' meta='x'>a</msg>"))},
+    {"load", en("&#32;& b"), "3:1: " NOT_FORMED "Unknown enity being parsed", en("&amp; b")},
     {"missing-message", file(catalog("en", "<msg name='m'>a</msg>") + catalog("de", "")),
      "5:1: warning: catalog \"a\" has no message \"m\" in language \"de\"",
      file(catalog("en", "<msg name='m'>a</msg>") + catalog("en_GB", "") +

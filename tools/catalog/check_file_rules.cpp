@@ -113,7 +113,8 @@ unit_choice read_unit_choice(std::string_view options, bool is_metric) {
 }
 
 bool ends_in_blank_reference(scanned_message const& message) {
-    if (message.text_references.empty() || message.pieces.back().what != scanned_piece::kind::text) return false;
+    if (message.text_references.empty() || message.pieces.empty()) return false; // of a fault there is no piece
+    if (message.pieces.back().what != scanned_piece::kind::text) return false;
     scanned_reference const& last = message.text_references.back();
     std::string_view const text = message.pieces.back().text;
     return last.value == ' ' && last.text.data() + last.text.size() == text.data() + text.size();
