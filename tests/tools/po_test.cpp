@@ -202,7 +202,7 @@ constexpr char two_languages[] = HEADER
     "name='none'/>\n</catalog>\n"
     "<catalog name='app' lang='de'>\n"
     "<msg name='size'>{<arg name='s' type='mem' precision='2'/> <arg name='s' type='mem_unit' precision='1'/>}<br/>"
-    "</msg>\n<msg name='edge'>Ende</msg>\n<msg name='none'> <!-- --></msg>\n"
+    "</msg>\n<msg name='edge'>Ende</msg>\n<msg name='none' meta='C:\\'> <!-- --></msg>\n"
     "<msg name='odd' meta='&quot;m&#10; '>a<arg name='x y' base='&quot;'/><arg name='v' type='value'/> b<arg "
     "type='int'/>"
     "<arg name='a&#1;b' type='date'/>&#32;&nbsp;&#9;c </msg>\n</catalog>\n</xmc>\n";
@@ -234,6 +234,7 @@ msgctxt "app/edge"
 msgid "End\n"
 msgstr "Ende"
 
+#. meta: "C:\\"
 #. zolt: empty
 #: ⁨a b.xmc⁩:7
 msgctxt "app/none"
@@ -262,7 +263,7 @@ msgstr "a{x_y}{v} b{_}{a}  \tc "
     EXPECT_EQ(head + entries, shown.out);
 }
 
-// Export, gettext's check, import: the same messages. True also of the catalogs of the program and its tests.
+// Export, gettext's check, its own copy, import: the same messages. True also of the catalogs of the program and its tests.
 TEST_F(PoCommands, BringBackEveryMessage) {
     bool const is_checked = has_msgfmt();
     store(two_languages, "two.xmc");
@@ -281,7 +282,10 @@ TEST_F(PoCommands, BringBackEveryMessage) {
         }
         ASSERT_NE("", files);
         if (is_checked) {
-            for (auto const& entry : words_of(files)) EXPECT_EQ("", msgfmt(entry)) << entry;
+            for (auto const& entry : words_of(files)) {
+                EXPECT_EQ("", msgfmt(entry)) << entry;
+                EXPECT_EQ(0, std::system(("msgcat -o '" + entry + "' '" + entry + "'").c_str()));
+            }
         }
         program_run const imported = run("catalog import-po -o back.xmc" + files);
         EXPECT_EQ(0, imported.status) << imported.err;

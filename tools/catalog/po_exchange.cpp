@@ -210,9 +210,9 @@ bool is_like_definition(std::string_view note) {
     return note.starts_with("} =");
 }
 
-// In quotes unless it can stand in one line as it is.
+// In quotes unless it can stand in one line as it is; to a backslash at the end gettext appends the next line.
 ustring8 free_text(ustring8 const& text) {
-    bool const is_bare = text.front() != '"' && text.front() != ' ' && text.back() != ' ' &&
+    bool const is_bare = text.front() != '"' && text.front() != ' ' && text.back() != ' ' && text.back() != '\\' &&
                          std::none_of(text.begin(), text.end(),
                                       [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
     return is_bare ? text : quoted_po(text);
