@@ -75,7 +75,13 @@ constexpr po_row po_rows[] = {
     {"msgid \"\"\nmsgstr \"charset=Shift_JIS\\n\"\nmsgid \"\x95\\\"\nmsgstr \"b\"", "\xE8\xA1\xA8:b "},
     {"\xEF\xBB\xBFmsgid \"\"\nmsgstr \"charset=ISO-8859-1\\n\"\nmsgid \"a\"\nmsgstr \"\xC3\xA4\"", "a:\xC3\xA4 "},
     {"# msgid\n\nmsgid \"charset=Shift_JIS\"\nmsgstr \"\xC3\xA4\"", "charset=Shift_JIS:\xC3\xA4 "},
+    {"msgid \"\"\nmsgstr \"charset=iso8859_1\\n\"\nmsgid \"a\"\nmsgstr \"\xE4\"", "a:\xC3\xA4 "},
+    {"msgid \"\"\nmsgstr \"charset=Latin1\\n\"\nmsgid \"a\"\nmsgstr \"\xE4\"", "a:\xC3\xA4 "},
+    {"msgctxt \"c\" msgid\"a\" \"b\" msgstr \"c\"msgid \"d\"\n\"e\" msgstr \"f\"", "c/ab:c de:f "},
+    {"# \xC3\xA4\r#, fuzzy\rmsgid \"a\"\rmsgstr \"b\"\r", "a:b! "},
     // faults
+    {"msgid \"a\rmsgstr \"b\"", "1:7 0 "},
+    {"msgid \"a\" x msgstr \"b\"\nmsgstr \"\"  msgstr \"c\"", "1:11 4 2:12 5 "},
     {"msgid \"a\nmsgstr \"b\"", "1:7 0 "},
     {"msgid \"a\\", "1:9 1 1:1 6 "},
     {"msgid \"\\q\"\nmsgstr \"\\0\"\nmsgid \"\\400\"\nmsgstr \"\\x\"\nmsgid \"\\x100\"\nmsgstr \"\"",
@@ -111,7 +117,17 @@ TEST(PoFile, ReadsEntriesAndFindsFaults) {
     EXPECT_EQ("1:7 2 ", describe(read_po({"msgid \"\0\"\nmsgstr \"a\"", 20})));
     std::string many;
     for (int i = 0; i != 100; ++i) many += "x\n";
-    EXPECT_EQ(20u, read_po(many).faults.size());
+    EXPECT_EQ(0u, read_po(many).unread_line);
+    EXPECT_EQ(100u, read_po(many + "x\n").faults.size());
+    EXPECT_EQ(101u, read_po(many + "x\n").unread_line);
+    for (std::string wide : {"\xFF\xFE", "\xFE\xFF"}) { // UTF-16, up to its last unit
+        bool const is_little = wide[0] == '\xFF';
+        for (char16_t const c : std::u16string_view(u"msgid \"a\" msgstr \"\u00E4\xD83D\xDE00\""))
+            for (int const shift : {is_little ? 0 : 8, is_little ? 8 : 0}) wide += static_cast<char>(c >> shift);
+        EXPECT_EQ("a:\xC3\xA4\xF0\x9F\x98\x80 ", describe(read_po(wide)));
+        EXPECT_EQ("1:1 8 ", describe(read_po(wide.substr(0, wide.size() - 1))));
+        EXPECT_EQ("1:1 8 ", describe(read_po(wide.substr(0, wide.size() - 4))));
+    }
     for (auto const& row : po_rows) { // every start of every file
         std::string_view const text = row.text;
         for (std::size_t size = 0; size != text.size(); ++size) {
@@ -263,7 +279,7 @@ msgstr "a{x_y}{v} b{_}{a}  \tc "
     EXPECT_EQ(head + entries, shown.out);
 }
 
-// Export, gettext's check, its own copy, import: the same messages. True also of the catalogs of the program and its tests.
+// Export, gettext's check and copy, import: the same messages. So it is with the program's own catalogs, too.
 TEST_F(PoCommands, BringBackEveryMessage) {
     bool const is_checked = has_msgfmt();
     store(two_languages, "two.xmc");
@@ -507,6 +523,23 @@ TEST_F(PoCommands, FindFaults) {
         for (rule const& each : is_import ? import_po_rules() : export_po_rules()) listed.emplace(each.name);
         EXPECT_EQ(listed, found[is_import]);
     }
+    // A hundred faults of a file and a word about the others, unless they are of no interest.
+    std::string lines;
+    std::string entries;
+    for (int i = 0; i != 102; ++i) {
+        lines += "x\n";
+        entries += "msgctxt \"" + std::to_string(i) + "\" msgid \"\" msgstr \"x\"\n";
+    }
+    std::string const last =
+        "f:101:1: error: these are 100 faults already; the rest of the file is not looked at [po-syntax]\n";
+    for (std::string const& text : {lines, entries}) {
+        store(text);
+        std::string const shown = run("catalog import-po --lang de f").err;
+        EXPECT_EQ(101, std::count(shown.begin(), shown.end(), '\n')) << shown;
+        EXPECT_TRUE(shown.ends_with(last)) << shown;
+    }
+    EXPECT_EQ("zolt: there are no translations to import; nothing is written\n",
+              run("catalog import-po --lang de --ignore=po-context f").err);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -402,13 +402,17 @@ private:
 
     void find(ustring8 const& path, std::size_t line, std::size_t column, std::string_view rule, phrase id,
               ustring8 const& scope = ustring8()) {
-        m_findings.add(
-            {path, line, column, find_rule(import_po_rules(), rule)->level, rule, m_session.texts.get(id), scope});
+        finding found{path, line, column, find_rule(import_po_rules(), rule)->level, rule, {}, scope};
+        if (m_findings.is_ignored(found)) return;
+        m_errors += found.level == severity::error ? 1 : 0;
+        found.text = m_session.texts.get(id, {{"n", static_cast<unsigned long long>(most_po_faults)}});
+        m_findings.add(std::move(found));
     }
 
     void take(ustring8 const& path, po_file const& file) {
         for (po_fault const& fault : file.faults)
             find(path, fault.line, fault.column, "po-syntax", text_of(fault.problem));
+        if (file.unread_line != 0) find(path, file.unread_line, 1, "po-syntax", phrase::po_many_faults);
         if (!file.faults.empty()) return;
         ustring8 const language = m_session.options.language.value_or(file.field("Language"));
         if (!is_language_id(language)) return find(path, 1, 1, "po-language", phrase::po_no_language);
@@ -419,7 +423,9 @@ private:
         ustring8 const plural_rule = file.field("Plural-Forms");
         std::size_t const before = m_messages.size();
         std::size_t counts[result_count] = {};
+        m_errors = 0;
         for (po_entry const& entry : file.entries) {
+            if (m_errors == most_po_faults) return find(path, entry.line, 1, "po-syntax", phrase::po_many_faults);
             result const what = importer.add(entry, plural_rule, m_messages);
             ++counts[static_cast<std::size_t>(what)];
             find_faults(path, importer, entry, what);
@@ -483,6 +489,7 @@ private:
     po_import_options const& m_options;
     finding_list m_findings;
     std::vector<po_message> m_messages;
+    std::size_t m_errors = 0;                    // of the entries of a file
     std::map<ustring8, po_importer> m_importers; // by normalized language: several files may make one
 };
 

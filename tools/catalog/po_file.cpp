@@ -8,9 +8,10 @@
 
 #include <zolt/strings/code_page.hpp>
 #include <zolt/strings/string_utility.hpp>
+#include <zolt/strings/unicode.hpp>
 
 #include <algorithm>
-#include <array>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -18,8 +19,6 @@ namespace tools {
 namespace {
 
 using zolt::strings::code_page;
-
-constexpr std::size_t most_faults = 20;
 
 struct named_escape {
     char letter;
@@ -29,43 +28,27 @@ constexpr named_escape named_escapes[] = {{'n', '\n'}, {'t', '\t'}, {'r', '\r'},
                                           {'a', '\a'}, {'b', '\b'}, {'f', '\f'}, {'v', '\v'}};
 
 struct charset {
-    std::string_view name; // in lower case
+    std::string_view name; // as squeezed() leaves it
     code_page::encoding_type page;
 };
 // Where an Asian charset has a larger one in use today, that reads it.
 constexpr charset charsets[] = {
-    {"iso-8859-1", code_page::iso_8859_1},
-    {"iso-8859-2", code_page::iso_8859_2},
-    {"iso-8859-3", code_page::iso_8859_3},
-    {"iso-8859-4", code_page::iso_8859_4},
-    {"iso-8859-5", code_page::iso_8859_5},
-    {"iso-8859-6", code_page::iso_8859_6},
-    {"iso-8859-7", code_page::iso_8859_7},
-    {"iso-8859-8", code_page::iso_8859_8},
-    {"iso-8859-9", code_page::iso_8859_9},
-    {"iso-8859-15", code_page::iso_8859_15},
-    {"cp1250", code_page::cp1250},
-    {"cp1251", code_page::cp1251},
-    {"cp1252", code_page::cp1252},
-    {"cp1253", code_page::cp1253},
-    {"cp1254", code_page::cp1254},
-    {"cp1255", code_page::cp1255},
-    {"cp1256", code_page::cp1256},
-    {"cp1257", code_page::cp1257},
-    {"cp1258", code_page::cp1258},
-    {"koi8-r", code_page::koi8_r},
-    {"koi8-u", code_page::koi8_u},
-    {"shift_jis", code_page::cp932},
-    {"cp932", code_page::cp932},
-    {"gb2312", code_page::cp936},
-    {"gbk", code_page::cp936},
-    {"cp936", code_page::cp936},
-    {"euc-kr", code_page::cp949},
-    {"cp949", code_page::cp949},
-    {"big5", code_page::cp950},
+    {"iso88591", code_page::iso_8859_1}, {"latin1", code_page::iso_8859_1},   {"iso88592", code_page::iso_8859_2},
+    {"latin2", code_page::iso_8859_2},   {"iso88593", code_page::iso_8859_3}, {"latin3", code_page::iso_8859_3},
+    {"iso88594", code_page::iso_8859_4}, {"latin4", code_page::iso_8859_4},   {"iso88595", code_page::iso_8859_5},
+    {"iso88596", code_page::iso_8859_6}, {"iso88597", code_page::iso_8859_7}, {"iso88598", code_page::iso_8859_8},
+    {"iso88599", code_page::iso_8859_9}, {"latin5", code_page::iso_8859_9},   {"iso885915", code_page::iso_8859_15},
+    {"latin9", code_page::iso_8859_15},  {"cp1250", code_page::cp1250},       {"cp1251", code_page::cp1251},
+    {"cp1252", code_page::cp1252},       {"cp1253", code_page::cp1253},       {"cp1254", code_page::cp1254},
+    {"cp1255", code_page::cp1255},       {"cp1256", code_page::cp1256},       {"cp1257", code_page::cp1257},
+    {"cp1258", code_page::cp1258},       {"koi8r", code_page::koi8_r},        {"koi8u", code_page::koi8_u},
+    {"shiftjis", code_page::cp932},      {"sjis", code_page::cp932},          {"cp932", code_page::cp932},
+    {"gb2312", code_page::cp936},        {"gbk", code_page::cp936},           {"cp936", code_page::cp936},
+    {"euckr", code_page::cp949},         {"cp949", code_page::cp949},         {"big5", code_page::cp950},
     {"cp950", code_page::cp950},
 };
 
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t\r\f\v";
 
 void skip_blanks(std::string_view& rest) {
@@ -140,12 +123,13 @@ std::optional<po_problem> take_string(std::string_view& rest, ustring8& text) {
 class po_reader {
 public:
     po_file read(std::string_view text) {
-        for (m_line = 1; !text.empty() && m_file.faults.size() < most_faults; ++m_line) {
+        for (m_line = 1; !text.empty() && m_file.faults.size() < most_po_faults; ++m_line) {
             std::size_t const end = std::min(text.size(), text.find('\n'));
             m_whole_line = text.substr(0, end);
             read_line(m_whole_line);
             text.remove_prefix(std::min(text.size(), end + 1));
         }
+        if (!text.empty()) m_file.unread_line = m_line;
         end_entry();
         return std::move(m_file);
     }
@@ -155,8 +139,10 @@ private:
         skip_blanks(rest);
         if (rest.empty()) return;
         if (rest.front() == '#') return read_comment(rest);
-        if (rest.front() != '"' && !read_keyword(rest)) return;
-        read_strings(rest);
+        while (!rest.empty()) {
+            if (rest.front() != '"' && !read_keyword(rest)) return;
+            if (!read_strings(rest)) return;
+        }
     }
 
     // Obsolete entries and the ids that fuzzy entries had are passed over.
@@ -215,19 +201,20 @@ private:
         m_part = &part;
     }
 
-    // At least one string, and nothing else up to the end of the line.
-    void read_strings(std::string_view rest) {
+    // At least one string. Takes all up to the end of the line or to what must be the next keyword; false on a
+    // fault.
+    bool read_strings(std::string_view& rest) {
         skip_blanks(rest);
-        if (rest.empty() || !m_part)
-            return void(fail(rest, rest.empty() ? po_problem::no_keyword : po_problem::misplaced));
-        for (; !rest.empty(); skip_blanks(rest)) {
+        if (!m_part) return fail(rest, po_problem::misplaced);
+        if (!rest.starts_with('"')) return fail(rest, po_problem::no_keyword);
+        for (; rest.starts_with('"'); skip_blanks(rest)) {
             std::string_view const start = rest;
-            if (rest.front() != '"') return void(fail(rest, po_problem::no_keyword));
             std::size_t const size = m_part->size();
-            if (auto const problem = take_string(rest, *m_part)) return void(fail(rest, *problem));
+            if (auto const problem = take_string(rest, *m_part)) return fail(rest, *problem);
             if (std::string_view(*m_part).substr(size).find_first_of({"\0\4", 2}) != std::string_view::npos)
-                return void(fail(start, po_problem::control_character));
+                return fail(start, po_problem::control_character);
         }
+        return true;
     }
 
     void end_entry() {
@@ -285,8 +272,16 @@ ustring8 charset_of(std::string_view bytes) {
     return zolt::strings::to_lower(ustring8(bytes.substr(0, bytes.find_first_of("\\\";\n \t"))));
 }
 
+// One charset has many spellings: "ISO-8859-1", "iso8859_1"; Windows' own ones have two names.
+ustring8 squeezed(std::string_view charset) {
+    if (take(charset, "windows")) return "cp" + squeezed(charset);
+    ustring8 name(charset);
+    std::erase_if(name, [](char c) { return c == '-' || c == '_'; });
+    return name;
+}
+
 bool is_unicode(std::string_view charset) {
-    constexpr std::string_view names[] = {"", "utf-8", "utf8", "us-ascii", "ascii", "ansi_x3.4-1968", "charset"};
+    constexpr std::string_view names[] = {"", "utf8", "usascii", "ascii", "ansix3.41968", "charset"};
     return std::find(std::begin(names), std::end(names), charset) != std::end(names);
 }
 
@@ -294,6 +289,17 @@ po_file fault_at_start(po_problem problem) {
     po_file file;
     file.faults.push_back({1, 1, problem});
     return file;
+}
+
+// With a mark in front, which also tells the order of bytes.
+po_file read_utf16(std::string_view bytes) {
+    if (bytes.size() % 2 != 0) return fault_at_start(po_problem::not_charset);
+    zolt::strings::ustring16 units;
+    units.resize(bytes.size() / 2);
+    std::memcpy(units.data(), bytes.data(), bytes.size());
+    ustring8 const text = zolt::strings::utf16_to_utf8(units);
+    if (!text.starts_with(byte_order_mark)) return fault_at_start(po_problem::not_charset);
+    return read_po(text);
 }
 
 auto count_questions(std::string_view text) { return std::count(text.begin(), text.end(), '?'); }
@@ -347,18 +353,23 @@ ustring8 po_file::field(std::string_view name) const {
 }
 
 po_file read_po(std::string_view bytes) {
-    bool const has_mark = take(bytes, "\xEF\xBB\xBF"); // only UTF-8 has it, whatever the header says
-    ustring8 const name = has_mark ? ustring8() : charset_of(bytes);
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return read_utf16(bytes);
+    ustring8 text;
+    if (bytes.find('\n') == std::string_view::npos) { // lines may end in a carriage return alone
+        text = bytes;
+        std::replace(text.begin(), text.end(), '\r', '\n');
+        bytes = text;
+    }
+    bool const has_mark = take(bytes, byte_order_mark); // only UTF-8 has it, whatever the header says
+    ustring8 const name = has_mark ? ustring8() : squeezed(charset_of(bytes));
     if (is_unicode(name)) return po_reader().read(bytes);
-    bool const is_windows = name.starts_with("windows-");
-    ustring8 const usual = is_windows ? ustring8("cp" + name.substr(8)) : name;
     auto const known = std::find_if(std::begin(charsets), std::end(charsets),
-                                    [&](charset const& candidate) { return candidate.name == usual; });
+                                    [&](charset const& candidate) { return candidate.name == name; });
     if (known == std::end(charsets)) return fault_at_start(po_problem::charset);
-    ustring8 const text = code_page(known->page).as_utf8(std::string(bytes));
+    ustring8 const converted = code_page(known->page).as_utf8(std::string(bytes));
     // What cannot be converted becomes a question mark.
-    if (count_questions(text) != count_questions(bytes)) return fault_at_start(po_problem::not_charset);
-    return po_reader().read(text);
+    if (count_questions(converted) != count_questions(bytes)) return fault_at_start(po_problem::not_charset);
+    return po_reader().read(converted);
 }
 
 void append_po(ustring8& file, po_entry const& entry) {

@@ -53,18 +53,22 @@ struct po_fault {
     po_problem problem;
 };
 
+/// A file with more of them is none.
+inline constexpr std::size_t most_po_faults = 100;
+
 struct po_file {
     ustring8 header; ///< "Language: de\nPlural-Forms: ...\n"
     std::vector<po_entry> entries;
     std::size_t obsolete = 0; ///< lines that are commented out with "#~" and passed over
     std::vector<po_fault> faults;
+    std::size_t unread_line = 0; ///< where most_po_faults made an end of reading; 0: all is read
 
     /// The value of a header field, empty without it.
     ustring8 field(std::string_view name) const;
 };
 
-/// Reads a file in the charset that its header names, with any line ends, and makes UTF-8 of it. After
-/// twenty faults it gives up.
+/// Reads a file in the charset that its header names, or UTF-16 with a byte order mark, with any line ends, and
+/// makes UTF-8 of it. After most_po_faults it gives up.
 po_file read_po(std::string_view bytes);
 
 /// Appends an entry and an empty line. A text of several lines gets a line for each.

@@ -372,6 +372,8 @@ constexpr program_messages::built_in texts[] = {
     {phrase::po_no_text, "finding.po_no_text", "the entry has no msgid or no msgstr"},
     {phrase::po_charset, "finding.po_charset", "the charset of the file is not known; msgconv makes UTF-8 of it"},
     {phrase::po_not_charset, "finding.po_not_charset", "the file holds bytes that its charset does not have"},
+    {phrase::po_many_faults, "finding.po_many_faults",
+     "these are {n:int} faults already; the rest of the file is not looked at"},
     {phrase::po_no_language, "finding.po_no_language", "the header names no language; give one with --lang"},
     {phrase::po_no_name, "finding.po_no_name", "msgctxt is not \"catalog/message\"; --catalog takes such entries"},
     {phrase::po_duplicate, "finding.po_duplicate", "there is such an entry already"},

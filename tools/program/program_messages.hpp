@@ -226,6 +226,7 @@ enum class phrase : unsigned {
     po_no_text,
     po_charset,
     po_not_charset,
+    po_many_faults,
     po_no_language,
     po_no_name,
     po_duplicate,
