@@ -21,6 +21,7 @@
 #include <deque>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -126,13 +127,13 @@ public:
         : m_session(session), m_options(options), m_found(session) {}
 
     exit_status run() {
-        std::optional<std::vector<ustring8>> const files = files_to_read(m_session, m_options.paths);
-        if (!files || !is_result_file_fit(*files)) return exit_failed;
+        std::vector<ustring8> const files = files_to_lay_out();
+        if (files.empty() || !is_result_file_fit(files)) return exit_failed;
         progress_bar progress(m_session.err);
-        for (std::size_t i = 0; i != files->size(); ++i) {
-            if (!m_session.options.is_quiet) progress.show(i, files->size());
-            bool const has_changed = format((*files)[i]);
-            if (m_session.is_json()) m_report.emplace_back((*files)[i], has_changed);
+        for (std::size_t i = 0; i != files.size(); ++i) {
+            if (!m_session.options.is_quiet) progress.show(i, files.size());
+            bool const has_changed = format(files[i]);
+            if (m_session.is_json()) m_report.emplace_back(files[i], has_changed);
             m_has_changes = m_has_changes || has_changed;
         }
         bool const is_report_lost = m_has_failed && m_session.options.has_result_file; // -o is for good ends
@@ -146,6 +147,20 @@ private:
     void fail(phrase id, zolt::generic::varg_list const& arguments) {
         m_session.complain(m_session.texts.get(id, arguments));
         m_has_failed = true;
+    }
+
+    // Without those that are not there.
+    std::vector<ustring8> files_to_lay_out() {
+        std::vector<ustring8> files;
+        std::set<ustring8> known;
+        for (ustring8 const& path : m_options.paths) {
+            auto const found = files_to_read(m_session, {path});
+            m_has_failed = m_has_failed || !found;
+            for (ustring8 const& file : found.value_or(std::vector<ustring8>())) {
+                if (known.insert(file).second) files.push_back(file);
+            }
+        }
+        return files;
     }
 
     // -o takes the text of one file, which may be its own place, or what is told about all of them.
