@@ -305,6 +305,7 @@ TEST_F(PoCommands, BringBackEveryMessage) {
         }
         program_run const imported = run("catalog import-po -o back.xmc" + files);
         EXPECT_EQ(0, imported.status) << imported.err;
+        expect("catalog fmt --check back.xmc", 0, "");
         for (std::string const& language : languages)
             EXPECT_EQ(dump_file(source, language.c_str()), dump_file(directory + "/back.xmc", language.c_str()));
         std::filesystem::remove_all(directory + "/po");
@@ -320,13 +321,13 @@ constexpr tree_row tree_rows[] = {
     // Of two messages the one that the library serves comes back.
     {"<catalog name='a' lang='en'><msg name='m'>first</msg></catalog>",
      "<catalog name='a' lang='en'><msg name='m'>second</msg></catalog>",
-     "t/1.xmc:3:1: warning: message \"m\" of language \"en\" gives way to"},
+     "t/1.xmc:3:29: warning: message \"m\" of language \"en\" gives way to"},
     {"<catalog name='a' lang='en'><msg name='m'/>\n<msg name='n'>first</msg></catalog>",
-     "<catalog name='a' lang='en'><msg name='m'>second</msg><msg name='o'/></catalog>", "t/1.xmc:3:1: warning: "},
+     "<catalog name='a' lang='en'><msg name='m'>second</msg><msg name='o'/></catalog>", "t/1.xmc:3:29: warning: "},
     {"<include file='2.x'/>\n<catalog name='a' lang='en'><msg name='m'>first</msg></catalog>",
-     "<catalog name='a' lang='en'><msg name='m'>second</msg></catalog>", "t/1.xmc:4:1: warning: "},
+     "<catalog name='a' lang='en'><msg name='m'>second</msg></catalog>", "t/1.xmc:4:29: warning: "},
     {"<catalog name='a' lang='en'><msg name='m'>first</msg></catalog>\n<include file='2.x'/>",
-     "\n<catalog name='a' lang='en'><msg name='m'>second</msg></catalog>", "t/2.x:4:1: warning: "},
+     "\n<catalog name='a' lang='en'><msg name='m'>second</msg></catalog>", "t/2.x:4:29: warning: "},
     // What the library refuses is not exported.
     {"<catalog name='a' lang='en'><msg name='m'/></catalog>\n<include file='3.x'/>", "", "t/1.xmc:4:1: error: "},
     {"<catalog name='a' lang='de'><msg name='m'/></catalog>\n<include file='2.x'/>", "<include file='1.xmc'/>",
@@ -390,7 +391,7 @@ constexpr json_row json_rows[] = {
      R"({"languages": [{"language": "de","entries": [{"context": "/m","id": "\u000a","text": "a","fuzzy": true,)"
      R"("references": ["f:3"],"comments": ["zolt: kept"]}]},{"language": "en","entries": [{"context": "/m",)"
      R"("id": "\u000a","text": "\u000a","fuzzy": false,"references": ["f:3"],"comments": []}]}],"errors": 0,)"
-     R"("warnings": 1,"notes": 0,"findings": [{"file": "f","line": 3,"column": 1,"severity": "warning",)"
+     R"("warnings": 1,"notes": 0,"findings": [{"file": "f","line": 3,"column": 20,"severity": "warning",)"
      R"("rule": "po-fuzzy",)"},
     {"export-po f", HEADER "<b/></xmc>", 1,
      R"({"errors": 1,"warnings": 0,"notes": 0,"findings": [{"file": "f","line": 3,"column": 1,"severity": "error",)"
@@ -429,10 +430,11 @@ struct finding_row {
     char const* finding;
 };
 constexpr finding_row finding_rows[] = {
-    {"export-po --dir . f", HEADER "<catalog lang='en'><msg name='m'>\xFF</msg></catalog></xmc>", 1,
-     "f:3:1: error: message \"m\": a PO file holds UTF-8 without NUL and U+0004 only [po-text]\n"},
+    {"export-po --dir . f",
+     HEADER "<catalog lang='en'>\n  <msg name='n'/> <msg name='m'>\xFF</msg></catalog></xmc>", 1,
+     "f:4:19: error: message \"m\": a PO file holds UTF-8 without NUL and U+0004 only [po-text]\n"},
     {"export-po --dir . f", HEADER "<catalog lang='e n'><msg name='m'/></catalog></xmc>", 1,
-     "f:3:1: error: message \"m\": a PO file cannot name the language \"e n\" [po-language]\n"},
+     "f:3:21: error: message \"m\": a PO file cannot name the language \"e n\" [po-language]\n"},
     {"export-po --dir . f", HEADER "<catalog lang='en'><msg name='m'/>\n<msg name='m'/></catalog></xmc>", 0,
      "f:4:1: warning: message \"m\" of language \"en\" gives way to another one of this name; it is left "
      "out [duplicate-message]\n"},

@@ -28,11 +28,13 @@ public:
 
     void take(token const& next) {
         switch (next.type()) {
-        case token::element_start:
+        case token::element_start: {
             mark_content();
-            m_file.elements.push_back({next.value(), m_map.element_line(m_file.elements.size()), current()});
-            m_open.push_back(m_file.elements.size() - 1);
+            std::size_t const n = m_file.elements.size();
+            m_file.elements.push_back({next.value(), m_map.element_line(n), m_map.element_column(n), current()});
+            m_open.push_back(n);
             break;
+        }
         case token::element_end:
             if (!m_open.empty()) m_open.pop_back();
             break;

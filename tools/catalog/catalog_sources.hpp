@@ -24,6 +24,7 @@ inline constexpr std::size_t no_element = static_cast<std::size_t>(-1);
 struct element {
     ustring8 name;
     unsigned line;
+    unsigned column;          ///< from 1, in bytes
     std::size_t parent;       ///< index of the enclosing element; no_element for the root
     bool has_content = false; ///< anything but comments stands between its tags
     std::vector<std::pair<ustring8, ustring8>> attributes{};

@@ -6,6 +6,7 @@
 // without a value, stands in the argument's name, which may hold the separators, too.
 #include "catalog_texts.hpp"
 
+#include "catalog_layout.hpp"
 #include "catalog_scan.hpp"
 #include "tools/program/files.hpp"
 #include "tools/program/notation.hpp"
@@ -100,7 +101,8 @@ public:
         switch (next.type()) {
         case token::element_start:
             if (m_count == m_file.elements.size()) return false; // the file has changed since
-            m_line = m_file.elements[m_count++].line;
+            m_line = m_file.elements[m_count].line;
+            m_column = m_file.elements[m_count++].column;
             return start(next.value());
         case token::element_end:
             end();
@@ -146,7 +148,7 @@ private:
             m_items.clear();
             m_name.clear();
             m_meta.clear();
-            m_start = m_line;
+            m_start = {m_line, m_column};
             m_ignored_here = std::exchange(m_ignored, {});
             return name == "msg" && go(place::message);
         case place::message:
@@ -185,8 +187,8 @@ private:
         if (m_skipped != 0) return void(--m_skipped);
         switch (m_place) {
         case place::message:
-            m_messages.push_back({m_catalog, message_t(m_name, m_items.finish(), m_meta), m_file.index, m_start,
-                                  std::move(m_ignored_here)});
+            m_messages.push_back({m_catalog, message_t(m_name, m_items.finish(), m_meta), m_file.index,
+                                  m_start.first, m_start.second, std::move(m_ignored_here)});
             m_messages.back().message._orginal_locale(m_language);
             go(place::catalog);
             break;
@@ -220,6 +222,7 @@ private:
     std::vector<catalog_message>& m_messages;
     std::size_t m_count = 0;
     unsigned m_line = 1;
+    unsigned m_column = 1;
     place m_place = place::document;
     std::size_t m_skipped = 0; // open elements that nobody looks into
     ustring8 m_attribute;
@@ -227,7 +230,7 @@ private:
     ustring8 m_language;
     ustring8 m_name;
     ustring8 m_meta;
-    unsigned m_start = 1;
+    std::pair<unsigned, unsigned> m_start; // line and column of the message
     item_list m_items;
     std::vector<ustring8> m_ignored;      // for the next message
     std::vector<ustring8> m_ignored_here; // in this one
@@ -343,6 +346,17 @@ unsigned read_messages(source_file const& file, xml_token_stream const& tokens,
     return 0;
 }
 
+message_t read_message(std::string_view text) {
+    ustring8 catalog = "<?xml version=\"1.0\"?><xmc version=\"1.0\"><catalog lang=\"en\">";
+    catalog.append(text).append("</catalog></xmc>");
+    source_file file;
+    xml_token_stream tokens;
+    read_elements(file, catalog, tokens);
+    std::vector<catalog_message> messages;
+    bool const is_read = file.is_well_formed && read_messages(file, tokens, messages) == 0;
+    return is_read && !messages.empty() ? messages.front().message : message_t();
+}
+
 void catalog_writer::add(ustring8 const& catalog, message_t const& message, std::vector<ustring8> const& ignored) {
     auto const [known, is_new] = m_known.try_emplace({catalog, message._orginal_locale()}, m_catalogs.size());
     if (is_new) {
@@ -370,7 +384,7 @@ void catalog_writer::add(ustring8 const& catalog, message_t const& message, std:
 ustring8 catalog_writer::text() const {
     ustring8 text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<xmc version=\"1.1\">\n";
     for (ustring8 const& catalog : m_catalogs) text.append(catalog).append("  </catalog>\n");
-    return text += "</xmc>\n";
+    return lay_out_catalog(text += "</xmc>\n");
 }
 
 } // namespace tools

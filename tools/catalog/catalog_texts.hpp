@@ -23,6 +23,7 @@ struct catalog_message {
     zolt::i18n::message_t message; ///< with the language of its catalog, never an empty one
     std::size_t file;              ///< index within catalog_sources
     unsigned line;
+    unsigned column;
     std::vector<ustring8> ignored{}; ///< rules that the comment "zolt-ignore ..." before it names
 };
 
@@ -34,13 +35,16 @@ unsigned read_messages(source_file const& file, std::vector<catalog_message>& me
 unsigned read_messages(source_file const& file, zolt::parser::xml_token_stream const& tokens,
                        std::vector<catalog_message>& messages);
 
+/// A message that stands alone, from "<msg" to "</msg>", without its language; an empty one when it is not valid.
+zolt::i18n::message_t read_message(std::string_view text);
+
 /// The name of a placeholder's argument, then its options' keys and values in turn.
 std::vector<std::string_view> split_item_data(std::string_view data);
 
 /// True for an item that can be a run of text: a literal that is not empty and stands behind no other one.
 bool is_text(zolt::i18n::message_item const& item, bool is_after_text);
 
-/// A catalog file. Catalogs stand in the order in which their first message came.
+/// A catalog file, laid out. Catalogs stand in the order in which their first message came.
 class catalog_writer {
 public:
     /// The message's language is the catalog's. Rules to be ignored are named in a comment before it.

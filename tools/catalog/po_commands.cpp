@@ -53,20 +53,6 @@ bool is_language_id(ustring8 const& id) {
                          normalized.find_first_not_of('_') != ustring8::npos);
 }
 
-// The findings alone, where there is no result.
-exit_status report(session const& session, finding_list& found) {
-    if (!session.is_json()) {
-        found.print();
-        return exit_findings;
-    }
-    json_writer json;
-    json.begin_object();
-    found.append_to(json);
-    json.end_object();
-    session.out.line(json.text());
-    return exit_findings;
-}
-
 /// A directory that is made, and those above it, when it is not there. What was made goes again unless it is kept.
 class new_directory {
 public:
@@ -122,7 +108,7 @@ public:
         for (auto const& [language, table] : m_tables) {
             if (is_wanted(language)) languages.push_back(make_entries(language, table));
         }
-        if (m_findings.status() != exit_good) return report(m_session, m_findings);
+        if (m_findings.status() != exit_good) return m_findings.print_alone(), exit_findings;
         if (!m_session.is_json() || languages.empty()) m_findings.print();
         if (languages.empty()) return fail(m_session.texts.get(phrase::po_no_messages));
         if (m_options.directory) {
@@ -155,7 +141,8 @@ private:
 
     // What the library refuses is not exported, also when nobody wants to hear of it.
     exit_status end_unread() {
-        if (m_tree.is_refused() && m_findings.status() == exit_findings) return report(m_session, m_findings);
+        if (m_tree.is_refused() && m_findings.status() == exit_findings)
+            return m_findings.print_alone(), exit_findings;
         m_findings.print();
         if (!m_tree.is_refused()) return exit_failed;
         m_session.complain(m_session.texts.get(phrase::po_no_messages));
@@ -168,8 +155,8 @@ private:
         if (is_ignored) return;
         ustring8 const text =
             m_session.texts.get(id, {{"message", entry.message.name()}, {"lang", entry.message._orginal_locale()}});
-        m_findings.add({path_of(entry), entry.line, 1, find_rule(export_po_rules(), rule)->level, rule, text,
-                        scope_of(entry)});
+        m_findings.add({path_of(entry), entry.line, entry.column, find_rule(export_po_rules(), rule)->level, rule,
+                        text, scope_of(entry)});
     }
 
     ustring8 const& path_of(catalog_message const& entry) const { return m_tree.path_of(entry); }
@@ -388,7 +375,7 @@ public:
         }
         bool const is_good = m_findings.status() == exit_good;
         if (!is_good || m_messages.empty()) {
-            report(m_session, m_findings);
+            m_findings.print_alone();
             // The library refuses a file without catalogs.
             if (is_good) m_session.complain(m_session.texts.get(phrase::po_no_translations));
             return exit_findings;

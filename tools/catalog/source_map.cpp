@@ -16,10 +16,11 @@ bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z')
 /// Walks over the text, counting lines.
 class reader {
 public:
-    explicit reader(std::string_view text) : m_rest(text) {}
+    explicit reader(std::string_view text) : m_rest(text), m_line_start(text.data()) {}
 
     bool at_end() const { return m_rest.empty(); }
     unsigned line() const { return m_line; }
+    unsigned column() const { return static_cast<unsigned>(m_rest.data() - m_line_start) + 1; }
     bool starts_with(std::string_view mark) const { return m_rest.substr(0, mark.size()) == mark; }
     bool starts_with_letter() const { return !m_rest.empty() && is_letter(m_rest.front()); }
 
@@ -36,12 +37,16 @@ public:
     }
 
     void skip(std::size_t count) {
-        m_line += line_feeds(m_rest.substr(0, count));
+        std::string_view const skipped = m_rest.substr(0, count);
+        unsigned const lines = line_feeds(skipped);
+        if (lines != 0) m_line_start = skipped.data() + skipped.rfind('\n') + 1;
+        m_line += lines;
         m_rest.remove_prefix(std::min(count, m_rest.size()));
     }
 
 private:
     std::string_view m_rest;
+    char const* m_line_start;
     unsigned m_line = 1;
 };
 
@@ -75,9 +80,9 @@ source_map::source_map(std::string_view text) {
             skip_event("-->");
             continue;
         }
-        unsigned const line = in.line();
+        place const start{in.line(), in.column()};
         in.skip(1);
-        if (in.starts_with_letter()) m_element_lines.push_back(line);
+        if (in.starts_with_letter()) m_elements.push_back(start);
         for (char c = in.find_any("\"'>"); c != '\0'; c = in.find_any("\"'>")) {
             in.skip(1);
             if (c == '>') break;
@@ -88,9 +93,12 @@ source_map::source_map(std::string_view text) {
     m_last_line = std::max(1u, in.line() - (ends_in_line_feed ? 1 : 0));
 }
 
-unsigned source_map::element_line(std::size_t n) const {
-    return n < m_element_lines.size() ? m_element_lines[n] : 1;
+source_map::place source_map::element_place(std::size_t n) const {
+    return n < m_elements.size() ? m_elements[n] : place();
 }
+
+unsigned source_map::element_line(std::size_t n) const { return element_place(n).line; }
+unsigned source_map::element_column(std::size_t n) const { return element_place(n).column; }
 
 unsigned source_map::fault_line(unsigned long counted, std::size_t events) const {
     unsigned const uncounted = m_uncounted[std::min(events, m_uncounted.size() - 1)];

@@ -20,13 +20,21 @@ public:
 
     /// The line of the n-th start tag's "<", n counted from 0; 1 when there are not that many.
     unsigned element_line(std::size_t n) const;
+    /// Its column, from 1, in bytes.
+    unsigned element_column(std::size_t n) const;
 
     /// The line of a fault from parse_error::line, which leaves out the line feeds inside the header,
     /// comments and attribute values. `events` is the number of comments and attributes before it.
     unsigned fault_line(unsigned long counted, std::size_t events) const;
 
 private:
-    std::vector<unsigned> m_element_lines;
+    struct place {
+        unsigned line = 1;
+        unsigned column = 1;
+    };
+    place element_place(std::size_t n) const;
+
+    std::vector<place> m_elements;
     std::vector<unsigned> m_uncounted; // line feeds left out up to the header, then up to each event
     unsigned m_last_line = 1;
 };

@@ -86,6 +86,15 @@ void finding_list::print() {
     for (finding const& found : sorted()) print_one(m_session.err, found);
 }
 
+void finding_list::print_alone() {
+    if (!m_session.is_json()) return print();
+    json_writer json;
+    json.begin_object();
+    append_to(json);
+    json.end_object();
+    m_session.out.line(json.text());
+}
+
 void finding_list::append_to(json_writer& json) {
     json.member("errors", count(severity::error));
     json.member("warnings", count(severity::warning));

@@ -53,6 +53,8 @@ public:
 
     /// On standard error, one in a line; further lines of a library's text follow indented.
     void print();
+    /// Where there is no result: so, or as an object of JSON in place of it.
+    void print_alone();
     /// As members "errors", "warnings", "notes" and "findings" of the object that is open.
     void append_to(json_writer& json);
 
