@@ -112,7 +112,9 @@ constexpr words_row words_rows[] = {
     {"zolt", 1, may_be_name},
     {"\1n\2\nbytes", 1, may_be_name},
     {"Visual Editor 2", 2, may_be_name},
-    {"km of MB", 3, may_be_name}, // units and short words
+    {"km MB", 2, sentence},
+    {"Go to", 2, sentence},
+    {"I a", 2, may_be_name},
     {"See https://example.org/the/page", 2, may_be_name},
     {"Call --output write_text example.org user@host", 5, may_be_name},
     {"GPLv3 iPhone macOS", 3, may_be_name},
@@ -145,6 +147,7 @@ struct missing_row {
 #define MISSING ": error: message \"m\" of catalog \"a\" is missing in language "
 #define OBSOLETE                                                                                                   \
     ": warning: message \"n\" of catalog \"a\" in language \"de\" is not in the reference language \"en\" "
+#define MAY_BE_COPY ": note: message \"m\" of catalog \"a\" in language "
 #define COPY ": warning: message \"m\" of catalog \"a\" in language "
 
 std::string in(std::string const& language, std::string const& text) {
@@ -205,8 +208,13 @@ missing_row const missing_rows[] = {
     {"--lang=de", 0, in("en", "Cancel") + in("de", "Cancel") + in("fr", "Annuler") + in("es", "Cancelar"),
      "f:6:1" COPY "\"de\" is still the text of the reference language \"en\" [untranslated-copy]\n",
      "de: missing 0, obsolete 0, same 1; texts from de 1\n"},
-    {"--lang=de", 0, in("en", "Zolt") + in("de", "Zolt") + in("ru", "Золт"), "",
-     "de: missing 0, obsolete 0, same 0; texts from de 1\n"},
+    {"--lang=de", 0, in("en", "Zolt") + in("de", "Zolt") + in("ru", "Золт"),
+     "f:6:1" MAY_BE_COPY "\"de\" is the text of the reference language \"en\", which may be a name "
+     "[untranslated-copy]\n",
+     "de: missing 0, obsolete 0, same 1; texts from de 1\n"},
+    // what is empty in the reference is there in every language
+    {"--ref=de --lang=fr", 0, in("de", " "), "", "fr: missing 0, obsolete 0, same 0; texts from none 1\n"},
+    {"", 0, in("en", "") + catalog("de", ""), "", "de: missing 0, obsolete 0, same 0; texts from en 1\n"},
     {"--lang=de", 0,
      in("en", "<arg name='x'/>: 5") + in("de", "<arg name='x'/>: 5") + in("fr", "a") + in("es", "b"), "",
      "de: missing 0, obsolete 0, same 0; texts from de 1\n"},
@@ -269,12 +277,24 @@ TEST_F(Statistics, CountByLanguageAndCatalog) {
         R"("total": 1,"translated": 1,"missing": 0,"obsolete": 0,"same": 0,"words": 3,"percent": 100)";
     store(file(catalog("en", message("m", "More than one"), "b")));
     EXPECT_EQ(R"({"reference": "en","languages": [{"language": "en",)" + sums +
-                  R"(,"catalogs": [{"catalog": "b",)" + sums + "}]}]}",
+                  R"(,"catalogs": [{"catalog": "b",)" + sums +
+                  R"(}]}],"errors": 0,"warnings": 0,"notes": 0,"findings": []})",
               compact(run("catalog stats f --format=json").out));
-    store("nonsense");
-    program_run const failed = run("catalog stats f --svg g -o h");
-    EXPECT_EQ(1, failed.status);
-    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(directory), {})); // nothing is written
+    // What is faulty or not there does not keep the others from being counted; nothing is drawn.
+    std::string const table = run("catalog stats f").out;
+    store("nonsense", "g");
+    program_run const faulty = run("catalog stats g f --svg h");
+    EXPECT_EQ(1, faulty.status);
+    EXPECT_EQ(table, faulty.out);
+    EXPECT_EQ(0u, faulty.err.find("g:1:1: error: ")) << faulty.err;
+    expect("catalog stats f none --svg h", 2, table, "zolt: there is no file or directory \"none\"\n");
+    EXPECT_EQ(2, std::distance(std::filesystem::directory_iterator(directory), {}));
+    for (char const* const command : {"stats g f", "stats g", "missing g"}) {
+        program_run const json = run(std::string("catalog ") + command + " --json");
+        EXPECT_EQ(1, json.status);
+        EXPECT_EQ("", json.err);
+        EXPECT_NE(std::string::npos, json.out.find("\"rule\": \"load\"")) << json.out;
+    }
 }
 
 // The same as gettext's own program says about the files that it gets.
@@ -290,13 +310,16 @@ TEST_F(Statistics, AreThoseOfGettext) {
         run("catalog stats f --gettext --json --lang=de")
             .out.find(R"("sentence": "1 translated message, 1 fuzzy translation, 2 untranslated messages.")"));
     if (!std::filesystem::exists("/usr/bin/msgfmt")) GTEST_SKIP() << "msgfmt is not installed";
+    std::string const size = message("g", "<arg name='x' type='mem'/><arg name='x' type='mem_unit'/>");
     store(file(catalog("en", message("a", "one") + message("b", "<br/>two") + message("c", "<arg name='x'/>") +
                                  message("d", "<arg name='x' type='int'/>{") + message("e", "five") +
-                                 message("f", "six")) +
+                                 message("f", "six") + size + message("h", "<arg name='x' base='hex'/>") +
+                                 message("i", "")) +
                catalog("de", message("a", "one") + message("b", "zwei") +
                                  message("c", "<arg name='x'/><arg name='x'/>") + message("d", "<arg name='x'/>") +
-                                 message("e", ""))));
-    run("catalog export-po f --lang=de -o de.po");
+                                 message("e", "") + message("g", "<arg name='x' type='mem' target_unit='M'/>") +
+                                 message("h", "<arg name='x' base='oct'/>"))));
+    run("catalog export-po f --lang=de -o de.po -q");
     program_run const msgfmt =
         run("--statistics -o /dev/null de.po", {.environment = {{"LC_ALL", "C"}}, .program = "/usr/bin/msgfmt"});
     EXPECT_EQ(msgfmt.err, run("catalog stats f --gettext --lang=de").out);

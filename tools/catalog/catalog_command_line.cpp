@@ -144,7 +144,7 @@ void add_stats(command const& catalog) {
         bool is_gettext = false;
         std::optional<std::string> chart;
     };
-    command const stats = catalog.add("stats", phrase::stats_about, phrase::stats_notes).with_json();
+    command const stats = catalog.add("stats", phrase::stats_about, phrase::stats_notes).with_json().with_report();
     values& given = stats.keep<values>();
     stats.argument("PATH", given.paths, phrase::paths_argument).required();
     stats.flag("--gettext", given.is_gettext, phrase::gettext_option);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
 namespace tools {
@@ -59,16 +60,20 @@ private:
         }
         ++report.served[entry.served == none ? none : message(entry.served).language];
         if (entry.is_copy) add(rule_id::untranslated_copy, entry, phrase::message_is_copy, report.copies);
+        if (entry.is_same && !entry.is_copy)
+            add(rule_id::untranslated_copy, entry, phrase::message_may_be_copy, report.copies, severity::note);
         if (entry.is_translated || is_silenced(rule_id::missing_translation, entry.reference)) return;
         ++report.missing;
         report.lacks.emplace_back(entry.reference, entry.served);
     }
 
     // What is wrong with a message of the language itself.
-    void add(rule_id id, translation const& entry, phrase text, std::size_t& count) {
+    void add(rule_id id, translation const& entry, phrase text, std::size_t& count,
+             std::optional<severity> level = std::nullopt) {
         if (is_silenced(id, entry.own)) return;
         ++count;
         finding found = make(id, entry.own, describe(text, entry.own, entry.language));
+        found.level = level.value_or(found.level);
         add_details(found, entry.own, entry.language);
         m_texts.found().add(std::move(found));
     }

@@ -73,11 +73,12 @@ public:
         exit_status const status = m_texts.read(m_options.paths);
         if (status != exit_good) return status;
         if (draws_over_input()) return exit_failed;
-        m_texts.found().print();
-        if (!m_texts.is_complete()) return exit_failed;
-        if (m_texts.found().status() != exit_good) return m_texts.found().status();
         if (!count()) return exit_failed;
-        return write_chart() ? write_results() : exit_failed;
+        exit_status const found = m_texts.is_complete() ? m_texts.found().status() : exit_failed;
+        if (!m_session.is_json() || draws_on_output()) m_texts.found().print();
+        if ((found == exit_good || draws_on_output()) && !write_chart()) return exit_failed;
+        if (!draws_on_output()) write_results();
+        return found;
     }
 
 private:
@@ -93,8 +94,11 @@ private:
         if (languages * catalogs.size() > most_rows)
             return fail(phrase::too_many_languages, {{"n", static_cast<unsigned long long>(languages)}}), false;
         std::vector<std::vector<counts>> all(languages, std::vector<counts>(catalogs.size()));
-        m_texts.for_each(
-            [&all](translation const& entry) { count_one(all[entry.language][entry.catalog], entry); });
+        m_texts.for_each([&](translation const& entry) {
+            counts& where = all[entry.language][entry.catalog];
+            count_one(where, entry);
+            if (m_options.is_gettext && m_texts.is_fuzzy(entry)) ++where.fuzzy;
+        });
         m_counts.resize(languages);
         for (std::size_t language = 0; language != languages; ++language) {
             for (std::size_t i = 0; i != catalogs.size(); ++i) {
@@ -112,16 +116,14 @@ private:
             return;
         }
         ++where.total;
-        where.copies += entry.is_copy ? 1 : 0;
+        where.copies += entry.is_same ? 1 : 0;
         if (!entry.is_translated) return;
         ++where.translated;
         where.words += entry.words;
         where.empty += entry.is_empty ? 1 : 0;
-        where.fuzzy += entry.has_other_format && !entry.is_empty ? 1 : 0;
     }
 
-    exit_status write_results() const {
-        if (draws_on_output()) return exit_good;
+    void write_results() {
         if (m_session.is_json()) {
             print_json();
         } else if (m_options.is_gettext) {
@@ -129,7 +131,6 @@ private:
         } else {
             print_table();
         }
-        return exit_good;
     }
 
     void print_sentences() const {
@@ -166,7 +167,7 @@ private:
         table.print(m_session.out);
     }
 
-    void print_json() const {
+    void print_json() {
         json_writer json;
         json.begin_object();
         json.member("reference", m_session.options.reference);
@@ -187,6 +188,7 @@ private:
             json.end_object();
         }
         json.end_array();
+        m_texts.found().append_to(json);
         json.end_object();
         m_session.out.line(json.text());
     }

@@ -57,7 +57,7 @@ struct token {
     bool is_word = false; // of letters alone, the first of them and all others small
 
     explicit token(std::string_view text) {
-        constexpr std::size_t least_letters = 3;
+        constexpr std::size_t least_letters = 2;
         bool is_code = text.find_first_of("@/\\_=<>[]{}$%#&|*~^`0123456789") != std::string_view::npos ||
                        text.front() == '-' || text.front() == '.';
         std::size_t letters = 0;

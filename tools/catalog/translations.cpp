@@ -5,7 +5,9 @@
 // language that is asked about gets. Texts are read when they have to be compared.
 #include "translations.hpp"
 
+#include "catalog_texts.hpp"
 #include "check_tree_rules.hpp"
+#include "po_exchange.hpp"
 #include "tools/program/languages.hpp"
 
 #include <algorithm>
@@ -55,7 +57,7 @@ exit_status translations::choose_languages() {
         return exit_failed;
     };
     if (m_reference_serving.empty() && m_found.status() != exit_good) {
-        m_found.print();
+        m_found.print_alone();
         return m_input.is_complete() ? exit_findings : exit_failed;
     }
     if (m_reference_serving.empty()) return fail(phrase::no_reference);
@@ -89,6 +91,8 @@ void translations::for_each(std::function<void(translation const&)> const& visit
                 entry.served != none && m_tree.languages[m_tree.messages[entry.served].language].id == target.id;
             if (is_own) entry.own = entry.served;
             if (m_reference == none && entry.own == none) continue;
+            if (!entry.is_translated && m_reference != none && m_tree.messages[m_reference].is_empty)
+                entry.is_translated = entry.is_empty = true;
             entry.words = m_words.count;
             if (m_reference != none && entry.is_translated) compare(entry);
             visit(entry);
@@ -116,6 +120,7 @@ void translations::end() {
     }
     m_ids.clear();
     m_is_seldom_copied.reset();
+    m_reference_message.reset();
 }
 
 std::uint32_t translations::served(std::vector<serving_language> const& serving, bool& is_fitting) const {
@@ -126,28 +131,26 @@ std::uint32_t translations::served(std::vector<serving_language> const& serving,
 }
 
 void translations::compare(translation& entry) {
-    checked_message const& served = m_tree.messages[entry.served];
+    if (entry.own == none || entry.own == m_reference) return;
+    checked_message const& served = m_tree.messages[entry.own];
     checked_message const& reference = m_tree.messages[m_reference];
-    if (entry.served == m_reference) return;
-    std::string const& text = text_of(entry.served);
-    std::string const& expected = text_of(m_reference);
-    auto const has_same_edges = [&](auto edge) {
-        return text.empty() || expected.empty() || (edge(text) == '\n') == (edge(expected) == '\n');
-    };
-    entry.has_other_format = !has_same_arguments(served, reference) ||
-                             !has_same_edges([](std::string const& line) { return line.front(); }) ||
-                             !has_same_edges([](std::string const& line) { return line.back(); });
-    if (entry.own == none || m_may_copy[served.language] || m_tree.languages[reference.language].id == ".") return;
-    bool const is_same = text == expected;
-    entry.is_copy = is_same && (m_words.kind == text_kind::sentence ||
-                                (m_words.kind == text_kind::may_be_name && is_seldom_copied()));
+    if (m_may_copy[served.language] || m_tree.languages[reference.language].id == ".") return;
+    entry.is_same = m_words.kind != text_kind::no_words && text_of(entry.own) == text_of(m_reference);
+    entry.is_copy = entry.is_same && (m_words.kind == text_kind::sentence || is_seldom_copied());
 }
 
-bool translations::has_same_arguments(checked_message const& a, checked_message const& b) const {
-    auto const first_a = m_tree.arguments.begin() + static_cast<std::ptrdiff_t>(a.first_argument);
-    auto const first_b = m_tree.arguments.begin() + static_cast<std::ptrdiff_t>(b.first_argument);
-    return std::equal(first_a, first_a + static_cast<std::ptrdiff_t>(a.argument_count), first_b,
-                      first_b + static_cast<std::ptrdiff_t>(b.argument_count));
+// Of most texts this can be told without a second look.
+bool translations::is_fuzzy(translation const& entry) {
+    if (entry.reference == none || !entry.is_translated || entry.is_empty || entry.served == m_reference)
+        return false;
+    auto const is_plain = [](std::string_view text) {
+        return text.find(argument_start) == std::string_view::npos && !text.starts_with('\n') &&
+               !text.ends_with('\n');
+    };
+    if (is_plain(text_of(entry.served)) && is_plain(text_of(m_reference))) return false;
+    if (!m_reference_message) m_reference_message = read_message(source_of(m_reference));
+    zolt::i18n::message_t const translated = read_message(source_of(entry.served));
+    return to_po_entry({}, &*m_reference_message, &translated).is_fuzzy;
 }
 
 // What most languages leave as it is, is a name.
@@ -166,11 +169,13 @@ bool translations::is_seldom_copied() {
 std::string const& translations::text_of(std::uint32_t message) {
     checked_message const& entry = m_tree.messages[message];
     std::optional<std::string>& text = m_texts[entry.language];
-    if (!text) {
-        std::string_view const file = m_tree.files[entry.file].text;
-        text = read_message_text(file.substr(entry.offset, entry.end - entry.offset));
-    }
+    if (!text) text = read_message_text(source_of(message));
     return *text;
+}
+
+std::string_view translations::source_of(std::uint32_t message) const {
+    checked_message const& entry = m_tree.messages[message];
+    return std::string_view(m_tree.files[entry.file].text).substr(entry.offset, entry.end - entry.offset);
 }
 
 } // namespace tools

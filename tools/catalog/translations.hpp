@@ -4,8 +4,9 @@
 // translations: what `zolt catalog missing` and `stats` know of each message in each language, compared with the
 // reference.
 //
-// A message counts as translated when the library serves it in the language itself, in its base or in ".". What
-// the reference language has in this sense is to be translated; what another language has beyond that is obsolete.
+// A message counts as translated when the library serves it in the language itself, in its base or in ".", and when
+// there is nothing to translate since the reference is empty. What the reference language has in this sense is to
+// be translated; what another language has beyond that is obsolete.
 #pragma once
 
 #include "check_file_rules.hpp"
@@ -16,6 +17,8 @@
 #include "tools/program/findings.hpp"
 #include "tools/program/library.hpp"
 #include "tools/program/session.hpp"
+
+#include <zolt/i18n/message.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -42,10 +45,10 @@ struct translation {
     std::uint32_t own = none;    ///< of the language itself
     std::uint32_t served = none; ///< what a program gets that asks for the language
     bool is_translated = false;
-    bool is_empty = false;         ///< what is served
-    bool is_copy = false;          ///< own and the same as the reference, where one expects another text
-    bool has_other_format = false; ///< translated with other placeholders or line ends at its edges
-    std::size_t words = 0;         ///< of the reference
+    bool is_empty = false; ///< what is served, or what there is to translate
+    bool is_same = false;  ///< own, with words, and still the text of the reference
+    bool is_copy = false;  ///< the same where one expects another text
+    std::size_t words = 0; ///< of the reference
 };
 
 class translations {
@@ -67,6 +70,8 @@ public:
     /// Calls `visit` for each message in each language that has it or ought to have it: messages in the order in
     /// which they were read, of each the languages in theirs.
     void for_each(std::function<void(translation const&)> const& visit);
+    /// Within a visit: translated with a text that export-po marks as fuzzy.
+    bool is_fuzzy(translation const& entry);
 
 private:
     exit_status choose_languages();
@@ -74,8 +79,8 @@ private:
     void end();
     std::uint32_t served(std::vector<serving_language> const& serving, bool& is_fitting) const;
     void compare(translation& entry);
-    bool has_same_arguments(checked_message const& a, checked_message const& b) const;
     bool is_seldom_copied();
+    std::string_view source_of(std::uint32_t message) const;
     std::string const& text_of(std::uint32_t message);
 
     session const& m_session;
@@ -93,6 +98,7 @@ private:
     std::vector<std::uint32_t> m_ids; // the languages that have it
     std::vector<std::optional<std::string>> m_texts;
     std::uint32_t m_reference = none;
+    std::optional<zolt::i18n::message_t> m_reference_message; // for is_fuzzy
     text_words m_words;
     std::optional<bool> m_is_seldom_copied;
 };

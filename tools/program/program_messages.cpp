@@ -475,9 +475,9 @@ constexpr program_messages::built_in texts[] = {
      "Every message of the reference language (--ref) is looked up as a program would that asks for the "
      "language: in the language, in its base and in \".\". What comes from elsewhere, or from nowhere, is "
      "missing and reported where the reference has it; --allow-missing=N lets each language lack N messages. "
-     "A message that the reference does not have is obsolete. A text that is still that of the reference is "
-     "a copy, unless it holds no words or may be a name: of a single word, or of words that are not written "
-     "small, most other languages have to have another text.\n"
+     "What is empty in the reference is never missing. A message that the reference does not have is obsolete. A "
+     "text with words that is still that of the reference is a copy. It is a note when it may be a name: a single "
+     "word, or words none of which is written small, unless most other languages have another text.\n"
      "Each language ends in a line that also tells from which languages its texts come. With --lang only one "
      "is looked at, also one that has no catalog yet. --ignore and a comment \"zolt-ignore RULE\" before a "
      "message silence the rules missing-translation (before that of the reference), obsolete-message and "
@@ -489,13 +489,14 @@ constexpr program_messages::built_in texts[] = {
     {phrase::stats_notes, "catalog.stats.notes",
      "A row for each catalog of a language, and one for all of them: messages of the reference language (--ref) "
      "in all, those that are translated or missing, messages that the reference does not have, texts that are "
-     "still those of the reference, and the words of the reference in what is translated. What counts as which is "
-     "told by \"zolt catalog missing --help\". The per cent are rounded down, so that 100 means all; they are "
+     "still those of the reference, which count as translated, too, and the words of the reference in what is "
+     "translated. What counts as which is told by \"zolt catalog missing --help\". The per cent are rounded down, "
+     "so that 100 means all; they are "
      "100, too, where there is nothing to translate.\n--gettext writes for each language the sentence of msgfmt "
      "--statistics: fuzzy are texts with other placeholders, or other line ends at their edges, than the "
      "reference; empty texts are untranslated. --svg draws a bar for each language.\nExit status: 0; 1 when a "
-     "file is faulty, and 2 when one cannot be read or written; then nothing is written.\nExample: zolt catalog "
-     "stats --svg languages.svg texts"},
+     "file is faulty, and 2 when one cannot be read or written; then the others are counted, and --svg draws into "
+     "no file.\nExample: zolt catalog stats --svg languages.svg texts"},
     {phrase::allow_missing_option, "option.allow_missing",
      "Up to N missing messages of a language are warnings, no errors"},
     {phrase::gettext_option, "option.gettext", "Write the sentence of msgfmt --statistics for each language"},
@@ -519,6 +520,9 @@ constexpr program_messages::built_in texts[] = {
     {phrase::message_is_copy, "finding.message_is_copy",
      "message \"{message:string}\" of catalog \"{catalog:string}\" in language \"{language:string}\" is "
      "still the text of the reference language \"{reference:string}\""},
+    {phrase::message_may_be_copy, "finding.message_may_be_copy",
+     "message \"{message:string}\" of catalog \"{catalog:string}\" in language \"{language:string}\" is the "
+     "text of the reference language \"{reference:string}\", which may be a name"},
     {phrase::served_by_none, "missing.served_by_none", "none"},
     {phrase::missing_summary, "missing.summary",
      "{language:string}: missing {missing:int}, obsolete {obsolete:int}, same {copies:int}; texts from "

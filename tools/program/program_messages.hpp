@@ -292,6 +292,7 @@ enum class phrase : unsigned {
     more_translations_missing,
     message_is_obsolete,
     message_is_copy,
+    message_may_be_copy,
     served_by_none,
     missing_summary,
     total_heading,
