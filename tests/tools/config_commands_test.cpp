@@ -419,6 +419,7 @@ TEST_F(ConfigChanges, LeaveAllOtherBytes) {
         {"# x\n  a = 1 # y\r\n\nb=2\n", "unset f a", "# x\n\nb=2\n"},
         {"[s] a=1 # y\r\nb=2\na=3", "unset f s.a", "[s]\r\nb=2\n"},
         {"l[]=1, # x\n2,3\nl.1=4\nl.x=5\nm=1\n", "unset f l", "l.x=5\nm=1\n"},
+        {"a\nb=1\n", "set f ab 2", "a\nb=2\n"},
         {"a=1\na.b=2\n[a]\n=3", "unset f a", "a.b=2\n[a]\n"},
         {"a=\na=1\n", "unset f a", "a=\n"},
         {"l[]=1,2,3\nl=5\nl.1=6\nl.9=7\n", "unset f l", "l.1=6\nl.9=7\n"},
@@ -460,6 +461,10 @@ TEST_F(ConfigChanges, AreRefusedWithAReason) {
         {"hosts[] = a, b,\n[db]\npw=x\n", "set f hosts a b", 1, in_array(1, 2)},
         {"\nhosts[] = a, # x\n b,\n\npw=x,\ny\n", "set f hosts a b c", 1, in_array(2, 5)},
         {"hosts[] = a, b,\n[db]\npw=x\n", "unset f hosts", 1, in_array(1, 2)},
+        {"[]\nl[]=1,2\n", "set f l.1 a b", 1,
+         "\"f\" is left as it is: what line 2 sets does not let \"l.1\" alone be changed"},
+        {"\na\nb\n # x\nc=1\n", "unset f ab#xc", 1,
+         refusal("key", 2, 4, ", since no \"=\" stands before it; mend that first")},
     };
     for (auto const& [before, command, status, complaint] : rows)
         change(before, command, before, status, complaint);

@@ -181,7 +181,7 @@ private:
     file_lock m_lock;
     ustring8 m_text;
     open_file m_item;                  ///< what is read from the file, then what should be
-    std::size_t m_difference_line = 0; ///< of what an edit would have changed, if known
+    std::size_t m_difference_line = 0; ///< of what an edit did not leave, or not change, if known
 };
 
 bool config_edit::load(bool may_be_absent) {
@@ -271,10 +271,9 @@ exit_status config_edit::make(config_change change, bool is_dry_run) {
         m_text = edit.text;
         return *status;
     }
-    bool const is_other_line = m_difference_line != 0 && m_difference_line != line_at(lines.get_node(change.key));
-    return refuse(
-        is_other_line ? phrase::edit_changes_line : phrase::edit_not_alone,
-        {{"key", change.key}, {"path", m_path}, {"line", static_cast<unsigned long long>(m_difference_line)}});
+    auto const line = static_cast<unsigned long long>(m_difference_line);
+    return refuse(line != 0 ? phrase::edit_changes_line : phrase::edit_not_alone,
+                  {{"key", change.key}, {"path", m_path}, {"line", line}});
 }
 
 exit_status config_edit::refuse(phrase reason, zolt::generic::varg_list const& arguments) const {

@@ -195,7 +195,7 @@ statements_of_key::statements_of_key(ustring8 const& text, config_change const& 
         config_statement const& statement = statements.current();
         std::size_t const begin = statement.bytes.begin;
         m_earlier_slot = m_slot;
-        if (m_slot.at == 0) m_earlier_slot.at = line_begin(m_text, begin);
+        if (!m_has_section && !m_has_top) m_earlier_slot.at = line_begin(m_text, begin);
         if (m_is_at_header) m_earlier_slot.at = std::min(line_end(m_text, m_slot.at), begin);
         statement.kind == config_statement::section ? look_at_section(statement) : look_at_assignment(statement);
     }
@@ -312,14 +312,14 @@ private:
         return found == m_replacements.end() ? m_text.npos : std::max(at, found->bytes.begin);
     }
 
-    // A string or an array may have gone on into lines that were not meant for it.
+    // A string, an array or a key may have gone on into lines that were not meant for it.
     std::optional<config_text_edit> refuse_to_lose_lines(config_statement const& statement) const {
         for (text_range const string : statement.strings) {
-            std::size_t const at = find_swallowed_line(m_text, string);
-            if (at == m_text.npos || next_replaced(at) != at) continue;
-            std::size_t const line = statement.place.line + lines_between(statement.bytes.begin, string.begin);
-            return config_text_edit{{}, phrase::edit_in_string, line, line + lines_between(string.begin, at)};
+            if (auto const refused = refuse_to_lose_lines(statement, string, phrase::edit_in_string))
+                return refused;
         }
+        if (auto const refused = refuse_to_lose_lines(statement, statement.key, phrase::edit_in_key))
+            return refused;
         for (config_fault const& fault : statement.faults) {
             if (fault.text != phrase::config_joined_array) continue;
             std::size_t begin = statement.bytes.begin;
@@ -330,6 +330,14 @@ private:
                 return config_text_edit{{}, phrase::edit_in_array, statement.place.line, fault.place.line};
         }
         return std::nullopt;
+    }
+
+    std::optional<config_text_edit> refuse_to_lose_lines(config_statement const& statement, text_range part,
+                                                         phrase reason) const {
+        std::size_t const at = find_swallowed_line(m_text, part);
+        if (at == m_text.npos || next_replaced(at) != at) return std::nullopt;
+        std::size_t const line = statement.place.line + lines_between(statement.bytes.begin, part.begin);
+        return config_text_edit{{}, reason, line, line + lines_between(part.begin, at)};
     }
 
     std::size_t lines_between(std::size_t begin, std::size_t end) const {

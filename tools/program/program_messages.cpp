@@ -142,9 +142,9 @@ constexpr program_messages::built_in texts[] = {
      "the old one, and its owner and group as far as you may set them; a hard link keeps the old text. Commands "
      "at the same time wait for one another (flock).\nWith -o the new text goes there, \"-\" being standard "
      "output, and FILE stays as it is. With --format=json FILE is changed, and what is told, to -o, has the lists "
-     "\"old\" and \"new\" of the values before and after; \"changed\" tells whether these differ. -v tells the line "
-     "and both values.\nExit status: 0; 1 when other statements do not let the key alone be changed; 2 when the "
-     "file cannot be read or written, or no written form holds the value.\nExample: zolt config set app.cfg "
+     "\"old\" and \"new\" of the values before and after; \"changed\" tells whether these differ. -v tells the "
+     "line and both values.\nExit status: 0; 1 when other statements do not let the key alone be changed; 2 when "
+     "the file cannot be read or written, or no written form holds the value.\nExample: zolt config set app.cfg "
      "net.port 8080"},
     {phrase::config_unset_about, "config.unset.about", "Removes one key or array from a file"},
     {phrase::config_unset_notes, "config.unset.notes",
@@ -444,13 +444,17 @@ constexpr program_messages::built_in texts[] = {
      "\"{path:string}\" is left as it is: its other statements do not let \"{key:string}\" alone be changed; "
      "\"zolt config check\" may tell why"},
     {phrase::edit_in_string, "error.edit_in_string",
-     "\"{path:string}\" is left as it is: the string that begins in line {line:int} swallows line {other:int}; close "
-     "it first"},
+     "\"{path:string}\" is left as it is: the string that begins in line {line:int} swallows line {other:int}; "
+     "close it first"},
     {phrase::edit_in_array, "error.edit_in_array",
-     "\"{path:string}\" is left as it is: the array that begins in line {line:int} swallows line {other:int}, since "
-     "a comma stands before it; remove that first"},
+     "\"{path:string}\" is left as it is: the array that begins in line {line:int} swallows line {other:int}, "
+     "since a comma stands before it; remove that first"},
+    {phrase::edit_in_key, "error.edit_in_key",
+     "\"{path:string}\" is left as it is: the key that begins in line {line:int} swallows line {other:int}, since "
+     "no \"=\" stands before it; mend that first"},
     {phrase::edit_changes_line, "error.edit_changes_line",
-     "\"{path:string}\" is left as it is: to change \"{key:string}\" would change what line {line:int} sets"},
+     "\"{path:string}\" is left as it is: what line {line:int} sets does not let \"{key:string}\" alone be "
+     "changed"},
     {phrase::setting_changed, "setting.changed", "{place:string}: {setting:string}, was {old:string}"},
     {phrase::setting_added, "setting.added", "{place:string}: {setting:string}, was not set"},
     {phrase::setting_removed, "setting.removed", "{place:string}: {key:string} is removed, was {old:string}"},

@@ -265,6 +265,7 @@ enum class phrase : unsigned {
     edit_not_alone,
     edit_in_string,
     edit_in_array,
+    edit_in_key,
     edit_changes_line,
     setting_changed,
     setting_added,
