@@ -389,7 +389,7 @@ private:
             std::size_t end = line_end(m_text, at);
             for (; next != elements.size() && elements[next].begin < end; ++next) {
                 at = elements[next].end;
-                end = line_end(m_text, at);
+                if (at > end) end = line_end(m_text, at); // long lines are not searched for each element
             }
             return end;
         };
