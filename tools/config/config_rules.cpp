@@ -44,6 +44,7 @@ constexpr struct {
     {phrase::config_escaped_quote, "unclosed-quote"},
     {phrase::config_split_string, "unclosed-quote"},
     {phrase::config_inner_quote, "unclosed-quote"},
+    {phrase::config_swallowed_line, "unclosed-quote"},
     {phrase::config_open_section, "unclosed-section"},
     {phrase::config_no_key, "value-without-key"},
     {phrase::config_empty_name, "empty-name"},

@@ -59,24 +59,33 @@ std::optional<char32_t> invisible_character(std::string_view text) {
     return is_invisible ? std::optional(character) : std::nullopt;
 }
 
+/// Where the line's first "=" is that separates, outside quotes and comments, or npos.
+std::size_t find_equals(std::string_view line) {
+    bool is_quoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        char const before = i == 0 ? '\0' : line[i - 1];
+        if (line[i] == '"') is_quoted = !is_quoted;
+        if (is_quoted) continue;
+        if (line[i] == '#' || (line[i] == '/' && before == '/')) return line.npos;
+        if (line[i] != '=') continue;
+        if (line.substr(i + 1, 1) == "=") {
+            ++i;
+        } else if (std::string_view("+-*/:<>").find(before) == std::string_view::npos) {
+            return i;
+        }
+    }
+    return line.npos;
+}
+
 /// Whether a line of the string ends in \", which looks like its end and is not.
 bool has_escaped_end(std::string_view string) {
     return string.find("\\\"\n") != string.npos || string.find("\\\"\r\n") != string.npos;
 }
 
-/// Whether the line has a "=" that is in no string, when one that began before is left out of account.
-bool has_equals(std::string_view line) {
-    bool is_in_string = false;
-    return std::any_of(line.begin(), line.end(), [&](char c) {
-        if (c == '"') is_in_string = !is_in_string;
-        return c == '=' && !is_in_string;
-    });
-}
-
 bool seems_to_stand_alone(std::string_view line) {
     line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
     bool const is_header = line.starts_with('[') && line.find(']') != line.npos;
-    return is_header || line.starts_with('#') || line.starts_with("//") || has_equals(line);
+    return is_header || line.starts_with('#') || line.starts_with("//") || find_equals(line) != line.npos;
 }
 
 } // namespace
@@ -159,13 +168,8 @@ void config_statements::take(part& what) {
     look_at_character();
     if (m_token.kind == config_token::T_STRING && m_token.text.find('\n') != m_token.text.npos)
         m_statement.strings.push_back({m_token.start, std::min<std::size_t>(m_token.end, m_text.size())});
-    what.is_split = m_token.kind == config_token::T_STRING && look_at_string();
+    what.is_split = m_token.kind == config_token::T_STRING && look_at_string(is_inside);
     if (what.is_split) what.string = token_place();
-    if (what.is_split && is_inside) {
-        auto const lines = std::count(m_token.text.begin(), m_token.text.end(), '\n');
-        add_fault(phrase::config_inner_quote, what.string, {}, what.string.line + static_cast<std::size_t>(lines));
-        what.is_split = false;
-    }
     if (!what.has_text) what.bytes.begin = m_token.start;
     what.bytes.end = std::min<std::size_t>(m_token.end, m_text.size());
     what.has_text = true;
@@ -173,15 +177,34 @@ void config_statements::take(part& what) {
 }
 
 // True when the string has several lines and no fault. Behind a fault the quotes have changed their parts.
-bool config_statements::look_at_string() {
-    if (has_fault(phrase::config_split_string) || has_fault(phrase::config_escaped_quote)) return false;
-    // An open string ends one past the text.
-    bool const is_open = m_token.end > m_text.size();
-    if (is_open || has_escaped_end(m_token.text)) {
-        add_fault(is_open ? phrase::config_open_string : phrase::config_escaped_quote, token_place());
-        return false;
+bool config_statements::look_at_string(bool is_inside) {
+    bool const is_open = m_token.end > m_text.size(); // then it ends one past the text
+    bool const has_lines = m_token.text.find('\n') != m_token.text.npos;
+    constexpr phrase faults[] = {phrase::config_open_string, phrase::config_escaped_quote,
+                                 phrase::config_inner_quote, phrase::config_swallowed_line,
+                                 phrase::config_split_string};
+    bool const is_in_doubt =
+        std::any_of(std::begin(faults), std::end(faults), [this](phrase each) { return has_fault(each); });
+    if (is_in_doubt || (!is_open && !has_lines)) return false;
+
+    text_place const place = token_place();
+    auto const line_at = [&](std::size_t position) {
+        std::string_view const passed = text_range{m_token.start, position}.in(m_text);
+        return place.line + static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
+    };
+    std::size_t const swallowed = find_swallowed_line(m_text, {m_token.start, m_token.end});
+    if (is_open) {
+        add_fault(phrase::config_open_string, place);
+    } else if (has_escaped_end(m_token.text)) {
+        add_fault(phrase::config_escaped_quote, place);
+    } else if (is_inside) {
+        add_fault(phrase::config_inner_quote, place, {}, line_at(m_token.end));
+    } else if (swallowed != m_text.npos) {
+        add_fault(phrase::config_swallowed_line, place, {}, line_at(swallowed));
+    } else {
+        return true;
     }
-    return m_token.text.find('\n') != m_token.text.npos;
+    return false;
 }
 
 void config_statements::look_at_character() {

@@ -95,7 +95,7 @@ private:
     bool find_statement();
     void start(part& what) const;
     void take(part& what);
-    bool look_at_string();
+    bool look_at_string(bool is_inside);
     void look_at_character();
     void pass_layout(part& what) const;
     bool read_name(kind_t last, ustring8& first_line);

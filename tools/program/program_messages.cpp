@@ -724,6 +724,8 @@ constexpr program_messages::built_in texts[] = {
      "A no-break space or control character looks like nothing and is a part of the key or value."},
     {phrase::about_value_without_key, "rule.value_without_key",
      "A line that begins with \"=\" sets its section's own name, or the empty key."},
+    {phrase::config_swallowed_line, "finding.config_swallowed_line",
+     "the string takes in line {line:int}, which looks like a statement, a section or a comment"},
 };
 
 constexpr bool are_in_order() {

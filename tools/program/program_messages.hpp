@@ -397,6 +397,7 @@ enum class phrase : unsigned {
     about_empty_name,
     about_invisible_character,
     about_value_without_key,
+    config_swallowed_line,
 
     count_of_texts
 };
