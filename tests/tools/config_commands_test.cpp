@@ -215,8 +215,19 @@ check_row const check_rows[] = {
      "\n l[] = 1,\n 2, # end\n", "l[] = 1,\n 2 # end\n"},
     {"array-runs-on", "2:2: error: the comma before makes this line a part of array \"l\"", "l[] = 1,\n [s]",
      "l[] = 1,\n \"[s]\""},
-    {"array-runs-on", "2:3: error: the comma before makes this line a part of array \"l\"", "l[] = 1,\nk = 3",
-     "l[] = 1,\n \"k=3\""},
+    {"array-runs-on", "2:1: error: the comma before makes this line a part of array \"l\"", "l[] = 1,\nk=3",
+     "l[] = 1,\n \"k = 3\", \n -k=3,\n  [::1]:80"},
+    {"array-runs-on", "3:2: error: the comma before makes this line a part of array \"l\"", "\nl[] = 1,\n k =3 # x",
+     " l[] = 1, # =\n  k=3 # =\n"},
+    {"quote-dropped", "1:6: warning: quotes in the middle of a value vanish, and what is between them is text",
+     "k = a\"b c\"d", "k = \"b\"\\\na\".b c\".d=\"C:\"\\\\"},
+    {"quote-dropped", "1:5: warning: quotes in the middle of a value vanish, and what is between them is text",
+     "k = \"q\"\"r\"", "k[] = \"q\",\"r\""},
+    {"quote-dropped", "1:8: warning: quotes in the middle of a value vanish, and what is between them is text",
+     "l[] = 3\", 5\"", "l[] = \"3, 5\""},
+    {"backslash-kept",
+     "1:7: warning: the backslash before a quote stays in the value; no written form gives the quote alone",
+     "l[] = \"a \\\"b\\\"\"", "l[] = \"a \\b\"\n\"a\\\"\"=1"},
     {"unclosed-quote", "2:6: error: the string is not closed and takes the rest of the file",
      "a = 1\nb = 2\"c\nd = 3\n", "a = 1\nb = \"2\nc\"\nd = 3\n"},
     {"unclosed-quote",
@@ -228,15 +239,20 @@ check_row const check_rows[] = {
      "\nl[] = \"x\nb \"\"\"y\"z\n\"", "l[] = \"x\ny\", \"z\n\", 1\n"},
     {"unclosed-quote",
      "1:5: error: the string takes in line 3, which looks like a statement, a section or a comment",
-     "a = \"x\n\n  b = 5\nc = y\"", "a = \"x\nif b >= 5: \\\"c=5\\\" or\nd==e\""},
+     "a = \"x\n\n  b = 5\nc = y\"", "a = \"x\nif b >= 5 or\nd==e\""},
     {"unclosed-quote",
      "2:6: error: the string takes in line 3, which looks like a statement, a section or a comment",
      "k=1\nl[]=,\"\n[s]\n\"", "l[]=1,\"\ns[]\n, a # b\""},
     {"unclosed-quote",
      "1:1: error: the string takes in line 2, which looks like a statement, a section or a comment", "\"k\n# b\"=1",
      "\"k\nb #\"=1"},
-    {"key-without-value", "1:1: error: \"a\" has no \"=\" and becomes a part of the key \"abc\"", "a\n\nb\nc = 1",
-     "a.b.c = 1"},
+    {"key-without-value", "1:1: error: \"a\" has no \"=\" and becomes a part of the key \"al\"", "a\n\nl\n[]\n = 1",
+     "l\n\n[]=1"},
+    {"key-without-value",
+     "2:2: error: \"a==5\" becomes a part of the key \"a==5b\": \"==\" is text and does not separate",
+     "\n a==5\nb = 1", "k = a==5"},
+    {"key-without-value", "1:1: error: \"a:=5\" sets nothing: \":=\" is text and does not separate", "a:=5",
+     "\"a:=5\"=1"},
     {"key-without-value", "2:1: error: \"d\" has no \"=\" and sets nothing", "c = 1\nd", "c = 1\nd = 1"},
     {"duplicate-key", "4:1: warning: \"s/k\" is set in line 2 already; this one counts", "[s]\nk = 1\n[]\ns/k = 2",
      "[s]\nk = 1\n[t]\nk = 2\nl[]=1\nl.1=2"},
@@ -250,8 +266,8 @@ check_row const check_rows[] = {
      "list[] = a,b\n\nlist.1 = c", "list[] = a\n\nlist.1 = c"},
     {"duplicate-key", "2:1: warning: \"b.0\" is set in line 1 already; this one counts", "b/0=9\nb[]=1,2",
      "b.2=9\nb[]=1,2"},
-    {"duplicate-key", "3:1: warning: \"k\\x0Aey\" is set in line 1 already; this one counts",
-     "\"k\ney\"=1\n\"k\ney\"=2", "\"k\ney\"=1"},
+    {"duplicate-key", "3:1: warning: \"k…\" is set in line 1 already; this one counts", "\"k\ney\"=1\n\"k\ney\"=2",
+     "\"k\ney\"=1"},
     {"case-only-difference",
      "4:2: warning: \"k\" is the key of line 2 but for upper and lower case; this one counts",
      "[S]\nk=1\n[s]\n k=2", "[S]\nk=1\n[s]\nl=2"},
@@ -275,7 +291,7 @@ check_row const check_rows[] = {
     {"invisible-character", "1:2: warning: U+0000 is text here, neither a blank nor a line end",
      std::string("k\0=1", 4), "k=1\t"},
     {"unclosed-quote", "2:4: error: a quote within the text opens a string that is closed in line 3 only",
-     "\na=5\"\nb=6\"\n", "\na=5\"b=6\"\n\nc=\"\n\""},
+     "\na=5\"\nb=6\"\n", "\na=\"5b=6\"\n\nc=\"\n\""},
     {"comment-cut", "2:10: warning: \"#\" begins a comment and cuts the value of \"l\"; quotes keep it",
      "\nl[] = a, #fff,\nb", "\nl[] = a, # fff,\n #old,\nb"},
 };
@@ -304,6 +320,22 @@ TEST_F(ConfigCommands, ChecksStatements) {
     expect("config check clean absent", 2, "1 file: 0 errors, 0 warnings\n",
            "zolt: \"absent\" cannot be read: No such file or directory\n");
     expect("config check .", 2, "0 files: 0 errors, 0 warnings\n", "zolt: \".\" cannot be read: Is a directory\n");
+}
+
+// One finding for each line of a key, which quotes no more of the file than it must.
+TEST_F(ConfigCommands, FindsEachLineOfAKey) {
+    store("a\n b:1\n[x]\nc = 1\nd\ne");
+    std::string const into = " has no \"=\" and becomes a part of the key \"ab:1[x]c\" [key-without-value]\n";
+    std::string const lost = " has no \"=\" and sets nothing [key-without-value]\n";
+    EXPECT_EQ("f:1:1: error: \"a\"" + into + "f:2:2: error: \"b:1\"" + into + "f:3:1: error: \"[x]\"" + into +
+                  "f:5:1: error: \"d\"" + lost + "f:6:1: error: \"e\"" + lost,
+              run("config check -q f").err);
+    std::string umlauts;
+    for (int i = 0; i != 59; ++i) umlauts += "ä";
+    store("[\"n]\nsecret=1\n");
+    EXPECT_NE(std::string::npos, run("config check f").err.find("section \"n]…\" is"));
+    store(umlauts + "bc\nsecret\n");
+    EXPECT_NE(std::string::npos, run("config check f").err.find('"' + umlauts + "b…\" has no"));
 }
 
 // Rules are silenced for one key, however it is spelled, or by a comment before the statement.
@@ -338,7 +370,10 @@ TEST_F(ConfigCommands, AreNotSlowedDownByManyFaultsOrLongLines) {
     for (int i = 0; i != 100000; ++i) array += ",a b#\n";
     std::string keys = "[" + name + "]\n";
     for (int i = 0; i != 30000; ++i) keys += "k=\nk = a b\n";
-    for (std::string const& text : {array, keys}) EXPECT_LT(2u, find_config_faults(ustring8(text)).size());
+    std::string lines = "[" + name + "]\n";
+    for (int i = 0; i != 50000; ++i) lines += "line\n";
+    for (std::string const& text : {array, keys, lines, lines + "=1"})
+        EXPECT_LT(2u, find_config_faults(ustring8(text)).size());
 
     ustring8 sections;
     for (int i = 0; i != 300000; ++i) sections += "[s]";

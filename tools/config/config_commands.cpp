@@ -8,6 +8,7 @@
 #include "tools/program/files.hpp"
 #include "tools/program/findings.hpp"
 #include "tools/program/json.hpp"
+#include "tools/program/utf8.hpp"
 
 #include <zolt/config/config_tree.hpp>
 #include <zolt/system/file_utility.hpp>
@@ -268,8 +269,8 @@ ustring8 plain_spelling(std::string_view key) {
 
 bool has_key(found_config_fault const& found, std::string_view key) {
     std::size_t const section_size = found.section ? found.section->size() + 1 : 0;
-    if (section_size + found.key.size() > key.size() + 1) return false; // a long section is not copied each time
-    ustring8 const name = found.section ? ustring8(*found.section + "." + found.key) : found.key;
+    if (section_size + found.key->size() > key.size() + 1) return false; // a long section is not copied each time
+    ustring8 const name = found.section ? ustring8(*found.section + "." + *found.key) : *found.key;
     return plain_spelling(name) == plain_spelling(key);
 }
 
@@ -281,6 +282,17 @@ bool is_ignored(session const& session, rule const& rule, found_config_fault con
     });
 }
 
+/// The begin of the first line, as a name that is not closed may take in a whole file, with all its secrets.
+ustring8 quoted(std::string_view text) {
+    constexpr std::size_t most_characters = 60;
+    std::string_view const line = text.substr(0, text.find('\n'));
+    std::size_t size = 0;
+    for (std::size_t count = 0; count != most_characters && size < line.size(); ++count) {
+        size += std::max<std::size_t>(utf8_size(line.substr(size)), 1);
+    }
+    return printable(line.substr(0, size)) + (size < text.size() ? "…" : "");
+}
+
 void check_text(session const& session, finding_list& found, ustring8 const& path, ustring8 const& text) {
     for (found_config_fault const& each : find_config_faults(text)) {
         auto const& [key, fault, section] = each;
@@ -288,7 +300,8 @@ void check_text(session const& session, finding_list& found, ustring8 const& pat
         if (is_ignored(session, rule, each)) continue;
         auto const line = static_cast<unsigned long long>(fault.line);
         ustring8 const what = session.texts.get(
-            fault.text, {{"key", printable(key)}, {"part", printable(fault.part)}, {"line", line}});
+            fault.text,
+            {{"key", quoted(*key)}, {"part", quoted(fault.part)}, {"line", line}, {"mark", fault.mark}});
         found.add({path, fault.place.line, fault.place.column, rule.level, rule.name, what});
     }
 }

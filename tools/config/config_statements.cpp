@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -25,10 +26,19 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 constexpr std::string_view separators = "./\\";
 
 bool is_blank(unsigned kind) { return kind == config_token::T_SPACE || kind == config_token::T_TABCHAR; }
+bool is_blank(char c) { return c == ' ' || c == '\t'; }
 bool is_layout(unsigned kind) { return is_blank(kind) || kind == config_token::T_NEWLINE; }
 bool is_comment(unsigned kind) { return kind == config_token::T_POUND || kind == config_token::T_FSFS; }
 
 bool is_separator(char c) { return separators.find(c) != separators.npos; }
+
+/// Whether it looks like a "=" and is text.
+bool is_false_equals(unsigned kind) {
+    constexpr unsigned kinds[] = {config_token::T_EQEQ,    config_token::T_COLONEQ, config_token::T_GTEQ,
+                                  config_token::T_LTEQ,    config_token::T_PLUSEQ,  config_token::T_MINUSEQ,
+                                  config_token::T_TIMESEQ, config_token::T_DIVEQ};
+    return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
+}
 
 /// Whether two separators stand side by side, or one at the begin.
 bool has_empty_name(std::string_view path) {
@@ -110,6 +120,8 @@ bool config_statements::next() {
     if (is_first && m_text.starts_with(byte_order_mark)) add_fault(phrase::config_bom, {});
     m_token.kind == config_token::T_SBRACKET ? read_section() : read_assignment();
     m_statement.bytes.end = std::min<std::size_t>(m_position, m_text.size());
+    std::move(m_line_faults.begin(), m_line_faults.end(), std::back_inserter(m_statement.faults));
+    m_line_faults.clear();
     return true;
 }
 
@@ -154,7 +166,7 @@ bool config_statements::find_statement() {
 // Parts of statements: texts that are strung together
 
 // A part that begins behind the current token.
-void config_statements::start(part& what) const { what = {{m_token.end, m_token.end}}; }
+void config_statements::start(part& what) const { what = {{m_token.end, m_token.end}, true}; }
 
 // The current token is text.
 void config_statements::take(part& what) {
@@ -169,23 +181,26 @@ void config_statements::take(part& what) {
     if (m_token.kind == config_token::T_STRING && m_token.text.find('\n') != m_token.text.npos)
         m_statement.strings.push_back({m_token.start, std::min<std::size_t>(m_token.end, m_text.size())});
     what.is_split = m_token.kind == config_token::T_STRING && look_at_string(is_inside);
-    if (what.is_split) what.string = token_place();
+    look_at_quotes(what, goes_on && !what.has_blank);
     if (!what.has_text) what.bytes.begin = m_token.start;
     what.bytes.end = std::min<std::size_t>(m_token.end, m_text.size());
     what.has_text = true;
     what.has_blank = what.has_line_end = false;
 }
 
-// True when the string has several lines and no fault. Behind a fault the quotes have changed their parts.
-bool config_statements::look_at_string(bool is_inside) {
-    bool const is_open = m_token.end > m_text.size(); // then it ends one past the text
-    bool const has_lines = m_token.text.find('\n') != m_token.text.npos;
+// Behind such a fault the quotes have changed their parts.
+bool config_statements::has_string_fault() const {
     constexpr phrase faults[] = {phrase::config_open_string, phrase::config_escaped_quote,
                                  phrase::config_inner_quote, phrase::config_swallowed_line,
                                  phrase::config_split_string};
-    bool const is_in_doubt =
-        std::any_of(std::begin(faults), std::end(faults), [this](phrase each) { return has_fault(each); });
-    if (is_in_doubt || (!is_open && !has_lines)) return false;
+    return std::any_of(std::begin(faults), std::end(faults), [this](phrase each) { return has_fault(each); });
+}
+
+// True when the string has several lines and no fault.
+bool config_statements::look_at_string(bool is_inside) {
+    bool const is_open = m_token.end > m_text.size(); // then it ends one past the text
+    bool const has_lines = m_token.text.find('\n') != m_token.text.npos;
+    if ((!is_open && !has_lines) || has_string_fault()) return false;
 
     text_place const place = token_place();
     auto const line_at = [&](std::size_t position) {
@@ -207,6 +222,23 @@ bool config_statements::look_at_string(bool is_inside) {
     return false;
 }
 
+// At text, which may be joined to what is before it. A backslash at a string's end can only stand outside of it.
+void config_statements::look_at_quotes(part& what, bool is_joined) {
+    bool const is_string = m_token.kind == config_token::T_STRING;
+    part::last_t const before = what.last;
+    bool const is_backslash = m_token.kind == config_token::T_NON_ALPHA_NUM && m_token.text == "\\";
+    what.last = is_string ? part::quoted : is_backslash ? part::backslash : part::text;
+    text_place const string_before = what.string;
+    if (is_string) what.string = token_place();
+    if (!what.is_value || has_string_fault()) return;
+    if (is_string && m_token.text.find('"') != m_token.text.npos)
+        add_fault(phrase::config_kept_backslash, what.string);
+    bool const is_string_lost = is_string && before != part::backslash;
+    bool const is_string_before_lost = before == part::quoted && !is_backslash;
+    if (is_joined && (is_string_lost || is_string_before_lost))
+        add_fault(phrase::config_lost_quotes, is_string_before_lost ? string_before : what.string);
+}
+
 void config_statements::look_at_character() {
     if (m_token.kind == config_token::T_UNKNOWN) return add_fault(phrase::config_lone_return, token_place());
     if (m_token.kind != config_token::T_NON_ALPHA_NUM || has_fault(phrase::config_invisible)) return;
@@ -221,20 +253,23 @@ void config_statements::pass_layout(part& what) const {
     (is_blank(m_token.kind) ? what.has_blank : what.has_line_end) = true;
 }
 
-// The name up to a token of the kind, from the current token on; false when there is no such token. What
-// the first of several lines gives goes to `first_line`.
-bool config_statements::read_name(kind_t last, ustring8& first_line) {
+// The name up to a token of the kind, from the current token on; false when there is no such token.
+bool config_statements::read_name(kind_t last, std::vector<name_line>& lines) {
     ustring8& name = m_statement.name;
     part written;
     for (kind_t kind = m_token.kind; kind != last; kind = next_token()) {
         if (kind == config_token::T_END) return false;
-        if (kind == config_token::T_NEWLINE && first_line.empty()) first_line = name;
         if (is_layout(kind)) {
+            if (kind == config_token::T_NEWLINE && !lines.empty()) lines.back().is_ended = true;
             pass_layout(written);
-        } else {
-            take(written);
-            name += m_token.text;
+            continue;
         }
+        if (lines.empty() || lines.back().is_ended) lines.push_back({token_place(), {name.size(), 0}});
+        name_line& line = lines.back();
+        take(written);
+        name += m_token.text;
+        line.bytes.end = name.size();
+        if (line.mark.empty() && is_false_equals(kind)) line.mark = m_token.text;
     }
     m_statement.key = written.has_text ? written.bytes : text_range{m_token.start, m_token.start};
     return true;
@@ -243,11 +278,13 @@ bool config_statements::read_name(kind_t last, ustring8& first_line) {
 void config_statements::read_section() {
     m_statement.kind = config_statement::section;
     next_token();
-    ustring8 first_line;
-    bool const is_closed = read_name(config_token::T_EBRACKET, first_line);
-    if (!is_closed && first_line.empty()) first_line = m_statement.name;
-    if (!is_closed || !first_line.empty()) add_fault(phrase::config_open_section, m_statement.place, first_line);
+    std::vector<name_line> lines;
+    bool const is_closed = read_name(config_token::T_EBRACKET, lines);
     std::string_view const name = m_statement.name;
+    if (!is_closed || (!lines.empty() && lines.front().is_ended)) {
+        std::string_view const first_line = lines.empty() ? name : lines.front().bytes.in(name);
+        add_fault(phrase::config_open_section, m_statement.place, first_line);
+    }
     bool const ends_in_one = !name.empty() && is_separator(name.back());
     if (is_closed && (ends_in_one || has_empty_name(name))) add_fault(phrase::config_empty_name, m_statement.place);
     if (!is_closed) m_statement.name.clear();
@@ -256,19 +293,26 @@ void config_statements::read_section() {
 
 void config_statements::read_assignment() {
     ustring8& key = m_statement.name;
-    ustring8 first_line;
+    std::vector<name_line> lines;
     m_statement.kind = config_statement::scalar;
-    if (!read_name(config_token::T_EQ, first_line)) {
-        add_fault(phrase::config_no_equals, m_statement.place, first_line.empty() ? key : first_line);
-        return;
-    }
+    if (!read_name(config_token::T_EQ, lines)) return look_at_lines(lines, false);
     bool const is_array = key.ends_with(array_mark);
     if (is_array) key.resize(key.size() - array_mark.size());
-    if (!first_line.empty() && first_line.size() < key.size()) {
-        add_fault(phrase::config_joined_key, m_statement.place, first_line);
-    }
+    look_at_lines(lines, true);
     look_at_key(is_array);
     is_array ? read_array() : read_scalar();
+}
+
+// Of an assignment the line with the rest of the key has the "=", or only that stands in another line.
+void config_statements::look_at_lines(std::vector<name_line> const& lines, bool is_assignment) {
+    std::string_view const key = m_statement.name;
+    for (name_line const& line : lines) {
+        if (is_assignment && line.bytes.end >= key.size()) break;
+        phrase const without_mark = is_assignment ? phrase::config_joined_key : phrase::config_no_equals;
+        phrase const with_mark = is_assignment ? phrase::config_joined_mark : phrase::config_no_separator;
+        phrase const text = line.mark.empty() ? without_mark : with_mark;
+        m_line_faults.push_back({text, line.place, ustring8(line.bytes.in(key)), 0, line.mark});
+    }
 }
 
 void config_statements::look_at_key(bool is_array) {
@@ -313,6 +357,20 @@ void config_statements::read_scalar() {
     if (!m_statement.has_effect && !is_cut) add_fault(phrase::config_no_value, m_statement.place);
 }
 
+// Whether the line of an array that begins with the current token seems to be a statement of its own. One that is
+// indented further than the array may well hold an element like "-std=c++17" or "[::1]:80".
+bool config_statements::begins_statement() {
+    std::size_t const end = std::min(m_text.find('\n', m_token.start), m_text.size());
+    std::string_view const line = text_range{m_token.start, end}.in(m_text);
+    std::size_t const equals = find_equals(line);
+    bool const is_assignment = equals != line.npos;
+    if (token_place().column <= m_statement.place.column) return line.starts_with('[') || is_assignment;
+    auto const is_blank_at = [line](std::size_t at) { return at < line.size() && is_blank(line[at]); };
+    bool const stands_alone = is_assignment && (is_blank_at(equals - 1) || is_blank_at(equals + 1));
+    bool const is_header = line.starts_with('[') && line.find_last_not_of(" \t\r") == line.find(']');
+    return stands_alone || is_header;
+}
+
 void config_statements::read_array() {
     m_statement.kind = config_statement::array;
     std::vector<text_range>& elements = m_statement.values;
@@ -320,7 +378,6 @@ void config_statements::read_array() {
     start(element);
     bool is_empty = true; // the current element
     bool after_comma = false;
-    bool is_continued = false; // in a line after the first one
     bool at_line_start = false;
     bool is_suspicious = false; // some line has been reported
     bool is_cut = false;
@@ -331,11 +388,9 @@ void config_statements::read_array() {
             skip_comment();
         } else if (is_layout(kind)) {
             pass_layout(element);
-            if (kind == config_token::T_NEWLINE) is_continued = at_line_start = true;
+            if (kind == config_token::T_NEWLINE) at_line_start = true;
         } else {
-            bool const is_section = at_line_start && kind == config_token::T_SBRACKET;
-            bool const is_assignment = is_continued && kind == config_token::T_EQ;
-            if (!is_suspicious && (is_section || is_assignment)) {
+            if (at_line_start && !is_suspicious && begins_statement()) {
                 add_fault(phrase::config_joined_array, token_place());
                 is_suspicious = true;
             }
@@ -481,7 +536,7 @@ private:
         add(statement, key, is_alike ? phrase::config_duplicate_key : phrase::config_case_difference, before.line);
     }
     void add(config_statement const& statement, ustring8 const& key, phrase text, std::size_t line) {
-        m_faults.push_back({key, {text, statement.place, {}, line}, m_section});
+        m_faults.push_back({std::make_shared<ustring8>(key), {text, statement.place, {}, line}, m_section});
     }
 
     std::vector<found_config_fault>& m_faults;
@@ -503,8 +558,9 @@ std::vector<found_config_fault> find_config_faults(ustring8 const& text) {
         config_statement const& statement = statements.current();
         bool const is_section = statement.kind == config_statement::section;
         auto const first = static_cast<std::ptrdiff_t>(faults.size());
+        auto const key = statement.faults.empty() ? nullptr : std::make_shared<ustring8 const>(statement.name);
         for (config_fault const& fault : statement.faults) {
-            faults.push_back({statement.name, fault, is_section ? nullptr : section});
+            faults.push_back({key, fault, is_section ? nullptr : section});
         }
         if (is_there) repeated.look_at(statement, section);
         if (is_section) section = statement.name.empty() ? nullptr : std::make_shared<ustring8>(statement.name);

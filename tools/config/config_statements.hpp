@@ -37,10 +37,11 @@ struct text_range {
 };
 
 struct config_fault {
-    phrase text; ///< has the arguments "key", the statement's name, "part" and "line"
+    phrase text; ///< has the arguments "key", the statement's name, "part", "line" and "mark"
     text_place place;
     ustring8 part;
     std::size_t line = 0; ///< of another statement
+    ustring8 mark{};      ///< that seems to separate
 };
 
 struct config_statement {
@@ -50,7 +51,7 @@ struct config_statement {
     ustring8 name; ///< of the section, or the key below it, without the "[]" of an array
     text_place place;
     bool has_effect = false;               ///< false for an assignment that assigns nothing
-    std::vector<config_fault> faults;      ///< one of a kind
+    std::vector<config_fault> faults;      ///< one of a kind, but for lines without "="
     std::vector<std::string_view> ignored; ///< rules that a comment "zolt-ignore ..." before it names
 
     text_range bytes; ///< the line end that closes an assignment is the last one
@@ -80,12 +81,24 @@ private:
 
     /// What has been read of a key, a value or an element.
     struct part {
+        enum last_t { text, backslash, quoted };
+
         text_range bytes;
+        bool is_value = false;
         bool has_text = false;
+        last_t last = text;
         bool has_blank = false;    ///< since the last text
         bool has_line_end = false; ///< since the last text
-        text_place string{};       ///< of the last text
+        text_place string{};       ///< of the last string
         bool is_split = false;     ///< the last text is a string that ends in another line than it begins
+    };
+
+    /// Of a name, which may have many. The bytes are those of the name.
+    struct name_line {
+        text_place place;
+        text_range bytes;
+        ustring8 mark{};       ///< the first one that seems to separate
+        bool is_ended = false; ///< by a line end
     };
 
     kind_t next_token();
@@ -95,12 +108,16 @@ private:
     bool find_statement();
     void start(part& what) const;
     void take(part& what);
+    bool has_string_fault() const;
     bool look_at_string(bool is_inside);
+    void look_at_quotes(part& what, bool is_joined);
+    bool begins_statement();
     void look_at_character();
     void pass_layout(part& what) const;
-    bool read_name(kind_t last, ustring8& first_line);
+    bool read_name(kind_t last, std::vector<name_line>& lines);
     void read_section();
     void read_assignment();
+    void look_at_lines(std::vector<name_line> const& lines, bool is_assignment);
     void look_at_key(bool is_array);
     void read_scalar();
     void read_array();
@@ -114,6 +131,7 @@ private:
     text_place m_place; ///< of m_counted
     std::size_t m_counted = 0;
     config_statement m_statement;
+    std::vector<config_fault> m_line_faults; ///< of the statement; many, and not to be searched each time
 };
 
 /// Finds the node of a tree that each assignment is for, which is made as needed. Long section names are
@@ -144,7 +162,7 @@ private:
 void find_config_lines(ustring8 const& text, zolt::config::config_tree& lines);
 
 struct found_config_fault {
-    ustring8 key; ///< below the section
+    std::shared_ptr<ustring8 const> key; ///< below the section
     config_fault fault;
     std::shared_ptr<ustring8 const> section{}; ///< null when there is none
 };

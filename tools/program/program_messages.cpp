@@ -724,6 +724,18 @@ constexpr program_messages::built_in texts[] = {
      "A no-break space or control character looks like nothing and is a part of the key or value."},
     {phrase::about_value_without_key, "rule.value_without_key",
      "A line that begins with \"=\" sets its section's own name, or the empty key."},
+    {phrase::config_lost_quotes, "finding.config_lost_quotes",
+     "quotes in the middle of a value vanish, and what is between them is text"},
+    {phrase::config_kept_backslash, "finding.config_kept_backslash",
+     "the backslash before a quote stays in the value; no written form gives the quote alone"},
+    {phrase::about_backslash_kept, "rule.backslash_kept",
+     "A backslash lets a quote be a part of a string, and stays in the value itself."},
+    {phrase::about_quote_dropped, "rule.quote_dropped", "Quotes that do not begin and end a value vanish from it."},
+    {phrase::config_joined_mark, "finding.config_joined_mark",
+     "\"{part:string}\" becomes a part of the key \"{key:string}\": \"{mark:string}\" is text and does not "
+     "separate"},
+    {phrase::config_no_separator, "finding.config_no_separator",
+     "\"{part:string}\" sets nothing: \"{mark:string}\" is text and does not separate"},
     {phrase::config_swallowed_line, "finding.config_swallowed_line",
      "the string takes in line {line:int}, which looks like a statement, a section or a comment"},
 };

@@ -397,6 +397,12 @@ enum class phrase : unsigned {
     about_empty_name,
     about_invisible_character,
     about_value_without_key,
+    config_lost_quotes,
+    config_kept_backslash,
+    about_backslash_kept,
+    about_quote_dropped,
+    config_joined_mark,
+    config_no_separator,
     config_swallowed_line,
 
     count_of_texts
