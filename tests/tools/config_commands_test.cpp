@@ -113,7 +113,7 @@ TEST_F(ConfigCommands, GetsOneSetting) {
     for (auto const& [command, json] :
          {std::pair("net.text --file f", R"({"key": "net.text","value": "two\u000alines"})"),
           std::pair("net.hosts --file f", R"({"key": "net.hosts","values": ["a","b c"]})"),
-          std::pair("none --default \xFF\"", R"({"key": "none","value": "\uFFFD\""})")})
+          std::pair("none --default \xFF\"", R"({"key": "none","value_hex": "FF 22"})")})
         EXPECT_EQ(json, compact(run(std::string("config get --json ") + command).out));
     expect("config get net.port --file f -- -net.port 9", 0, "9\n");
     expect("config get v --default 1 -- -v", 0, "\n");
@@ -151,6 +151,15 @@ TEST_F(ConfigCommands, ListsWhatIsOverridden) {
     EXPECT_NE(
         std::string::npos,
         json.find(R"({"key": "port","value": "1","state": "overridden","source": "file","file": "f","line": 1})"));
+    EXPECT_NE(std::string::npos, json.find(R"({"key": "port","value": "9","state": "effective",)"));
+    expect("config list -z --format=json" + options, 2, "", "zolt: -z and --format=json exclude each other\n");
+    expect(
+        "config list --mask=p -- p=1 -a=2 q", 0, "a = 2\n",
+        "zolt: Warning! unknown key:***\nIgnoring key and continuing\nWarning! unknown key:***\nIgnoring key and "
+        "continuing\n");
+    store("\"\xFF\" = 1\nl[] = a, \xFE\n");
+    EXPECT_EQ(R"({"settings": [{"key": "l","values_hex": ["61","FE"]},{"key_hex": "FF","value": "1"}]})",
+              compact(run("config list --file f --json").out));
 }
 
 // Of values, which may hold anything, neither form lets one be taken for another, nor a hidden one be seen.

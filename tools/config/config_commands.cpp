@@ -37,9 +37,22 @@ ustring8 key_of_value(setting const& which, std::size_t index) {
     return which.key + (which.key.ends_with('.') ? "" : ".") + which.indices[index];
 }
 
-bool is_loaded(session const& session, config_settings const& settings) {
+/// With stars in the place of arguments that are no settings; one may be meant to be a secret.
+ustring8 without_arguments(ustring8 text) {
+    constexpr std::string_view begin = "unknown key:";
+    constexpr std::string_view end = "\nIgnoring key and continuing";
+    ustring8 masked;
+    std::size_t at = 0;
+    for (auto found = text.find(begin); found != text.npos; found = text.find(begin, at)) {
+        masked.append(text, at, found + begin.size() - at).append("***");
+        at = std::min(text.find(end, found), text.size());
+    }
+    return masked.append(text, at, text.npos);
+}
+
+bool is_loaded(session const& session, config_settings const& settings, bool has_masks = false) {
     if (!settings.warnings().empty()) {
-        ustring8 const& text = settings.warnings();
+        ustring8 const text = has_masks ? without_arguments(settings.warnings()) : settings.warnings();
         session.complain(std::string_view(text).substr(0, text.find_last_not_of('\n') + 1));
     }
     if (settings.is_file_read()) return true;
@@ -184,6 +197,8 @@ ustring8 without(std::string_view ends, ustring8 const& text) {
     return result.append(text, at, text.npos);
 }
 
+std::string_view state_of(setting const& which) { return which.is_overridden ? "overridden" : "effective"; }
+
 /// For other programs: every value is a record of its own.
 void print_record(session const& session, setting const& which, shown_parts const& parts) {
     constexpr std::string_view nul("\0", 1);
@@ -194,7 +209,7 @@ void print_record(session const& session, setting const& which, shown_parts cons
             session.out.write(nul);
         }
         if (parts.has_state) {
-            session.out.write(which.is_overridden ? "overridden" : "effective");
+            session.out.write(state_of(which));
             session.out.write(nul);
         }
         session.out.write(without(std::string_view("\0\n", 2), key_of_value(which, i)) + "\n");
@@ -203,11 +218,24 @@ void print_record(session const& session, setting const& which, shown_parts cons
     }
 }
 
+ustring8 hex(std::string_view bytes) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    ustring8 text;
+    for (char const c : bytes) {
+        auto const byte = static_cast<unsigned char>(c);
+        text.append(text.empty() ? "" : " ").append(1, digits[byte >> 4]).append(1, digits[byte & 15]);
+    }
+    return text;
+}
+
+// Texts that are no UTF-8 have no place in JSON; what is written instead has another name.
 void append_values(json_writer& json, ustring8 const& key, std::vector<ustring8> const& values, bool is_array) {
-    json.member("key", key);
-    if (!is_array) return json.member("value", values.front());
-    json.begin_array("values");
-    for (ustring8 const& value : values) json.value(value);
+    is_strict_utf8(key) ? json.member("key", key) : json.member("key_hex", hex(key));
+    bool const is_text = std::all_of(values.begin(), values.end(), is_strict_utf8);
+    auto const shown = [is_text](ustring8 const& value) { return is_text ? value : hex(value); };
+    if (!is_array) return json.member(is_text ? "value" : "value_hex", shown(values.front()));
+    json.begin_array(is_text ? "values" : "values_hex");
+    for (ustring8 const& value : values) json.value(shown(value));
     json.end_array();
 }
 
@@ -219,11 +247,11 @@ void append_lines(json_writer& json, setting const& which, std::vector<std::size
     json.end_object();
 }
 
-void append_json(json_writer& json, setting const& which, origins const* from) {
+void append_json(json_writer& json, setting const& which, shown_parts const& parts) {
     json.begin_object();
     append_values(json, which.key, which.values, which.is_array);
-    if (which.is_overridden) json.member("state", "overridden");
-    if (from) {
+    if (parts.has_state) json.member("state", state_of(which));
+    if (origins const* const from = parts.from) {
         json.member("source", source_words[which.source]);
         if (which.source == file_source) {
             json.member("file", from->file());
@@ -240,7 +268,7 @@ void print_json(session const& session, config_settings const& settings, shown_s
     json.begin_object();
     json.begin_array("settings");
     settings.for_each(shown, [&](setting const& which) {
-        append_json(json, masked(which, parts), parts.from);
+        append_json(json, masked(which, parts), parts);
         session.out.write(json.take());
     });
     json.end_array();
@@ -306,6 +334,26 @@ void check_text(session const& session, finding_list& found, ustring8 const& pat
     }
 }
 
+/// Returns how many of the files could be read.
+std::size_t check_files(session const& session, std::vector<ustring8> const& files, finding_list& found) {
+    std::vector<ustring8> complaints; // which would break into the bar
+    std::size_t done = 0;
+    {
+        progress_bar progress(session.err);
+        for (ustring8 const& path : files) {
+            if (!session.options.is_quiet) progress.show(done++, files.size());
+            ustring8 text;
+            if (zolt::system::load_file(path, text) == 0) {
+                check_text(session, found, path, text);
+            } else {
+                complaints.push_back(session.texts.get(phrase::not_readable, why_unreadable(path)));
+            }
+        }
+    }
+    for (ustring8 const& each : complaints) session.complain(each);
+    return files.size() - complaints.size();
+}
+
 } // namespace
 
 exit_status show_config(session const& session, config_show_options const& options) {
@@ -313,8 +361,13 @@ exit_status show_config(session const& session, config_show_options const& optio
 }
 
 exit_status list_config(session const& session, config_list_options const& options) {
+    if (options.has_records && session.is_json()) {
+        session.complain(session.texts.get(phrase::options_exclude,
+                                           {{"option", ustring8("-z")}, {"other", ustring8("--format=json")}}));
+        return exit_failed;
+    }
     config_settings const settings(options.sources);
-    if (!is_loaded(session, settings)) return exit_failed;
+    if (!is_loaded(session, settings, !options.masks.empty())) return exit_failed;
     std::optional<origins> from;
     if (options.has_origin) from.emplace(session, settings);
     shown_settings const shown = options.has_overridden ? shown_settings::all : shown_settings::effective;
@@ -362,16 +415,7 @@ exit_status get_config(session const& session, config_get_options const& options
 
 exit_status check_config(session const& session, std::vector<ustring8> const& files) {
     finding_list found(session);
-    std::size_t read = 0;
-    for (ustring8 const& path : files) {
-        ustring8 text;
-        if (zolt::system::load_file(path, text) == 0) {
-            check_text(session, found, path, text);
-            ++read;
-        } else {
-            session.complain(session.texts.get(phrase::not_readable, why_unreadable(path)));
-        }
-    }
+    std::size_t const read = check_files(session, files, found);
     if (session.is_json()) {
         json_writer json;
         json.begin_object();
