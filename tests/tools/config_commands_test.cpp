@@ -162,6 +162,21 @@ TEST_F(ConfigCommands, ListsWhatIsOverridden) {
               compact(run("config list --file f --json").out));
 }
 
+// What a file says more than once of a key, the last one first.
+TEST_F(ConfigCommands, ListsWhatIsOverriddenWithinAFile) {
+    store("x = =1 # c\n[x]\n= \"a\\\"b\" //\n[]\nX[] = 2 3, # c\n \"4, 5\"\nx=6\nx=\npass=top1\nPass=top2");
+    expect("config list --all --show-origin --mask=pass --file f -- -x=7", 0,
+           "pass = ***  # f:10\npass = ***  # f:9, overridden\n"
+           "x = 7  # command line\nx = 6  # f:7, overridden\nx[] = 23, \"4, 5\"  # f:5, overridden\n"
+           "x = \"a\\\"b\"  # f:3, overridden\nx = \"=1\"  # f:1, overridden\n"
+           "x.0 = 23  # f:5\nx.1 = \"4, 5\"  # f:5\n");
+    std::string records = run("config list --all --show-origin -z --file f").out;
+    std::replace(records.begin(), records.end(), '\0', '|');
+    EXPECT_NE(std::string::npos, records.find("file:f:5|overridden|x.1\n4, 5|file:f:3|overridden|x\na"));
+    EXPECT_NE(std::string::npos, compact(run("config list --all --show-origin --json --file f").out)
+                                     .find(R"("file": "f","line": 5,"lines": {"0": 5,"1": 5}})"));
+}
+
 // Of values, which may hold anything, neither form lets one be taken for another, nor a hidden one be seen.
 TEST_F(ConfigCommands, ListsHostileValues) {
     using namespace std::string_literals;

@@ -11,6 +11,7 @@
 #include "tools/program/utf8.hpp"
 
 #include <zolt/config/config_tree.hpp>
+#include <zolt/config/file_item.hpp>
 #include <zolt/system/file_utility.hpp>
 #include <zolt/system/io.hpp>
 
@@ -19,11 +20,13 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace tools {
 namespace {
 
 using zolt::config::config_tree;
+using zolt::config::file_item;
 
 // Words for other programs, the same in every language.
 constexpr std::string_view source_words[] = {"command line", "file", "environment"};
@@ -77,9 +80,12 @@ public:
 
     ustring8 const& file() const { return m_file; }
     /// 0 when it is not known.
-    std::size_t line(setting const& which) const { return line_at(m_lines.get_node(which.key)); }
+    std::size_t line(setting const& which) const {
+        return which.line != 0 ? which.line : line_at(m_lines.get_node(which.key));
+    }
     /// Of each value: elements of an array may come from several statements.
     std::vector<std::size_t> lines(setting const& which) const {
+        if (which.line != 0) return std::vector<std::size_t>(which.values.size(), which.line);
         config_tree const* const node = m_lines.get_node(which.key);
         std::vector<std::size_t> found(which.values.size(), line_at(node));
         for (std::size_t i = 0; node && i != which.indices.size(); ++i) {
@@ -117,6 +123,65 @@ private:
     config_tree m_lines;
 };
 
+/// What a file assigns to each key before the assignment that counts.
+class earlier_assignments {
+public:
+    explicit earlier_assignments(ustring8 const& file) {
+        if (!zolt::system::io::is_file(file) || zolt::system::load_file(file, m_text) != 0) return;
+        config_places places(m_tree);
+        config_statements statements(m_text);
+        while (statements.next()) {
+            config_statement const& statement = statements.current();
+            config_tree const* const node = places.find(statement);
+            bool const is_array = statement.kind == config_statement::array;
+            if (node && statement.has_effect)
+                m_found[node].push_back({statement.place.line, is_array, statement.values});
+        }
+    }
+
+    /// As overridden settings, the last one first.
+    void for_each(setting const& last, std::function<void(setting const&)> const& visit) const {
+        auto const found = m_found.find(m_tree.get_node(last.key));
+        if (found == m_found.end()) return;
+        for (auto each = found->second.rbegin() + 1; each < found->second.rend(); ++each) {
+            setting earlier{last.key, file_source, each->is_array, {}, true, {}, each->line};
+            for (std::size_t i = 0; i != each->values.size(); ++i) {
+                earlier.values.push_back(value_of(each->values[i].in(m_text)));
+                if (each->is_array) earlier.indices.push_back(std::to_string(i));
+            }
+            visit(earlier);
+        }
+    }
+
+private:
+    struct assignment {
+        std::size_t line;
+        bool is_array;
+        std::vector<text_range> values;
+    };
+
+    static ustring8 value_of(std::string_view written) {
+        // The blank keeps the mark apart from what might make a pair with it.
+        ustring8 const assignment = ustring8("= ").append(written);
+        return file_item::make_key_value(assignment, zolt::config::config_token::T_EQ).second.as_utf8();
+    }
+
+    ustring8 m_text;
+    config_tree m_tree;
+    std::unordered_map<config_tree const*, std::vector<assignment>> m_found;
+};
+
+/// Calls `visit` for all settings that are to be shown.
+void for_each_setting(config_settings const& settings, bool has_overridden,
+                      std::function<void(setting const&)> const& visit) {
+    if (!has_overridden) return settings.for_each(shown_settings::effective, visit);
+    earlier_assignments const earlier(settings.file_name());
+    settings.for_each(shown_settings::all, [&](setting const& which) {
+        visit(which);
+        if (which.source == file_source) earlier.for_each(which, visit);
+    });
+}
+
 /// Whether the pattern occurs in the key; "*" is any text, "?" any byte. Letters count as small ones, and all
 /// separators as one.
 bool occurs(std::string_view pattern, std::string_view text) {
@@ -147,7 +212,7 @@ bool occurs(std::string_view pattern, std::string_view text) {
 /// What is to be shown of settings.
 struct shown_parts {
     origins const* from = nullptr;
-    bool has_state = false; ///< in records
+    bool has_state = false; ///< whether they count, in forms for other programs; then all are shown
     std::vector<ustring8> const* masks = nullptr;
 };
 
@@ -262,12 +327,11 @@ void append_json(json_writer& json, setting const& which, shown_parts const& par
     json.end_object();
 }
 
-void print_json(session const& session, config_settings const& settings, shown_settings shown,
-                shown_parts const& parts) {
+void print_json(session const& session, config_settings const& settings, shown_parts const& parts) {
     json_writer json;
     json.begin_object();
     json.begin_array("settings");
-    settings.for_each(shown, [&](setting const& which) {
+    for_each_setting(settings, parts.has_state, [&](setting const& which) {
         append_json(json, masked(which, parts), parts);
         session.out.write(json.take());
     });
@@ -370,13 +434,12 @@ exit_status list_config(session const& session, config_list_options const& optio
     if (!is_loaded(session, settings, !options.masks.empty())) return exit_failed;
     std::optional<origins> from;
     if (options.has_origin) from.emplace(session, settings);
-    shown_settings const shown = options.has_overridden ? shown_settings::all : shown_settings::effective;
     shown_parts const parts{from ? &*from : nullptr, options.has_overridden, &options.masks};
     if (session.is_json()) {
-        print_json(session, settings, shown, parts);
+        print_json(session, settings, parts);
         return exit_good;
     }
-    settings.for_each(shown, [&](setting const& which) {
+    for_each_setting(settings, options.has_overridden, [&](setting const& which) {
         setting const visible = masked(which, parts);
         options.has_records ? print_record(session, visible, parts) : print_line(session, visible, parts.from);
     });

@@ -34,6 +34,7 @@ struct setting {
     std::vector<ustring8> values;    ///< one unless it is an array
     bool is_overridden;              ///< hidden by a source before
     std::vector<ustring8> indices{}; ///< of an array's values; there may be gaps
+    std::size_t line = 0;            ///< of a statement in the file that others there override
 };
 
 enum class shown_settings { effective, all };
