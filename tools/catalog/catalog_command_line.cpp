@@ -27,7 +27,7 @@ void add_list(command const& catalog) {
     struct values {
         std::string path;
     };
-    command const list = catalog.add("list", phrase::list_about, phrase::list_notes).with_json();
+    command const list = catalog.add("list", phrase::list_about, phrase::list_notes);
     values& given = list.keep<values>();
     list.argument("PATH", given.path, phrase::path_argument).required();
     list.runs([&given](session const& session) { return list_catalogs(session, given.path); });
@@ -48,7 +48,7 @@ parameter add_message_arguments(command const& command, message_values& given) {
 }
 
 void add_show(command const& catalog) {
-    command const show = catalog.add("show", phrase::show_about, phrase::show_notes).with_json();
+    command const show = catalog.add("show", phrase::show_about, phrase::show_notes);
     message_values& given = show.keep<message_values>();
     add_message_arguments(show, given);
     show.runs([&given](session const& session) {
@@ -59,7 +59,7 @@ void add_show(command const& catalog) {
 }
 
 void add_render(command const& catalog) {
-    command const render = catalog.add("render", phrase::render_about, phrase::render_notes).with_json();
+    command const render = catalog.add("render", phrase::render_about, phrase::render_notes);
     message_values& given = render.keep<message_values>();
     add_message_arguments(render, given).required();
     render.argument("ARGUMENT", given.arguments, phrase::values_argument);
@@ -72,10 +72,8 @@ void add_check(command const& catalog) {
     struct values {
         std::vector<std::string> paths;
     };
-    command const check = catalog.add("check", phrase::check_about, phrase::check_notes)
-                              .with_json()
-                              .with_report()
-                              .with_rules(catalog_rules());
+    command const check =
+        catalog.add("check", phrase::check_about, phrase::check_notes).with_report().with_rules(catalog_rules());
     values& given = check.keep<values>();
     check.argument("PATH", given.paths, phrase::paths_argument).required();
     check.runs([&given](session const& session) { return check_catalogs(session, to_texts(given.paths)); });
@@ -87,7 +85,6 @@ void add_export_po(command const& catalog) {
         std::optional<std::string> directory;
     };
     command const export_command = catalog.add("export-po", phrase::export_po_about, phrase::export_po_notes)
-                                       .with_json()
                                        .with_report()
                                        .with_rules(export_po_rules());
     values& given = export_command.keep<values>();
@@ -107,7 +104,6 @@ void add_import_po(command const& catalog) {
         bool use_fuzzy = false;
     };
     command const import_command = catalog.add("import-po", phrase::import_po_about, phrase::import_po_notes)
-                                       .with_json()
                                        .with_report()
                                        .with_rules(import_po_rules());
     values& given = import_command.keep<values>();
@@ -127,7 +123,6 @@ void add_missing(command const& catalog) {
         std::size_t allowed = 0;
     };
     command const missing = catalog.add("missing", phrase::missing_about, phrase::missing_notes)
-                                .with_json()
                                 .with_report()
                                 .with_rules(missing_rules());
     values& given = missing.keep<values>();
@@ -144,7 +139,7 @@ void add_stats(command const& catalog) {
         bool is_gettext = false;
         std::optional<std::string> chart;
     };
-    command const stats = catalog.add("stats", phrase::stats_about, phrase::stats_notes).with_json().with_report();
+    command const stats = catalog.add("stats", phrase::stats_about, phrase::stats_notes).with_report();
     values& given = stats.keep<values>();
     stats.argument("PATH", given.paths, phrase::paths_argument).required();
     stats.flag("--gettext", given.is_gettext, phrase::gettext_option);
@@ -161,7 +156,7 @@ void add_diff(command const& catalog) {
         std::string old_path;
         std::string new_path;
     };
-    command const diff = catalog.add("diff", phrase::diff_about, phrase::diff_notes).with_json().with_report();
+    command const diff = catalog.add("diff", phrase::diff_about, phrase::diff_notes).with_report();
     values& given = diff.keep<values>();
     diff.argument("OLD", given.old_path, phrase::old_argument).required();
     diff.argument("NEW", given.new_path, phrase::new_argument).required();
@@ -173,8 +168,7 @@ void add_fmt(command const& catalog) {
         std::vector<std::string> paths;
         bool is_check = false;
     };
-    command const fmt =
-        catalog.add("fmt", phrase::fmt_about, phrase::fmt_notes).with_json().with_report().changes_input();
+    command const fmt = catalog.add("fmt", phrase::fmt_about, phrase::fmt_notes).with_report().changes_input();
     values& given = fmt.keep<values>();
     fmt.argument("PATH", given.paths, phrase::paths_argument).required();
     fmt.flag("--check", given.is_check, phrase::fmt_check_option);
@@ -188,8 +182,7 @@ void add_pseudo(command const& catalog) {
         std::vector<std::string> paths;
         std::string style = "accent";
     };
-    command const pseudo =
-        catalog.add("pseudo", phrase::pseudo_about, phrase::pseudo_notes).with_json().with_report();
+    command const pseudo = catalog.add("pseudo", phrase::pseudo_about, phrase::pseudo_notes).with_report();
     values& given = pseudo.keep<values>();
     pseudo.argument("PATH", given.paths, phrase::paths_argument).required();
     pseudo.option("--style", given.style, phrase::style_option, "accent|bidi|xxx");
@@ -203,7 +196,7 @@ void add_schema(command const& catalog) {
         bool is_relax_ng = false;
         bool is_xml_schema = false; // the one or the other
     };
-    command const schema = catalog.add("schema", phrase::schema_about, phrase::schema_notes).with_json();
+    command const schema = catalog.add("schema", phrase::schema_about, phrase::schema_notes);
     values& given = schema.keep<values>();
     schema.needs_one_of({schema.flag("--rng", given.is_relax_ng, phrase::rng_option),
                          schema.flag("--xsd", given.is_xml_schema, phrase::xsd_option)});

@@ -38,7 +38,7 @@ void add_show(command const& config) {
         source_values sources;
         bool has_origin = false;
     };
-    command const show = config.add("show", phrase::config_show_about, phrase::config_show_notes).with_json();
+    command const show = config.add("show", phrase::config_show_about, phrase::config_show_notes);
     values& given = show.keep<values>();
     add_sources(show, given.sources);
     show.flag("--origin", given.has_origin, phrase::origin_option);
@@ -55,7 +55,7 @@ void add_list(command const& config) {
         bool has_records = false;
         std::vector<std::string> masks;
     };
-    command const list = config.add("list", phrase::config_list_about, phrase::config_list_notes).with_json();
+    command const list = config.add("list", phrase::config_list_about, phrase::config_list_notes);
     values& given = list.keep<values>();
     add_sources(list, given.sources);
     list.flag("--show-origin", given.has_origin, phrase::origin_option);
@@ -74,7 +74,7 @@ void add_get(command const& config) {
         source_values sources;
         std::optional<std::string> default_value;
     };
-    command const get = config.add("get", phrase::config_get_about, phrase::config_get_notes).with_json();
+    command const get = config.add("get", phrase::config_get_about, phrase::config_get_notes);
     values& given = get.keep<values>();
     get.argument("KEY", given.key, phrase::key_argument).required();
     add_sources(get, given.sources);
@@ -93,7 +93,7 @@ struct edit_values {
 };
 
 void add_set(command const& config) {
-    command const set = config.add("set", phrase::config_set_about, phrase::config_set_notes).with_json();
+    command const set = config.add("set", phrase::config_set_about, phrase::config_set_notes);
     edit_values& given = set.keep<edit_values>();
     set.argument("FILE", given.file, phrase::config_file_argument).required();
     set.argument("KEY", given.key, phrase::key_argument).required();
@@ -104,7 +104,7 @@ void add_set(command const& config) {
 }
 
 void add_unset(command const& config) {
-    command const unset = config.add("unset", phrase::config_unset_about, phrase::config_unset_notes).with_json();
+    command const unset = config.add("unset", phrase::config_unset_about, phrase::config_unset_notes);
     edit_values& given = unset.keep<edit_values>();
     unset.argument("FILE", given.file, phrase::config_file_argument).required();
     unset.argument("KEY", given.key, phrase::key_argument).required();
@@ -116,7 +116,6 @@ void add_check(command const& config) {
         std::vector<std::string> files;
     };
     command const check = config.add("check", phrase::config_check_about, phrase::config_check_notes)
-                              .with_json()
                               .with_report()
                               .with_rules(config_rules());
     values& given = check.keep<values>();

@@ -17,8 +17,7 @@ void add_inspect_command(command const& root) {
         bool is_text = false;
         std::optional<std::string> pattern;
     };
-    command const inspect =
-        root.add("inspect", phrase::inspect_about, phrase::inspect_notes).with_json().with_report();
+    command const inspect = root.add("inspect", phrase::inspect_about, phrase::inspect_notes).with_report();
     values& given = inspect.keep<values>();
     inspect.argument("FILE", given.path, phrase::buffer_argument).required();
     parameter const labeled = inspect.flag("--labeled", given.is_labeled, phrase::labeled_option);

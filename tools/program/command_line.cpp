@@ -64,10 +64,12 @@ manual_option describe_option(CLI::Option const& option) {
     return result;
 }
 
-bool names_file(CLI::Option const& option) {
+// Of the files that the line names, one that is read.
+bool names_input(CLI::Option const& option) {
     constexpr std::array<std::string_view, 4> words{"FILE", "PATH", "OLD", "NEW"};
     std::string const word = option.get_positional() ? option.get_name(true) : option.get_type_name();
-    return std::find(words.begin(), words.end(), word) != words.end();
+    bool const is_written = option.check_lname("output") || option.check_lname("svg");
+    return !is_written && std::find(words.begin(), words.end(), word) != words.end();
 }
 
 // The parser takes an argument such as "[a,b]" apart where it expects a list, and the next one for the value of
@@ -241,11 +243,6 @@ void command::runs(std::function<exit_status(session const&)> action) const {
     });
 }
 
-command const& command::with_json() const {
-    m_line->m_traits[m_app].has_json = true;
-    return *this;
-}
-
 command const& command::with_report() const {
     m_line->m_traits[m_app].is_report = true;
     return *this;
@@ -253,11 +250,6 @@ command const& command::with_report() const {
 
 command const& command::changes_input() const {
     m_line->m_traits[m_app].changes_input = true;
-    return *this;
-}
-
-command const& command::without_result() const {
-    m_line->m_traits[m_app].has_result = false;
     return *this;
 }
 
@@ -418,14 +410,12 @@ void command_line::take_common_options() {
 std::optional<ustring8> command_line::fault_of_options() const {
     auto const found = m_traits.find(m_chosen);
     command_traits const traits = found == m_traits.end() ? command_traits() : found->second;
-    if (m_options.format == output_format::json && !traits.has_json) return m_texts.get(phrase::no_json);
     auto const is_empty = [](std::string const& value) { return value.empty() || value.ends_with(':'); };
     if (m_options.language && m_given.language.empty()) return describe_missing_value("--lang", "LANGUAGE");
     if (m_given.reference.empty()) return describe_missing_value("--ref", "LANGUAGE");
     if (std::any_of(m_given.ignored.begin(), m_given.ignored.end(), is_empty))
         return describe_missing_value("--ignore", "RULE[:SCOPE]");
     if (m_options.result_file != "-") {
-        if (!traits.has_result && m_options.format != output_format::json) return m_texts.get(phrase::no_result);
         if (!traits.changes_input && is_input(m_options.result_file))
             return m_texts.get(phrase::result_is_input, {{"path", m_options.result_file}});
     }
@@ -448,7 +438,7 @@ std::optional<ustring8> command_line::fault_of_options() const {
 // Whether an argument or another option names this file.
 bool command_line::is_input(std::string const& path) const {
     for (CLI::Option const* const option : m_chosen->get_options()) {
-        if (option->check_lname("output") || !names_file(*option)) continue;
+        if (!names_input(*option)) continue;
         for (std::string value : option->results()) {
             unmark(value);
             if (is_same_file(path, value)) return true;

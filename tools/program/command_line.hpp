@@ -81,16 +81,12 @@ public:
     /// What the command does when the whole line has been understood.
     void runs(std::function<exit_status(session const&)> action) const;
 
-    /// The command can write JSON. Otherwise asking for it is wrong usage.
-    command const& with_json() const;
     /// What it writes is a report for which -o is wanted with exit_findings, too.
     command const& with_report() const;
     /// It has findings of these rules: it has --list-rules, and --ignore takes no other.
     command const& with_rules(rule_table rules) const;
     /// Its result may take the place of what it reads. Otherwise it is wrong usage to name the same file for both.
     command const& changes_input() const;
-    /// It writes files of its own and no result: -o is wrong usage, but for JSON that tells what has been done.
-    command const& without_result() const;
 
 private:
     command_line* m_line;
@@ -112,9 +108,7 @@ private:
     friend class command;
 
     struct command_traits {
-        bool has_json = false;
         bool is_report = false;
-        bool has_result = true;
         bool changes_input = false;
         rule_table rules{};
         CLI::Option const* trailing = nullptr;

@@ -322,7 +322,6 @@ constexpr program_messages::built_in texts[] = {
     {phrase::ignore_option, "option.ignore",
      "Silence a rule, everywhere or in one SCOPE, which is CATALOG/MESSAGE or the KEY of a setting; may be "
      "repeated"},
-    {phrase::no_json, "error.no_json", "this command has no JSON form"},
 
     // Export and import of PO files.
     {phrase::export_po_about, "catalog.export_po.about", "Writes PO files for translators"},

@@ -198,7 +198,6 @@ enum class phrase : unsigned {
     reference_option,
     fail_on_option,
     ignore_option,
-    no_json,
 
     // Export and import of PO files.
     export_po_about,
