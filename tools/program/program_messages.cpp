@@ -418,7 +418,9 @@ constexpr program_messages::built_in texts[] = {
     {phrase::config_list_about, "config.list.about", "Lists settings with the places that they come from"},
     {phrase::config_list_notes, "config.list.notes",
      "The sources are those of \"zolt config show\". Of one key the setting that counts comes first; --all shows "
-     "those after it that it hides. With -z a record is the key, a line feed, the value as it is and a NUL; "
+     "those after it that it hides, and what the file says of it further up. In JSON, bytes that are no UTF-8 are "
+     "hexadecimal digits, as \"value_hex\", \"values_hex\" or \"key_hex\". With -z a record is the key, a line "
+     "feed, the value as it is and a NUL; "
      "within, a NUL is \\x00, and a line feed in a key \\x0A; elements of an array are records of their own. "
      "Before the key come, each with a NUL, the origin (\"command line\", \"environment\" or \"file:NAME:LINE\") "
      "with --show-origin, and \"effective\" or \"overridden\" with --all.\nExit status: 0, or 2 when the file "
