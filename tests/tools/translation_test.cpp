@@ -245,6 +245,12 @@ TEST_F(Translations, ThatAreMissingObsoleteOrCopied) {
         R"("text": "message \"n\" of catalog \"a\" in language \"de\" is not in the reference language \"en\"",)"
         R"("language": "de","catalog": "a","message": "n"}]})",
         compact(run("catalog missing f --json").out));
+    // Of the files of a directory the last one counts.
+    std::filesystem::create_directory(directory + "/d");
+    store(file(in("en", "Save it all") + in("de", "Save it all now")), "d/1.xmc");
+    store(file(in("en", "Save it all now")), "d/2.xmc");
+    expect("catalog missing d", 0, "de: missing 0, obsolete 0, same 1; texts from de 1\n",
+           "d/1.xmc:6:1" COPY "\"de\" is still the text of the reference language \"en\" [untranslated-copy]\n");
     EXPECT_EQ(2, run("catalog missing absent").status);
     EXPECT_EQ(2, run("catalog missing f --allow-missing=-1").status);
 }

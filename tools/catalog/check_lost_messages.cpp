@@ -13,12 +13,33 @@ constexpr std::size_t most_steps = 10'000'000;
 
 } // namespace
 
+// Without name and text a message gives way to the next one.
+void lost_messages::find_shared() {
+    m_slots.assign(m_tree.messages.size(), none);
+    std::vector<std::uint32_t> last(m_tree.languages.size(), none); // of the group's messages in each language
+    for (message_group const& group : m_tree.groups) {
+        if (group.first == group.last) continue;
+        for (std::uint32_t i = group.first; i != none; i = m_tree.messages[i].next) {
+            checked_message const& message = m_tree.messages[i];
+            if (message.name.empty() && message.is_empty) continue;
+            std::uint32_t& before = last[message.language];
+            bool const is_elsewhere = before != none && m_tree.messages[before].file != message.file;
+            if (is_elsewhere) add(before, i);
+            if (is_elsewhere || before == none) before = i;
+        }
+        for (std::uint32_t i = group.first; i != none; i = m_tree.messages[i].next)
+            last[m_tree.messages[i].language] = none;
+    }
+}
+
+// Two messages of one name, catalog and language in different files.
 void lost_messages::add(std::uint32_t first, std::uint32_t second) {
     if (m_slots[first] == none) m_slots[first] = m_slot_count++;
     m_slots[second] = m_slots[first];
 }
 
 std::vector<lost_messages::loss> lost_messages::find() {
+    find_shared();
     if (m_slot_count == 0) return {};
     for (std::uint32_t i = 0; i != m_slots.size(); ++i) {
         if (m_slots[i] != none) m_shared.push_back(i);
@@ -34,7 +55,9 @@ std::vector<lost_messages::loss> lost_messages::find() {
     for (std::uint32_t root = 0; root != m_tree.files.size(); ++root) {
         if (is_included[root] || m_tree.files[root].includes.empty()) continue;
         load(root);
-        for (auto const& [lost, kept] : m_behind) lose(lost, kept, m_tree.files[root].path);
+        for (auto const& [lost, kept] : m_behind) {
+            if (!m_is_lost[kept]) lose(lost, kept, m_tree.files[root].path);
+        }
     }
     for (checked_directory const& each : m_tree.directories) load(each);
     return std::move(m_found);

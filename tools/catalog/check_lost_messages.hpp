@@ -17,18 +17,17 @@ namespace tools {
 
 class lost_messages {
 public:
-    explicit lost_messages(check_tree const& tree) : m_tree(tree), m_slots(tree.messages.size(), none) {}
-
-    /// Two messages of one name, catalog and language in different files.
-    void add(std::uint32_t first, std::uint32_t second);
+    /// Of a tree whose messages are grouped when they are to be found.
+    explicit lost_messages(check_tree const& tree) : m_tree(tree) {}
 
     struct loss {
         std::uint32_t lost;
         std::uint32_t kept;
         ustring8 const* loaded; ///< a file that has both below it and is included by none, else a directory
     };
-    /// Each message that is lost in some load, once.
+    /// Each message that is lost in some load, once; of those of one name, catalog and language one is left.
     std::vector<loss> find();
+    bool is_lost(std::uint32_t message) const { return !m_is_lost.empty() && m_is_lost[message]; }
 
 private:
     struct step {
@@ -37,6 +36,8 @@ private:
         std::size_t next_message; ///< in m_shared
     };
 
+    void find_shared();
+    void add(std::uint32_t first, std::uint32_t second);
     void load(std::uint32_t root);
     void load(checked_directory const& directory);
     step enter(std::uint32_t file);

@@ -93,10 +93,10 @@ bool tree_rules::is_wanted(std::uint32_t language) const {
 void tree_rules::check_messages() {
     group_messages(m_tree);
     choose_reference();
+    check_lost();
     m_first.assign(m_tree.languages.size(), none);
     for (message_group const& group : m_tree.groups) check_group(group);
     count_missing();
-    check_lost();
 }
 
 void tree_rules::choose_reference() {
@@ -112,7 +112,7 @@ void tree_rules::check_group(message_group const& group) {
     m_ids.clear();
     for (std::uint32_t i = group.first; i != none; i = m_tree.messages[i].next) {
         std::uint32_t& first = m_first[m_tree.messages[i].language];
-        if (first != none) continue;
+        if (first != none || m_lost.is_lost(i)) continue;
         first = i;
         m_ids.push_back(i);
     }
@@ -131,18 +131,15 @@ void tree_rules::compare_all(checked_message const& reference) {
     check_missing(reference);
 }
 
-// Within one file; those of several are kept for check_lost. Without name and text one gives way to the next.
+// Within one file. Without name and text one gives way to the next.
 void tree_rules::check_duplicates(message_group const& group) {
     m_ids.clear();
     for (std::uint32_t i = group.first; i != none; i = m_tree.messages[i].next) {
         checked_message const& message = m_tree.messages[i];
         if (message.name.empty() && message.is_empty) continue;
         std::uint32_t& first = m_first[message.language];
-        if (first == none) {
-            m_ids.push_back(message.language);
-            first = i;
-        } else if (m_tree.messages[first].file != message.file) {
-            m_lost.add(first, i);
+        if (first == none || m_tree.messages[first].file != message.file) {
+            if (first == none) m_ids.push_back(message.language);
             first = i;
         } else if (is_wanted(message.language)) {
             std::size_t const line = place_of(m_tree.files[message.file], m_tree.messages[first].offset).line;

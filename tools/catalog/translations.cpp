@@ -28,7 +28,8 @@ translations::translations(session const& session)
       m_found(session),
       m_report(session, m_tree, m_found),
       m_rules(m_tree, m_report),
-      m_input(session, m_tree, m_report, m_rules) {}
+      m_input(session, m_tree, m_report, m_rules),
+      m_lost(m_tree) {}
 
 exit_status translations::read(std::vector<ustring8> const& paths) {
     m_input.add(paths);
@@ -36,6 +37,7 @@ exit_status translations::read(std::vector<ustring8> const& paths) {
     m_input.read();
     m_input.load(tree_rules(m_tree, m_report, {}, {}).check_includes());
     group_messages(m_tree);
+    m_lost.find();
     m_first.assign(m_tree.languages.size(), none);
     m_texts.resize(m_tree.languages.size());
     return choose_languages();
@@ -104,7 +106,7 @@ void translations::for_each(std::function<void(translation const&)> const& visit
 void translations::start(message_group const& group) {
     for (std::uint32_t i = group.first; i != none; i = m_tree.messages[i].next) {
         std::uint32_t& first = m_first[m_tree.messages[i].language];
-        if (first != none) continue;
+        if (first != none || m_lost.is_lost(i)) continue;
         first = i;
         m_ids.push_back(m_tree.messages[i].language);
     }

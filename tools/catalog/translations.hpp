@@ -11,6 +11,7 @@
 
 #include "check_file_rules.hpp"
 #include "check_input.hpp"
+#include "check_lost_messages.hpp"
 #include "check_tree.hpp"
 #include "language_choice.hpp"
 #include "text_words.hpp"
@@ -89,6 +90,7 @@ private:
     rule_report m_report;
     file_rules m_rules;
     check_input m_input;
+    lost_messages m_lost;
     std::vector<target_language> m_languages;
     std::vector<serving_language> m_reference_serving;
     std::vector<char> m_may_copy; // a language of the tree: "." or of the reference's base, as en_GB is beside en
