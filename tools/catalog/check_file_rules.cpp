@@ -4,6 +4,7 @@
 
 #include "catalog_paths.hpp"
 #include "tools/program/files.hpp"
+#include "tools/program/hexadecimal.hpp"
 #include "tools/program/languages.hpp"
 #include "tools/program/notation.hpp"
 
@@ -61,11 +62,6 @@ std::size_t sequence_length(std::string_view text) {
     return size;
 }
 
-ustring8 hexadecimal(unsigned byte) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    return {digits[byte / 16], digits[byte % 16]};
-}
-
 bool is_unit(type_t type) { return type == message_item::memory_unit || type == message_item::metric_unit; }
 type_t unit_of(type_t amount) { return static_cast<type_t>(amount + 1); }
 // The names of options may be cut short.
@@ -91,14 +87,20 @@ ustring8 unit_meaning(std::string_view unit, bool is_metric) {
     return is_any ? ustring8("any") : ustring8(std::string(unit));
 }
 
+// Behind the separator that the options begin with, up to the next one.
+std::string_view take_field(std::string_view& options) {
+    options.remove_prefix(std::min<std::size_t>(1, options.size()));
+    std::string_view const field = options.substr(0, options.find(separator));
+    options.remove_prefix(field.size());
+    return field;
+}
+
 unit_choice read_unit_choice(std::string_view options, bool is_metric) {
     unit_choice result;
     if (!is_metric) result.base = "B";
     while (!options.empty()) {
-        std::size_t const middle = std::min(options.find(separator, 1), options.size());
-        std::size_t const end = std::min(options.find(separator, middle + 1), options.size());
-        std::string_view const name = options.substr(1, middle - 1);
-        std::string_view const value = options.substr(std::min(middle + 1, end), end - std::min(middle + 1, end));
+        std::string_view const name = take_field(options);
+        std::string_view const value = take_field(options);
         auto const is_key = [name](std::string_view key) { return key.starts_with(name); };
         if (is_key("target_unit")) {
             result.target = unit_meaning(value, is_metric);
@@ -107,7 +109,6 @@ unit_choice read_unit_choice(std::string_view options, bool is_metric) {
         } else if (is_key("precision")) {
             result.has_precision = !is_metric;
         }
-        options.remove_prefix(end);
     }
     return result;
 }
@@ -405,7 +406,7 @@ void file_rules::find_byte_faults() {
 
 ustring8 file_rules::text_of_control(std::size_t offset) const {
     auto const byte = static_cast<unsigned char>(m_text[offset]);
-    return hexadecimal(byte < 0x80 ? byte : static_cast<unsigned char>(m_text[offset + 1]));
+    return hex(byte < 0x80 ? m_text[offset] : m_text[offset + 1]);
 }
 
 // Outside of messages control characters do no harm.
@@ -413,7 +414,7 @@ void file_rules::report_bytes_before(std::size_t offset) {
     for (; m_next_fault != m_byte_faults.size() && m_byte_faults[m_next_fault].offset < offset; ++m_next_fault) {
         byte_fault const& fault = m_byte_faults[m_next_fault];
         if (fault.is_control) continue;
-        ustring8 const byte = hexadecimal(static_cast<unsigned char>(m_text[fault.offset]));
+        ustring8 const byte = hex(m_text[fault.offset]);
         m_report.add(rule_id::invalid_utf8, m_file, fault.offset, 0, {},
                      m_report.texts().get(phrase::byte_is_no_text, {{"byte", byte}}));
     }
@@ -423,8 +424,7 @@ void file_rules::check_bytes(checked_message const& kept, scanned_message const&
     for (; m_next_fault != m_byte_faults.size() && m_byte_faults[m_next_fault].offset < message.end;
          ++m_next_fault) {
         byte_fault const& fault = m_byte_faults[m_next_fault];
-        ustring8 const byte = fault.is_control ? text_of_control(fault.offset)
-                                               : hexadecimal(static_cast<unsigned char>(m_text[fault.offset]));
+        ustring8 const byte = fault.is_control ? text_of_control(fault.offset) : hex(m_text[fault.offset]);
         m_report.add(fault.is_control ? rule_id::control_character : rule_id::invalid_utf8, kept, fault.offset,
                      m_report.texts().get(fault.is_control ? phrase::control_in_text : phrase::byte_is_no_text,
                                           {{"byte", byte}}));
@@ -441,7 +441,7 @@ void file_rules::check_references(std::vector<scanned_reference> const& referenc
         std::string const digits(each.text.substr(is_hexadecimal ? 3 : 2));
         unsigned long const value = std::strtoul(digits.c_str(), nullptr, is_hexadecimal ? 16 : 10);
         bool const is_octal = !is_hexadecimal && digits.size() > 2 && digits[0] == '0';
-        ustring8 const byte = hexadecimal(static_cast<unsigned char>(each.value));
+        ustring8 const byte = hex(each.value);
         if (value >= 0x80 || is_octal) {
             add(rule_id::byte_reference, each.offset,
                 m_report.texts().get(phrase::reference_is_byte, {{"reference", shown(each.text)}, {"byte", byte}}));
@@ -457,7 +457,7 @@ void file_rules::check_name(scanned_element const& element, reporter const& add)
     scanned_attribute const* const name = element.find("name");
     std::size_t const at = name ? name->value.find_first_of("\t\n") : std::string_view::npos;
     if (at == std::string_view::npos) return;
-    ustring8 const byte = hexadecimal(static_cast<unsigned char>(name->value[at]));
+    ustring8 const byte = hex(name->value[at]);
     add(rule_id::control_character, name->offset, m_report.texts().get(phrase::control_in_name, {{"byte", byte}}));
 }
 

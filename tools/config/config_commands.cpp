@@ -7,6 +7,7 @@
 #include "config_text_edit.hpp"
 #include "tools/program/files.hpp"
 #include "tools/program/findings.hpp"
+#include "tools/program/hexadecimal.hpp"
 #include "tools/program/json.hpp"
 #include "tools/program/utf8.hpp"
 
@@ -281,16 +282,6 @@ void print_record(session const& session, setting const& which, shown_parts cons
         session.out.write(without(nul, which.values[i]));
         session.out.write(nul);
     }
-}
-
-ustring8 hex(std::string_view bytes) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    ustring8 text;
-    for (char const c : bytes) {
-        auto const byte = static_cast<unsigned char>(c);
-        text.append(text.empty() ? "" : " ").append(1, digits[byte >> 4]).append(1, digits[byte & 15]);
-    }
-    return text;
 }
 
 // Texts that are no UTF-8 have no place in JSON; what is written instead has another name.

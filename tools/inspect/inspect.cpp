@@ -4,6 +4,7 @@
 
 #include "stored_items.hpp"
 #include "tools/program/files.hpp"
+#include "tools/program/hexadecimal.hpp"
 #include "tools/program/json.hpp"
 #include "tools/program/utf8.hpp"
 
@@ -20,7 +21,6 @@ namespace {
 constexpr std::size_t dump_width = 16;
 constexpr std::size_t deepest_indentation = 30; // beyond it the depth is told in digits
 constexpr std::size_t indentation_width = 2;
-constexpr char hex_digits[] = "0123456789ABCDEF";
 
 bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '\x7F'; }
 
@@ -36,21 +36,6 @@ bool is_readable(std::string_view text) {
         i += size;
     }
     return true;
-}
-
-void append_hex(ustring8& text, char byte) {
-    auto const value = static_cast<unsigned char>(byte);
-    (text += hex_digits[value / 16]) += hex_digits[value % 16];
-}
-
-ustring8 hex(std::string_view bytes) {
-    ustring8 text;
-    text.reserve(3 * bytes.size());
-    for (char const byte : bytes) {
-        if (!text.empty()) text += ' ';
-        append_hex(text, byte);
-    }
-    return text;
 }
 
 ustring8 shown_text(std::string_view text) {
