@@ -38,6 +38,7 @@ void check_input::add(ustring8 const& path) {
     if (!is_closed && (is_directory || zolt::system::io::is_file(path))) {
         std::vector<ustring8> const files = catalog_files(path);
         std::vector<std::uint32_t> planned;
+        planned.reserve(files.size());
         for (ustring8 const& file : files) planned.push_back(m_rules.plan(file));
         if (is_directory) m_tree.directories.push_back({path, std::move(planned)});
         if (!files.empty()) return;

@@ -229,31 +229,31 @@ private:
             name_pair const key = names_of(*entry);
             auto const own = table.messages.find(key);
             if (own != table.messages.end()) {
-                append(result, entry, own->second);
+                append(result, *entry, entry, own->second);
                 continue;
             }
             bool const is_served = std::any_of(bases.begin(), bases.end(),
                                                [&](message_table const* base) { return base->count(key) != 0; });
             bool const is_everywhere = entry->message._orginal_locale() == "." || language == ".";
-            if (!is_served && !is_everywhere) append(result, entry, nullptr);
+            if (!is_served && !is_everywhere) append(result, *entry, entry, nullptr);
         }
         std::vector<catalog_message const*> others;
         for (auto const& [key, entry] : table.messages) {
             if (m_reference.count(key) == 0) others.push_back(entry);
         }
         sort(others);
-        for (catalog_message const* const entry : others) append(result, nullptr, entry);
+        for (catalog_message const* const entry : others) append(result, *entry, nullptr, entry);
         return result;
     }
 
-    void append(exported_language& result, catalog_message const* reference, catalog_message const* own) {
-        catalog_message const& last = own ? *own : *reference; // one of them is there
-        catalog_message const& place = reference ? *reference : last;
+    // The place is that of the reference, else of the language's own message.
+    void append(exported_language& result, catalog_message const& place, catalog_message const* reference,
+                catalog_message const* own) {
         po_entry& entry = result.entries.emplace_back(
-            to_po_entry(place.catalog, reference ? &place.message : nullptr, own ? &last.message : nullptr));
+            to_po_entry(place.catalog, reference ? &reference->message : nullptr, own ? &own->message : nullptr));
         entry.references.push_back(printable(path_of(place)) + ":" + std::to_string(place.line));
-        if (entry.is_fuzzy) find(*own, "po-fuzzy", phrase::po_refused_text);
-        if (!reference) find(*own, "po-reference", phrase::po_no_reference);
+        if (own && entry.is_fuzzy) find(*own, "po-fuzzy", phrase::po_refused_text);
+        if (own && !reference) find(*own, "po-reference", phrase::po_no_reference);
     }
 
     ustring8 file_text(exported_language const& language) const {

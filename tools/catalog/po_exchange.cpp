@@ -354,8 +354,9 @@ po_entry po_header(ustring8 const& language, ustring8 const& reference_language)
 }
 
 po_entry to_po_entry(ustring8 const& catalog, message_t const* reference, message_t const* translation) {
-    message_t const& named = translation ? *translation : *reference; // one of them is there
-    message_t const& source = reference ? *reference : named;
+    if (!translation && !reference) return {};
+    message_t const& named = translation ? *translation : *reference;
+    message_t const& source = reference ? *reference : *translation;
     placeholder_names names;
     po_entry entry;
     entry.context = context_of(catalog, named.name());

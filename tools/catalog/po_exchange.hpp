@@ -42,7 +42,7 @@ namespace tools {
 po_entry po_header(ustring8 const& language, ustring8 const& reference_language);
 
 /// An entry for a message of a catalog. Without a reference the translation is its own; without a
-/// translation it is one to be made. One of the two is there.
+/// translation it is one to be made; without both it is empty.
 po_entry to_po_entry(ustring8 const& catalog, zolt::i18n::message_t const* reference,
                      zolt::i18n::message_t const* translation);
 /// The entry is fuzzy, but in use.

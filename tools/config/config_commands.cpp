@@ -42,7 +42,7 @@ ustring8 key_of_value(setting const& which, std::size_t index) {
 }
 
 /// With stars in the place of arguments that are no settings; one may be meant to be a secret.
-ustring8 without_arguments(ustring8 text) {
+ustring8 without_arguments(ustring8 const& text) {
     constexpr std::string_view begin = "unknown key:";
     constexpr std::string_view end = "\nIgnoring key and continuing";
     ustring8 masked;

@@ -98,7 +98,7 @@ public:
     scratch_file(scratch_file const&) = delete;
     scratch_file& operator=(scratch_file const&) = delete;
     ~scratch_file() {
-        if (m_stream) std::fclose(m_stream);
+        if (m_stream) (void)std::fclose(m_stream);
     }
     std::FILE* stream() const { return m_stream; }
     ustring8 path() const { return "/proc/self/fd/" + std::to_string(::fileno(m_stream)); }

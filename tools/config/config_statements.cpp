@@ -245,7 +245,7 @@ void config_statements::look_at_character() {
     auto const character = invisible_character(std::string_view(m_text).substr(m_token.start));
     if (!character || (m_token.start == 0 && m_text.starts_with(byte_order_mark))) return;
     char name[] = "U+0000";
-    std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(*character));
+    (void)std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(*character));
     add_fault(phrase::config_invisible, token_place(), name);
 }
 

@@ -315,11 +315,9 @@ private:
     // A string, an array or a key may have gone on into lines that were not meant for it.
     std::optional<config_text_edit> refuse_to_lose_lines(config_statement const& statement) const {
         for (text_range const string : statement.strings) {
-            if (auto const refused = refuse_to_lose_lines(statement, string, phrase::edit_in_string))
-                return refused;
+            if (auto refused = refuse_to_lose_lines(statement, string, phrase::edit_in_string)) return refused;
         }
-        if (auto const refused = refuse_to_lose_lines(statement, statement.key, phrase::edit_in_key))
-            return refused;
+        if (auto refused = refuse_to_lose_lines(statement, statement.key, phrase::edit_in_key)) return refused;
         for (config_fault const& fault : statement.faults) {
             if (fault.text != phrase::config_joined_array) continue;
             std::size_t begin = statement.bytes.begin;
@@ -482,6 +480,7 @@ std::vector<ustring8> elements_from_arrays(ustring8 const& text, ustring8 const&
         }
     }
     std::vector<ustring8> names;
+    names.reserve(indices.size());
     for (auto const& [node, index] : indices) names.emplace_back(std::to_string(index));
     return names;
 }
