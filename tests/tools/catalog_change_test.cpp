@@ -373,7 +373,7 @@ TEST_F(CatalogPseudo, MakesALanguageOfTheReference) {
     store("<?xml?><xmc version='1.1'><catalog name='a' lang='en'><msg name='m'>\n&#228;</msg></catalog></xmc>");
     EXPECT_EQ(0u, run("catalog pseudo --json f").out.find("{\n  \"errors\": 1,"));
     expect("catalog pseudo f", 1, "",
-           "f:1:1: error: Bytes that are no UTF-8 reach the user as they are. [invalid-utf8]\n");
+           "f:1:55: error: Bytes that are no UTF-8 reach the user as they are. [invalid-utf8]\n");
     expect("catalog pseudo --ref fi " + source, 2, "", "zolt: there are no messages to write\n");
     EXPECT_EQ(2, run("catalog pseudo --style=none " + source).status);
 }

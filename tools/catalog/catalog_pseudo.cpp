@@ -6,7 +6,6 @@
 // before the punctuation at its end, which other programs compare with that of the reference.
 #include "catalog_pseudo.hpp"
 
-#include "catalog_layout.hpp"
 #include "catalog_tree.hpp"
 #include "check_rules.hpp"
 #include "message_json.hpp"
@@ -245,7 +244,7 @@ void print_catalog(session const& session, std::vector<made_message> const& made
     catalog_writer writer;
     for (auto const& [reference, message] : made)
         writer.add(reference->catalog, message, ignored_rules(*reference));
-    session.out.write(lay_out_catalog(writer.text()));
+    session.out.write(writer.text());
 }
 
 // With findings the messages are left out.
@@ -303,7 +302,7 @@ exit_status make_pseudo_catalogs(session const& session, pseudo_options const& o
     made.reserve(chosen.size());
     for (auto const& [key, entry] : chosen) {
         if (!is_utf8(*entry))
-            found.add({tree.path_of(*entry), entry->line, 1, severity::error, "invalid-utf8",
+            found.add({tree.path_of(*entry), entry->line, entry->column, severity::error, "invalid-utf8",
                        session.texts.get(phrase::about_invalid_utf8),
                        entry->catalog + "/" + entry->message.name()});
         made.push_back({entry, pseudo_message(entry->message, options.style)});

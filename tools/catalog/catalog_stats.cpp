@@ -4,6 +4,7 @@
 
 #include "catalog_paths.hpp"
 #include "completion_chart.hpp"
+#include "tools/program/files.hpp"
 #include "tools/program/json.hpp"
 #include "tools/program/result_file.hpp"
 #include "translations.hpp"
@@ -11,10 +12,8 @@
 #include <algorithm>
 #include <cstring>
 #include <deque>
-#include <filesystem>
 #include <map>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace tools {
@@ -208,12 +207,7 @@ private:
     // Neither needs to be there yet.
     bool has_same_targets() const {
         ustring8 const& result = m_session.options.result_file;
-        if (!m_options.chart || *m_options.chart == "-" || result == "-") return false;
-        auto const whole = [](ustring8 const& path) {
-            std::error_code none;
-            return std::filesystem::weakly_canonical(std::filesystem::absolute(path.c_str(), none), none);
-        };
-        return whole(*m_options.chart) == whole(result);
+        return m_options.chart && !draws_on_output() && result != "-" && is_same_file(*m_options.chart, result);
     }
 
     bool draws_over_input() {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: BSL-1.0
 #include "command_line.hpp"
 
+#include "files.hpp"
 #include "findings.hpp"
 #include "result_file.hpp"
 
@@ -15,7 +16,6 @@
 #include <charconv>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <optional>
 #include <sstream>
 #include <string_view>
@@ -102,16 +102,6 @@ void unmark(std::optional<std::string>& argument) {
 
 void unmark(std::vector<std::string>& arguments) {
     for (std::string& argument : arguments) unmark(argument);
-}
-
-// Also when there is no such file yet.
-bool is_same_file(std::string const& left, std::string const& right) {
-    std::error_code none; // what is no path is not the same file
-    if (std::filesystem::equivalent(left, right, none)) return true;
-    auto const whole = [&none](std::string const& path) {
-        return std::filesystem::weakly_canonical(std::filesystem::absolute(path, none), none);
-    };
-    return !whole(left).empty() && whole(left) == whole(right);
 }
 
 // What is between the begin and the end of a text that has these.

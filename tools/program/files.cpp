@@ -13,14 +13,25 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <memory>
+#include <system_error>
 
 namespace tools {
 
 ustring8 real_path(ustring8 const& path) {
     std::unique_ptr<char, decltype(&std::free)> const real(::realpath(path.c_str(), nullptr), &std::free);
     return real ? ustring8(real.get()) : path;
+}
+
+bool is_same_file(ustring8 const& left, ustring8 const& right) {
+    std::error_code none; // what is no path is not the same file
+    if (std::filesystem::equivalent(left.c_str(), right.c_str(), none)) return true;
+    auto const whole = [&none](ustring8 const& path) {
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(path.c_str(), none), none);
+    };
+    return !whole(left).empty() && whole(left) == whole(right);
 }
 
 bool load(ustring8 const& path, ustring8& content) {
